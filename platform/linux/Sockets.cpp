@@ -1,0 +1,181 @@
+#include "platform/Sockets.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+
+#include <netdb.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+// The kernel gives a closed descriptor's number out again, also to the window system. A handle is
+// therefore a generation, never used twice, beside the descriptor that it was given for.
+constexpr int MaxDescriptors = 65536;
+constexpr std::uint32_t NoGeneration = 0;
+
+std::array<std::atomic<std::uint32_t>, MaxDescriptors> generationOf{};
+std::atomic<std::uint32_t> latestGeneration{NoGeneration};
+
+SocketHandle HandleFor(int descriptor)
+{
+    const std::uint32_t generation = ++latestGeneration;
+    generationOf[static_cast<std::size_t>(descriptor)] = generation;
+    return (static_cast<SocketHandle>(generation) << 32) | static_cast<std::uint32_t>(descriptor);
+}
+
+std::uint32_t GenerationIn(SocketHandle socket)
+{
+    return static_cast<std::uint32_t>(socket >> 32);
+}
+
+std::uint32_t DescriptorIn(SocketHandle socket)
+{
+    return static_cast<std::uint32_t>(socket);
+}
+
+// -1, which every call of the system refuses, for a handle that is not in use.
+int DescriptorOf(SocketHandle socket)
+{
+    const std::uint32_t descriptor = DescriptorIn(socket);
+    if (descriptor >= MaxDescriptors || GenerationIn(socket) == NoGeneration
+        || generationOf[descriptor] != GenerationIn(socket)) {
+        errno = EBADF;
+        return -1;
+    }
+    return static_cast<int>(descriptor);
+}
+
+// A connect that a signal interrupted goes on by itself; its end is seen by polling.
+int AwaitInterruptedConnect(int descriptor)
+{
+    pollfd waiting{descriptor, POLLOUT, 0};
+    while (poll(&waiting, 1, -1) == -1 && errno == EINTR) {
+    }
+    int error = 0;
+    socklen_t size = sizeof error;
+    if (getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) == -1) {
+        return -1;
+    }
+    errno = error;
+    return error == 0 ? 0 : -1;
+}
+
+// After a reset recv reports the failure once and the end of the stream from then on. Only a
+// connection that the peer has closed in an orderly way is at its end.
+bool IsBroken(int descriptor)
+{
+    tcp_info info{};
+    socklen_t size = sizeof info;
+    return getsockopt(descriptor, IPPROTO_TCP, TCP_INFO, &info, &size) == 0
+        && info.tcpi_state == TCP_CLOSE;
+}
+
+} // namespace
+
+int StartSockets(std::uint16_t)
+{
+    return 0;
+}
+
+SocketHandle OpenSocket(std::uint16_t type)
+{
+    const int descriptor = ::socket(AF_INET, type | SOCK_CLOEXEC, 0);
+    if (descriptor == -1) {
+        return InvalidSocket;
+    }
+    if (descriptor >= MaxDescriptors) {
+        ::close(descriptor);
+        errno = EMFILE;
+        return InvalidSocket;
+    }
+    return HandleFor(descriptor);
+}
+
+int EnableSocketOption(SocketHandle socket, SocketOption option)
+{
+    int name = SO_REUSEADDR;
+    switch (option) {
+    case SocketOption::ReuseAddress:
+        name = SO_REUSEADDR;
+        break;
+    case SocketOption::OutOfBandInline:
+        name = SO_OOBINLINE;
+        break;
+    case SocketOption::Broadcast:
+        name = SO_BROADCAST;
+        break;
+    }
+    const int on = 1;
+    return setsockopt(DescriptorOf(socket), SOL_SOCKET, name, &on, sizeof on);
+}
+
+bool ResolveHost(const char* host, std::uint32_t& address)
+{
+    addrinfo wanted{};
+    wanted.ai_family = AF_INET;
+    wanted.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(host, nullptr, &wanted, &found) != 0) {
+        return false;
+    }
+    address = reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr.s_addr;
+    freeaddrinfo(found);
+    return true;
+}
+
+int ConnectSocket(SocketHandle socket, std::uint32_t address, std::uint16_t port)
+{
+    const int descriptor = DescriptorOf(socket);
+    sockaddr_in peer{};
+    peer.sin_family = AF_INET;
+    peer.sin_port = htons(port);
+    peer.sin_addr.s_addr = address;
+    const int result = ::connect(descriptor, reinterpret_cast<const sockaddr*>(&peer), sizeof peer);
+    return result == -1 && errno == EINTR ? AwaitInterruptedConnect(descriptor) : result;
+}
+
+int MakeSocketNonBlocking(SocketHandle socket)
+{
+    int on = 1;
+    return ioctl(DescriptorOf(socket), FIONBIO, &on);
+}
+
+int ReceiveFromSocket(SocketHandle socket, char* buffer, int length)
+{
+    const int descriptor = DescriptorOf(socket);
+    const auto received = ::recv(descriptor, buffer, static_cast<std::size_t>(length), 0);
+    return received == 0 && IsBroken(descriptor) ? -1 : static_cast<int>(received);
+}
+
+int SendToSocket(SocketHandle socket, const char* buffer, int length)
+{
+    return static_cast<int>(
+        ::send(DescriptorOf(socket), buffer, static_cast<std::size_t>(length), MSG_NOSIGNAL));
+}
+
+void CloseSocket(SocketHandle socket)
+{
+    const int descriptor = DescriptorOf(socket);
+    if (descriptor == -1) {
+        return;
+    }
+    std::uint32_t generation = GenerationIn(socket);
+    if (generationOf[static_cast<std::size_t>(descriptor)].compare_exchange_strong(
+            generation, NoGeneration)) {
+        ::close(descriptor);
+    }
+}
+
+int LastSocketError()
+{
+    return errno;
+}
+
+} // namespace platform

@@ -1,0 +1,50 @@
+#include "platform/Threads.h"
+
+#include <memory>
+#include <mutex>
+
+#include <pthread.h>
+
+namespace platform {
+namespace {
+
+struct ThreadStart
+{
+    ThreadEntry entry;
+    void* parameter;
+};
+
+extern "C" void* RunThread(void* parameter)
+{
+    const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(parameter));
+    const int result = start->entry(start->parameter);
+    return reinterpret_cast<void*>(static_cast<std::intptr_t>(result));
+}
+
+} // namespace
+
+SystemHandle StartThread(ThreadEntry entry, void* parameter)
+{
+    auto start = std::make_unique<ThreadStart>(ThreadStart{entry, parameter});
+    pthread_t thread{};
+    if (pthread_create(&thread, nullptr, RunThread, start.get()) != 0) {
+        return InvalidHandle;
+    }
+    start.release(); // the thread frees it
+    pthread_detach(thread);
+    return static_cast<SystemHandle>(thread);
+}
+
+SystemHandle CreateMutex()
+{
+    return reinterpret_cast<SystemHandle>(new std::mutex);
+}
+
+void CloseMutex(SystemHandle mutex)
+{
+    if (mutex != InvalidHandle) {
+        delete reinterpret_cast<std::mutex*>(mutex);
+    }
+}
+
+} // namespace platform

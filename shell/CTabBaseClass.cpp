@@ -1,0 +1,10 @@
+#include "shell/CTabBaseClass.h"
+
+CTabBaseClass::CTabBaseClass(QWidget* parent)
+    : QWidget(parent)
+{
+}
+
+CTabBaseClass::~CTabBaseClass() = default;
+
+void CTabBaseClass::UpdateControls() {}
