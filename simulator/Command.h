@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+namespace simulator {
+
+/// What a unit's firmware understands: below 3.0 (10 words a motor) or from 3.0 on (12).
+enum class Generation
+{
+    Below3,
+    From3
+};
+
+/// The generation that a version text names. A text that is no number counts as below 3.0.
+Generation GenerationOf(const QString& firmwareVersion);
+
+enum class Command
+{
+    Unknown,
+    ReadIdentity,
+    ReadConfiguration,
+    SetAddress,
+    Configure,
+    FirmwareBlock,
+    FirmwareChecksum,
+    StartUpdate,
+    WriteEeprom,
+    ReadEeprom,
+    ValidateUpdate,
+    SetOptions,
+    SetOptionDescriptions,
+    SetAzimuth,
+    SetPolar,
+    ReadOptions,
+    ReadOptionDescriptions
+};
+
+/// How the end of a payload is known.
+enum class PayloadEnd
+{
+    Length,        ///< only when all of its bytes are there
+    LengthOrQuiet, ///< when all of its bytes are there, or the input is quiet before that
+    Quiet          ///< when the input is quiet: the wire gives no length
+};
+
+enum class AnswerKind
+{
+    Nothing,
+    Acknowledgement,
+    Data
+};
+
+/// One command as the wire has it. The lengths are the payload's in bytes; of a payload that ends
+/// by quiet alone they are the most that is collected.
+struct CommandRule
+{
+    Command command;
+    const char* mnemonic;
+    PayloadEnd end;
+    int lengthBelow3;
+    int lengthFrom3;
+    AnswerKind answer;
+
+    int Length(Generation generation) const;
+};
+
+/// All commands of the unit, in the order of the catalogue.
+const QVector<CommandRule>& CommandRules();
+
+/// Null when no command has that mnemonic.
+const CommandRule* FindCommand(const QByteArray& mnemonic);
+
+/// Null for Command::Unknown.
+const CommandRule* FindCommand(Command command);
+
+/// One command as it came in. The payload of Command::Unknown is what stood where a mnemonic
+/// should.
+struct Frame
+{
+    Command command = Command::Unknown;
+    QByteArray payload;
+};
+
+/// The frame as a line of the log: its mnemonic, or "unknown", then the payload, if any, behind a
+/// blank in upper-case hexadecimal.
+QString FrameText(const Frame& frame);
+
+/// Upper-case hexadecimal without blanks.
+QString HexText(const QByteArray& bytes);
+
+} // namespace simulator

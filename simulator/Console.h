@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QFile>
+#include <QObject>
+#include <QSocketNotifier>
+
+namespace simulator {
+
+class Server;
+
+/// Takes commands for the simulator itself from the standard input, a line each, while it runs. The
+/// end of the input ends the taking, not the program.
+class Console : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The server stays the caller's.
+    explicit Console(Server& server);
+
+    /// Begins to read the standard input.
+    void Start();
+
+    /// One command. Says what it has to say, and then "ok" or "error TEXT".
+    void Execute(const QString& line);
+
+signals:
+    /// A line for the standard output.
+    void Said(const QString& line);
+
+    void QuitAsked();
+
+private:
+    void ReadByte();
+    bool AddFault(const QString& text, QString& error);
+    void SayState();
+
+    Server& server;
+    QFile input;
+    QScopedPointer<QSocketNotifier> inputReady;
+    QByteArray line;
+};
+
+} // namespace simulator

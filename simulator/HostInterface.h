@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QHostAddress>
+#include <QString>
+
+namespace simulator {
+
+/// The network interface that stands for the unit's own. Changes go through the program `ip`, which
+/// needs the right to them; each call blocks until it is done, some milliseconds, five seconds at
+/// most. False, with what `ip` said in `error`, when it fails.
+class HostInterface
+{
+public:
+    explicit HostInterface(const QString& name);
+
+    /// Takes the old address off the interface and puts the new one on it, in this order: the other
+    /// way round an address of the same network would go away together with the old one.
+    bool ReplaceAddress(const QHostAddress& oldAddress, const QHostAddress& oldMask,
+        const QHostAddress& newAddress, const QHostAddress& newMask, QString& error) const;
+
+    /// `mac`: six bytes.
+    bool SetMac(const QByteArray& mac, QString& error) const;
+
+private:
+    QString name;
+};
+
+} // namespace simulator

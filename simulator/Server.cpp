@@ -1,0 +1,172 @@
+#include "simulator/Server.h"
+
+#include "simulator/HostInterface.h"
+
+#include <QFile>
+
+namespace simulator {
+
+namespace {
+
+/// From the command to the move: time for whoever waits for the log, and less than the 100 ms after
+/// which the tool looks for the unit at its new address.
+constexpr int MoveDelayMs = 50;
+
+} // namespace
+
+Server::Server(const UnitSettings& unitSettings, const ServerSettings& serverSettings)
+    : unit(unitSettings)
+    , settings(serverSettings)
+    , currentAddress(unitSettings.address)
+    , currentMask(unitSettings.mask)
+{
+    connect(&listener, &QTcpServer::newConnection, this, &Server::AcceptClients);
+}
+
+void Server::Start()
+{
+    const QString place = QStringLiteral("%1:%2").arg(currentAddress.toString());
+    if (!listener.listen(currentAddress, settings.port)) {
+        emit Complained(QStringLiteral("cannot listen on %1: %2")
+                            .arg(place.arg(settings.port), listener.errorString()));
+        emit Failed();
+        return;
+    }
+    settings.port = listener.serverPort();
+    emit Said(QStringLiteral("ready ") + place.arg(settings.port));
+}
+
+void Server::CloseClients()
+{
+    const QVector<Connection*> all = connections;
+    for (Connection* connection : all) {
+        connection->Close();
+    }
+}
+
+void Server::ResetClients()
+{
+    const QVector<Connection*> all = connections;
+    for (Connection* connection : all) {
+        connection->Reset();
+    }
+}
+
+void Server::AcceptClients()
+{
+    while (QTcpSocket* socket = listener.nextPendingConnection()) {
+        auto* connection = new Connection(socket, unit.CurrentGeneration(), this);
+        connections.append(connection);
+        connect(connection, &Connection::FrameTaken, this,
+            [this, connection](const Frame& frame) { TakeFrame(connection, frame); });
+        connect(connection, &Connection::Ended, this, [this, connection] { Forget(connection); });
+        connect(connection, &Connection::AnswerSent, this, [this](const QByteArray& bytes) {
+            if (settings.trace) {
+                emit Said(QStringLiteral("> ") + HexText(bytes));
+            }
+        });
+        emit Said(QStringLiteral("connected ") + connection->PeerText());
+    }
+}
+
+void Server::Forget(Connection* connection)
+{
+    connections.removeOne(connection);
+    connection->deleteLater();
+    emit Said(QStringLiteral("disconnected"));
+}
+
+void Server::TakeFrame(Connection* connection, const Frame& frame)
+{
+    emit Said(FrameText(frame));
+    if (frame.command == Command::Unknown) {
+        return;
+    }
+    const FaultKind fault = faults.Meet(frame.command);
+    const QByteArray wrongAnswer = unit.WrongAnswer(frame);
+    const Outcome outcome =
+        fault == FaultKind::Refusing ? unit.Refuse(frame) : unit.CarryOut(frame);
+    connection->Deliver(Deliveries(fault, outcome.answer, wrongAnswer, settings.slowMs));
+    ActOn(outcome.effects);
+}
+
+void Server::ActOn(Effects effects)
+{
+    if (effects.testFlag(Effect::EepromChanged)) {
+        Save(settings.saveEeprom, unit.State().eeprom);
+    }
+    if (effects.testFlag(Effect::ImageComplete)) {
+        Save(settings.saveFirmware, unit.FirmwareImage());
+    }
+    if (effects.testFlag(Effect::MacChanged) && !settings.interfaceName.isEmpty()) {
+        QString error;
+        if (!HostInterface(settings.interfaceName).SetMac(unit.State().mac, error)) {
+            emit Complained(error);
+        }
+    }
+    if (effects.testFlag(Effect::AddressChanged)) {
+        QTimer::singleShot(MoveDelayMs, this, &Server::LeaveOldAddress);
+    }
+    if (effects.testFlag(Effect::Restarting)) {
+        GoAway();
+    }
+}
+
+void Server::LeaveOldAddress()
+{
+    const bool wasListening = listener.isListening();
+    const bool moved = currentAddress != unit.State().address;
+    listener.close();
+    MoveInterface();
+    if (moved) {
+        for (Connection* connection : qAsConst(connections)) {
+            connection->GoDeaf();
+        }
+    }
+    // While the unit is away it starts on the new address when it is back.
+    if (wasListening) {
+        Start();
+    }
+}
+
+void Server::MoveInterface()
+{
+    const UnitSettings& target = unit.State();
+    QString error;
+    if (!settings.interfaceName.isEmpty() &&
+        !HostInterface(settings.interfaceName)
+             .ReplaceAddress(currentAddress, currentMask, target.address, target.mask, error)) {
+        emit Complained(error);
+    }
+    currentAddress = target.address;
+    currentMask = target.mask;
+}
+
+void Server::GoAway()
+{
+    if (!listener.isListening()) {
+        return;
+    }
+    listener.close();
+    CloseClients();
+    QTimer::singleShot(settings.awayMs, this, &Server::ComeBack);
+}
+
+void Server::ComeBack()
+{
+    unit.FinishUpdate();
+    Start();
+}
+
+void Server::Save(const QString& path, const QByteArray& bytes)
+{
+    if (path.isEmpty()) {
+        return;
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()) {
+        emit Complained(QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
+    }
+}
+
+} // namespace simulator

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "simulator/Connection.h"
+#include "simulator/Faults.h"
+#include "simulator/Unit.h"
+
+#include <QObject>
+#include <QTcpServer>
+
+namespace simulator {
+
+struct ServerSettings
+{
+    quint16 port = 50000;
+    /// Empty: addresses and MAC addresses change in the unit only.
+    QString interfaceName;
+    /// Where the EEPROM goes at every change. Empty: nowhere.
+    QString saveEeprom;
+    /// Where a complete firmware image goes. Empty: nowhere.
+    QString saveFirmware;
+    int awayMs = 3000;
+    int slowMs = 1500;
+    bool trace = false;
+};
+
+/// The unit on the network: listens on its address, hands the commands of its clients to the unit
+/// and their answers back, with the faults that are set, and does in the world what a command asks
+/// for.
+class Server : public QObject
+{
+    Q_OBJECT
+
+public:
+    Server(const UnitSettings& unitSettings, const ServerSettings& settings);
+
+    /// Begins to listen, and says so or that it failed.
+    void Start();
+
+    Faults& SetFaults() { return faults; }
+    const Unit& TheUnit() const { return unit; }
+    int ClientCount() const { return connections.size(); }
+
+    /// Ends the connections of all clients now.
+    void CloseClients();
+    void ResetClients();
+
+signals:
+    /// A line for the standard output.
+    void Said(const QString& line);
+
+    /// A line for the standard error output.
+    void Complained(const QString& line);
+
+    /// The unit cannot be reached any more.
+    void Failed();
+
+private:
+    void AcceptClients();
+    void Forget(Connection* connection);
+    void TakeFrame(Connection* connection, const Frame& frame);
+
+    void ActOn(Effects effects);
+    void LeaveOldAddress();
+    void MoveInterface();
+    void GoAway();
+    void ComeBack();
+    void Save(const QString& path, const QByteArray& bytes);
+
+    Unit unit;
+    ServerSettings settings;
+    Faults faults;
+    QTcpServer listener;
+    QVector<Connection*> connections;
+    /// Where the unit is now; the unit's own address is where it is to be.
+    QHostAddress currentAddress;
+    QHostAddress currentMask;
+};
+
+} // namespace simulator
