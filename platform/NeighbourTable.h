@@ -7,7 +7,7 @@
 namespace platform {
 
 /// One neighbour. The first six bytes of `physicalAddress` are the MAC address, all zero while the
-/// system has none for this neighbour.
+/// system has none for this neighbour. `type` is the entry's state in the system's own counting.
 struct NeighbourRow
 {
     std::uint32_t interfaceIndex;
@@ -29,18 +29,21 @@ constexpr unsigned NeighbourTableRead = 0;
 constexpr unsigned NeighbourBufferTooSmall = 122;
 
 /// Copies the table to `table`, which has room for `*size` bytes, in ascending order of the address
-/// when `sorted`. When the room is too small, or `table` is null, nothing is copied and `*size`
-/// becomes the number of bytes needed. Any other result is the system's error number, and then a
-/// given table has a count of 0.
+/// when `sorted`. What the system keeps for loopback, multicast and broadcast is left out. When the
+/// room is too small, or `table` is null, nothing is copied and `*size` becomes the number of bytes
+/// needed. Any other result is the system's error number, and then a given table that has room for
+/// one row has a count of 0.
 unsigned ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted);
 
 /// Takes one row out of the table. 0, or the system's error number: it needs a privilege on Linux.
 unsigned DeleteNeighbour(const NeighbourRow& row);
 
 /// Makes the system resolve an address into its table, and blocks until it has an answer or has
-/// given up, some seconds for a silent one. An address that is not on a directly attached network
-/// returns at once. `physicalAddress` has room for `*length` bytes and receives the answer. 0, or the
-/// system's error number. `source` 0 leaves the choice of the sending address to the system.
+/// given up, some seconds for a silent one; an address that the table already knows is an answer.
+/// One that is not on a directly attached network, and one of this machine, returns at once.
+/// `physicalAddress` has room for `*length` bytes and receives the answer. 0, or the system's error
+/// number. `source` 0 leaves the choice of the sending address to the system. Any number of threads
+/// may be inside at once, also while the process ends.
 unsigned ResolveNeighbour(std::uint32_t destination, std::uint32_t source,
     std::uint8_t* physicalAddress, std::uint32_t* length);
 

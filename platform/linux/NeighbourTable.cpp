@@ -1,0 +1,308 @@
+#include "platform/NeighbourTable.h"
+
+#include "platform/Sleep.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include <arpa/inet.h>
+#include <linux/neighbour.h>
+#include <linux/rtnetlink.h>
+#include <netinet/in.h>
+#include <netlink/addr.h>
+#include <netlink/msg.h>
+#include <netlink/netlink.h>
+#include <netlink/route/neighbour.h>
+#include <netlink/route/nexthop.h>
+#include <netlink/route/route.h>
+#include <netlink/socket.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+constexpr std::uint16_t DiscardPort = 9;
+constexpr int NetlinkBufferBytes = 256 * 1024; // a whole table of a few hundred rows in few reads
+constexpr unsigned PollingPauseMs = 40;
+// The kernel gives up by itself, after three seconds as it is delivered.
+constexpr std::chrono::seconds LongestResolution{20};
+
+template<auto Free>
+struct FreeBy
+{
+    template<typename T>
+    void operator()(T* object) const
+    {
+        Free(object);
+    }
+};
+
+using NetlinkSocket = std::unique_ptr<nl_sock, FreeBy<nl_socket_free>>;
+using Message = std::unique_ptr<nl_msg, FreeBy<nlmsg_free>>;
+using Address = std::unique_ptr<nl_addr, FreeBy<nl_addr_put>>;
+using Route = std::unique_ptr<rtnl_route, FreeBy<rtnl_route_put>>;
+using Neighbour = std::unique_ptr<rtnl_neigh, FreeBy<rtnl_neigh_put>>;
+
+NetlinkSocket ConnectToKernel()
+{
+    NetlinkSocket kernel(nl_socket_alloc());
+    if (kernel == nullptr || nl_connect(kernel.get(), NETLINK_ROUTE) < 0) {
+        return nullptr;
+    }
+    nl_socket_disable_auto_ack(kernel.get());
+    nl_socket_set_msg_buf_size(kernel.get(), NetlinkBufferBytes);
+    return kernel;
+}
+
+int KeepRow(nl_msg* message, void* rows)
+{
+    rtnl_neigh* parsed = nullptr;
+    if (rtnl_neigh_parse(nlmsg_hdr(message), &parsed) < 0) {
+        return NL_SKIP;
+    }
+    const Neighbour neighbour(parsed);
+    const nl_addr* address = rtnl_neigh_get_dst(parsed);
+    if (address == nullptr || nl_addr_get_len(address) != sizeof(in_addr)) {
+        return NL_SKIP;
+    }
+    NeighbourRow row{};
+    row.interfaceIndex = static_cast<std::uint32_t>(rtnl_neigh_get_ifindex(parsed));
+    row.type = static_cast<std::uint32_t>(rtnl_neigh_get_state(parsed));
+    std::memcpy(&row.ipAddress, nl_addr_get_binary_addr(address), sizeof row.ipAddress);
+    if (const nl_addr* physical = rtnl_neigh_get_lladdr(parsed)) {
+        row.physicalAddressLength =
+            std::min<std::uint32_t>(nl_addr_get_len(physical), sizeof row.physicalAddress);
+        std::memcpy(
+            row.physicalAddress, nl_addr_get_binary_addr(physical), row.physicalAddressLength);
+    }
+    static_cast<std::vector<NeighbourRow>*>(rows)->push_back(row);
+    return NL_OK;
+}
+
+int KeepError(sockaddr_nl*, nlmsgerr* answer, void* error)
+{
+    *static_cast<unsigned*>(error) = static_cast<unsigned>(-answer->error);
+    return NL_STOP;
+}
+
+// Sends one request and takes the whole answer: the neighbours in it go to `rows`. 0, or the error.
+unsigned Ask(nl_sock* kernel, nl_msg* request, std::vector<NeighbourRow>* rows)
+{
+    unsigned error = 0;
+    nl_socket_modify_err_cb(kernel, NL_CB_CUSTOM, KeepError, &error);
+    nl_socket_modify_cb(kernel, NL_CB_VALID, NL_CB_CUSTOM, KeepRow, rows);
+    if (nl_send_auto(kernel, request) < 0) {
+        return EIO;
+    }
+    const int result = nl_recvmsgs_default(kernel);
+    // A table that changed while it was read has all its rows nevertheless.
+    return result < 0 && result != -NLE_DUMP_INTR && error == 0 ? EIO : error;
+}
+
+unsigned AskForNeighbour(nl_sock* kernel, int type, int flags, std::uint32_t address,
+    int interfaceIndex, std::vector<NeighbourRow>* rows)
+{
+    const Message request(nlmsg_alloc_simple(type, flags));
+    ndmsg head{};
+    head.ndm_family = AF_INET;
+    head.ndm_ifindex = interfaceIndex;
+    if (request == nullptr || nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0 ||
+        nla_put_u32(request.get(), NDA_DST, address) < 0) {
+        return ENOMEM;
+    }
+    return Ask(kernel, request.get(), rows);
+}
+
+unsigned ReadRows(std::vector<NeighbourRow>& rows)
+{
+    const NetlinkSocket kernel = ConnectToKernel();
+    const Message request(nlmsg_alloc_simple(RTM_GETNEIGH, NLM_F_DUMP));
+    ndmsg head{};
+    head.ndm_family = AF_INET;
+    if (kernel == nullptr || request == nullptr ||
+        nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0) {
+        return EIO;
+    }
+    const unsigned error = Ask(kernel.get(), request.get(), &rows);
+    // The kernel's own entries for loopback, multicast and broadcast.
+    rows.erase(std::remove_if(rows.begin(), rows.end(),
+                   [](const NeighbourRow& row) { return row.type == NUD_NOARP; }),
+        rows.end());
+    return error;
+}
+
+bool IsBelow(const NeighbourRow& left, const NeighbourRow& right)
+{
+    return ntohl(left.ipAddress) < ntohl(right.ipAddress);
+}
+
+std::size_t BytesFor(std::size_t rows)
+{
+    return std::max(
+        sizeof(NeighbourTable), offsetof(NeighbourTable, rows) + rows * sizeof(NeighbourRow));
+}
+
+void CopyOut(const std::vector<NeighbourRow>& rows, NeighbourTable* table)
+{
+    table->count = static_cast<std::uint32_t>(rows.size());
+    if (!rows.empty()) {
+        std::memcpy(reinterpret_cast<char*>(table) + offsetof(NeighbourTable, rows), rows.data(),
+            rows.size() * sizeof(NeighbourRow));
+    }
+}
+
+// The interface on which an address is reached directly, or 0.
+int DirectInterface(nl_sock* kernel, std::uint32_t destination)
+{
+    const Address address(nl_addr_build(AF_INET, &destination, sizeof destination));
+    rtnl_route* found = nullptr;
+    if (address == nullptr || rtnl_route_lookup(kernel, address.get(), &found) < 0) {
+        return 0;
+    }
+    const Route route(found);
+    rtnl_nexthop* hop = rtnl_route_nexthop_n(found, 0);
+    const bool direct = rtnl_route_get_type(found) == RTN_UNICAST && hop != nullptr &&
+                        rtnl_route_nh_get_gateway(hop) == nullptr &&
+                        rtnl_route_nh_get_via(hop) == nullptr;
+    return direct ? rtnl_route_nh_get_ifindex(hop) : 0;
+}
+
+sockaddr_in UdpAddress(std::uint32_t address, std::uint16_t port)
+{
+    sockaddr_in name{};
+    name.sin_family = AF_INET;
+    name.sin_addr.s_addr = address;
+    name.sin_port = htons(port);
+    return name;
+}
+
+// The kernel resolves the address of whatever is to be sent, without any privilege. 0, or the
+// error.
+unsigned SendDatagram(std::uint32_t destination, std::uint32_t source)
+{
+    const int descriptor = ::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (descriptor == -1) {
+        return static_cast<unsigned>(errno);
+    }
+    const sockaddr_in from = UdpAddress(source, 0);
+    const sockaddr_in to = UdpAddress(destination, DiscardPort);
+    const char content = 0;
+    const bool sent =
+        ::bind(descriptor, reinterpret_cast<const sockaddr*>(&from), sizeof from) == 0 &&
+        ::sendto(descriptor, &content, sizeof content, MSG_NOSIGNAL,
+            reinterpret_cast<const sockaddr*>(&to), sizeof to) != -1;
+    const unsigned error = sent ? 0 : static_cast<unsigned>(errno);
+    ::close(descriptor);
+    return error;
+}
+
+enum class Resolution
+{
+    Waiting,
+    Answered,
+    GivenUp
+};
+
+Resolution StateOf(const NeighbourRow& row)
+{
+    if (row.physicalAddressLength != 0) {
+        return Resolution::Answered;
+    }
+    return (row.type & NUD_INCOMPLETE) != 0 ? Resolution::Waiting : Resolution::GivenUp;
+}
+
+// Fills in `row` and answers how far the kernel has come with its address.
+Resolution LookAt(nl_sock* kernel, NeighbourRow& row)
+{
+    std::vector<NeighbourRow> rows;
+    const unsigned error = AskForNeighbour(
+        kernel, RTM_GETNEIGH, 0, row.ipAddress, static_cast<int>(row.interfaceIndex), &rows);
+    if (error != 0 || rows.empty()) {
+        return Resolution::GivenUp;
+    }
+    row = rows.front();
+    return StateOf(row);
+}
+
+bool AwaitAnswer(nl_sock* kernel, NeighbourRow& row)
+{
+    const auto start = std::chrono::steady_clock::now();
+    Resolution resolution = LookAt(kernel, row);
+    while (resolution == Resolution::Waiting &&
+           std::chrono::steady_clock::now() - start < LongestResolution) {
+        Sleep(PollingPauseMs);
+        resolution = LookAt(kernel, row);
+    }
+    return resolution == Resolution::Answered;
+}
+
+} // namespace
+
+unsigned ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted)
+{
+    std::vector<NeighbourRow> rows;
+    const unsigned error = ReadRows(rows);
+    if (error != 0) {
+        rows.clear();
+    }
+    const std::size_t needed = BytesFor(rows.size());
+    if (table == nullptr || *size < needed) {
+        *size = static_cast<std::uint32_t>(needed);
+        return error != 0 ? error : NeighbourBufferTooSmall;
+    }
+    if (sorted) {
+        std::stable_sort(rows.begin(), rows.end(), IsBelow);
+    }
+    CopyOut(rows, table);
+    return error;
+}
+
+unsigned DeleteNeighbour(const NeighbourRow& row)
+{
+    const NetlinkSocket kernel = ConnectToKernel();
+    return kernel == nullptr ? EIO
+                             : AskForNeighbour(kernel.get(), RTM_DELNEIGH, NLM_F_ACK, row.ipAddress,
+                                   static_cast<int>(row.interfaceIndex), nullptr);
+}
+
+unsigned ResolveNeighbour(std::uint32_t destination, std::uint32_t source,
+    std::uint8_t* physicalAddress, std::uint32_t* length)
+{
+    const NetlinkSocket kernel = ConnectToKernel();
+    if (kernel == nullptr) {
+        return EIO;
+    }
+    NeighbourRow row{};
+    row.ipAddress = destination;
+    row.interfaceIndex = static_cast<std::uint32_t>(DirectInterface(kernel.get(), destination));
+    if (row.interfaceIndex == 0) {
+        return ENETUNREACH;
+    }
+    if (const unsigned error = SendDatagram(destination, source)) {
+        return error;
+    }
+    if (!AwaitAnswer(kernel.get(), row)) {
+        return EHOSTUNREACH;
+    }
+    *length = std::min(*length, row.physicalAddressLength);
+    std::memcpy(physicalAddress, row.physicalAddress, *length);
+    return 0;
+}
+
+std::uint32_t ParseIpv4Address(const char* text)
+{
+    return inet_addr(text);
+}
+
+void FormatIpv4Address(std::uint32_t address, char* text, int size)
+{
+    inet_ntop(AF_INET, &address, text, static_cast<socklen_t>(size));
+}
+
+} // namespace platform
