@@ -17,7 +17,6 @@
 #include <netlink/addr.h>
 #include <netlink/msg.h>
 #include <netlink/netlink.h>
-#include <netlink/route/neighbour.h>
 #include <netlink/route/nexthop.h>
 #include <netlink/route/route.h>
 #include <netlink/socket.h>
@@ -47,7 +46,6 @@ using NetlinkSocket = std::unique_ptr<nl_sock, FreeBy<nl_socket_free>>;
 using Message = std::unique_ptr<nl_msg, FreeBy<nlmsg_free>>;
 using Address = std::unique_ptr<nl_addr, FreeBy<nl_addr_put>>;
 using Route = std::unique_ptr<rtnl_route, FreeBy<rtnl_route_put>>;
-using Neighbour = std::unique_ptr<rtnl_neigh, FreeBy<rtnl_neigh_put>>;
 
 NetlinkSocket ConnectToKernel()
 {
@@ -62,24 +60,20 @@ NetlinkSocket ConnectToKernel()
 
 int KeepRow(nl_msg* message, void* rows)
 {
-    rtnl_neigh* parsed = nullptr;
-    if (rtnl_neigh_parse(nlmsg_hdr(message), &parsed) < 0) {
+    nlmsghdr* header = nlmsg_hdr(message);
+    nlattr* attributes[NDA_MAX + 1] = {};
+    if (nlmsg_parse(header, sizeof(ndmsg), attributes, NDA_MAX, nullptr) < 0 ||
+        attributes[NDA_DST] == nullptr) {
         return NL_SKIP;
     }
-    const Neighbour neighbour(parsed);
-    const nl_addr* address = rtnl_neigh_get_dst(parsed);
-    if (address == nullptr || nl_addr_get_len(address) != sizeof(in_addr)) {
-        return NL_SKIP;
-    }
+    const auto* head = static_cast<const ndmsg*>(nlmsg_data(header));
     NeighbourRow row{};
-    row.interfaceIndex = static_cast<std::uint32_t>(rtnl_neigh_get_ifindex(parsed));
-    row.type = static_cast<std::uint32_t>(rtnl_neigh_get_state(parsed));
-    std::memcpy(&row.ipAddress, nl_addr_get_binary_addr(address), sizeof row.ipAddress);
-    if (const nl_addr* physical = rtnl_neigh_get_lladdr(parsed)) {
-        row.physicalAddressLength =
-            std::min<std::uint32_t>(nl_addr_get_len(physical), sizeof row.physicalAddress);
-        std::memcpy(
-            row.physicalAddress, nl_addr_get_binary_addr(physical), row.physicalAddressLength);
+    row.interfaceIndex = static_cast<std::uint32_t>(head->ndm_ifindex);
+    row.type = head->ndm_state;
+    row.ipAddress = nla_get_u32(attributes[NDA_DST]);
+    if (attributes[NDA_LLADDR] != nullptr) {
+        row.physicalAddressLength = static_cast<std::uint32_t>(
+            nla_memcpy(row.physicalAddress, attributes[NDA_LLADDR], sizeof row.physicalAddress));
     }
     static_cast<std::vector<NeighbourRow>*>(rows)->push_back(row);
     return NL_OK;
