@@ -1,0 +1,60 @@
+#pragma once
+
+#include "discovery/CShareableObject.h"
+
+#include <QString>
+
+#include <memory>
+
+/// An object with work for system threads of its own: each StartThread() is one more run of it, and
+/// several may run at once. Nobody waits for a thread, and one that is still at work when the
+/// object goes does no harm as long as it has left the object (LeaveObject()).
+class CThreadObject : public CShareableObject
+{
+public:
+    /// The name is dropped: GetName() stays empty.
+    explicit CThreadObject(const QString& name);
+
+    /// Waits for threads that are inside one of the three operations below.
+    ~CThreadObject() override;
+
+    /// One more thread, which calls OnThreadStart(), ThreadMain() and OnThreadEnd(). False when the
+    /// system started none.
+    bool StartThread();
+
+    virtual void OnThreadStart() = 0;
+
+    /// The low 16 bits of the result, with their sign, are the thread's exit code.
+    virtual int ThreadMain() = 0;
+
+    virtual void OnThreadEnd() = 0;
+
+    /// Counts the objects of the process, from 0 on, in the order of their construction.
+    qint32 GetInstanceNumber() const;
+
+    QString GetName() const;
+
+    /// The most recent thread's, or -1 before the first. Stays when that thread has ended.
+    platform::SystemHandle GetThreadHandle() const;
+
+protected:
+    /// For ThreadMain() before it blocks: from here on the calling thread must not touch the
+    /// object, which may then be destroyed without waiting for it. Does nothing in any other
+    /// thread.
+    void LeaveObject();
+
+    /// The first statement of the destructor of a class that implements the operations: waits for
+    /// the threads that are inside one, and keeps all others from entering.
+    void CloseToThreads();
+
+private:
+    class Gate;
+    using GatePointer = std::shared_ptr<Gate>;
+
+    static int ThreadEntry(void* gatePointer);
+
+    qint32 instanceNumber;
+    QString name;
+    platform::SystemHandle threadHandle = platform::InvalidHandle;
+    GatePointer gate;
+};
