@@ -13,7 +13,12 @@ using SocketHandle = std::uint64_t;
 /// What OpenSocket gives when it fails.
 constexpr SocketHandle InvalidSocket = ~SocketHandle{0};
 
-enum class SocketOption { ReuseAddress, OutOfBandInline, Broadcast };
+enum class SocketOption
+{
+    ReuseAddress,
+    OutOfBandInline,
+    Broadcast
+};
 
 /// Readies the system's sockets for the process, asking for that version of them (257 is 1.1: the
 /// major number in the low byte). 0 on success.

@@ -11,8 +11,8 @@ constexpr SystemHandle InvalidHandle = -1;
 
 using ThreadEntry = int (*)(void* parameter);
 
-/// Starts a thread with the system's default stack. The thread owns itself: nobody waits for it, and
-/// it leaves nothing behind when `entry` returns. InvalidHandle when none could be started.
+/// Starts a thread with the system's default stack. The thread owns itself: nobody waits for it,
+/// and it leaves nothing behind when `entry` returns. InvalidHandle when none could be started.
 SystemHandle StartThread(ThreadEntry entry, void* parameter);
 
 /// A mutex that nobody holds yet, without a name.

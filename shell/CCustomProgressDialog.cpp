@@ -11,8 +11,8 @@ QWindow* VisibleMainWindow()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (const QWidget* window : windows) {
-        if (window->isVisible() && window->windowHandle() != nullptr
-            && qobject_cast<const QProgressDialog*>(window) == nullptr) {
+        if (window->isVisible() && window->windowHandle() != nullptr &&
+            qobject_cast<const QProgressDialog*>(window) == nullptr) {
             return window->windowHandle();
         }
     }

@@ -2,20 +2,21 @@
 
 #include <QProgressDialog>
 
-/// The progress dialog of every long operation: it blocks the window behind it, shows at once, has no
-/// cancel button and ignores Escape. Only its title bar's close button cancels. While it is up, its
-/// setValue() is the one place that lets events through.
+/// The progress dialog of every long operation: it blocks the window behind it, shows at once, has
+/// no cancel button and ignores Escape. Only its title bar's close button cancels. While it is up,
+/// its setValue() is the one place that lets events through.
 class CCustomProgressDialog : public QProgressDialog
 {
     Q_OBJECT
 
 public:
-    /// With `minimum` and `maximum` both 0 it shows that something goes on, not how far it is. Without
-    /// a parent it still blocks the program's visible window.
+    /// With `minimum` and `maximum` both 0 it shows that something goes on, not how far it is.
+    /// Without a parent it still blocks the program's visible window.
     CCustomProgressDialog(
         const QString& label, int minimum, int maximum, QWidget* parent = nullptr);
 
-    /// True takes the close button off the title bar, so that nothing can cancel. False does nothing.
+    /// True takes the close button off the title bar, so that nothing can cancel. False does
+    /// nothing.
     void SetCloseButtonHidden(bool hide);
 
 protected:

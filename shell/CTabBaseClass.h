@@ -14,8 +14,8 @@ public:
     explicit CTabBaseClass(QWidget* parent);
     ~CTabBaseClass() override;
 
-    /// The connection state may have changed: brings the tab up to date. May read from the unit, and
-    /// then blocks for as long as that takes.
+    /// The connection state may have changed: brings the tab up to date. May read from the unit,
+    /// and then blocks for as long as that takes.
     virtual void ConnectionStatusChanged() = 0;
 
     /// Sets the enabled state of the tab's controls. Does not talk to the unit; may be called while

@@ -44,8 +44,8 @@ std::uint32_t DescriptorIn(SocketHandle socket)
 int DescriptorOf(SocketHandle socket)
 {
     const std::uint32_t descriptor = DescriptorIn(socket);
-    if (descriptor >= MaxDescriptors || GenerationIn(socket) == NoGeneration
-        || generationOf[descriptor] != GenerationIn(socket)) {
+    if (descriptor >= MaxDescriptors || GenerationIn(socket) == NoGeneration ||
+        generationOf[descriptor] != GenerationIn(socket)) {
         errno = EBADF;
         return -1;
     }
@@ -73,8 +73,8 @@ bool IsBroken(int descriptor)
 {
     tcp_info info{};
     socklen_t size = sizeof info;
-    return getsockopt(descriptor, IPPROTO_TCP, TCP_INFO, &info, &size) == 0
-        && info.tcpi_state == TCP_CLOSE;
+    return getsockopt(descriptor, IPPROTO_TCP, TCP_INFO, &info, &size) == 0 &&
+           info.tcpi_state == TCP_CLOSE;
 }
 
 } // namespace

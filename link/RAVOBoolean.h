@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// A boolean of one byte, 0 or 1.
+using RAVOBoolean = quint8;

@@ -1,0 +1,340 @@
+#include "rotor/CTabMotorConfiguration.h"
+
+#include "link/CDeviceCommunication.h"
+#include "model/CDeviceDatabase.h"
+#include "rotor/CDeviceParameters.h"
+#include "rotor/CTableValueValidator.h"
+#include "rotor/RotorCatalogue.h"
+#include "ui_TabMotorConfiguration.h"
+
+#include <QHeaderView>
+#include <QHostAddress>
+#include <QLineEdit>
+
+namespace {
+
+constexpr int Azimuth = 0;
+constexpr int Polar = 1;
+constexpr int NoMotor = 2;
+
+constexpr int SlowMotionSpeed = 10;
+constexpr int RotorType = 11;
+constexpr ushort UnknownRotorType = 2;
+
+// The model's columns of a motor begin here; the parameter id is added.
+constexpr int FirstAzimuthColumn = 20;
+constexpr int FirstPolarColumn = 32;
+
+constexpr int ValueColumn = 0;
+constexpr int RowHeaderWidth = 250;
+constexpr int ValueWidth = 150;
+
+using ParameterAccessor = ushort (CDeviceParameters::*)(short);
+
+// By parameter id.
+constexpr ParameterAccessor Accessors[] = {
+    &CDeviceParameters::GetSlowMotionDifference,
+    &CDeviceParameters::GetMotionHangUpDifference,
+    &CDeviceParameters::GetStepDifference,
+    &CDeviceParameters::GetStepSleep,
+    &CDeviceParameters::GetPulseDuration,
+    &CDeviceParameters::GetMaxPositionDifference,
+    &CDeviceParameters::GetMaxPositionFromRight,
+    &CDeviceParameters::GetMaxPositionFromLeft,
+    &CDeviceParameters::GetMaxMotionHangUpLoop,
+    &CDeviceParameters::GetLoopsInside,
+    &CDeviceParameters::GetSlowMotionSpeed,
+    &CDeviceParameters::GetRotorType,
+};
+
+int ColumnOf(int motor, int parameter)
+{
+    return (motor == Azimuth ? FirstAzimuthColumn : FirstPolarColumn) + parameter;
+}
+
+const QVector<sROTOR_PRESET>& PresetsOf(int motor)
+{
+    return motor == Azimuth ? AzimuthRotorPresets : PolarRotorPresets;
+}
+
+const QMap<int, ushort>& ResetDefaultsOf(int motor)
+{
+    return motor == Azimuth ? AzimuthResetDefaults : PolarResetDefaults;
+}
+
+QString NotConnectedText()
+{
+    return QStringLiteral("Not connected to any device.");
+}
+
+bool IsKeyEvent(const QEvent& event)
+{
+    return event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
+}
+
+} // namespace
+
+CTabMotorConfiguration::CTabMotorConfiguration(QWidget* parent, int motor)
+    : CTabBaseClass(parent)
+    , ui(new Ui::TabMotorConfiguration)
+    , motor(motor)
+{
+    ui->setupUi(this);
+    ui->btnSendToDevice->setEnabled(false);
+    ui->btnReceiveFromDevice->setEnabled(false);
+    SetUpTable();
+    OrderTabKey();
+    ConnectButtons();
+    FillRotorList();
+}
+
+CTabMotorConfiguration::~CTabMotorConfiguration() = default;
+
+void CTabMotorConfiguration::SetUpTable()
+{
+    for (int row = 0; row < MotorParameterRanges.size(); ++row) {
+        headerLabels.append(RowHeader(row));
+    }
+    QTableWidget* const table = ui->tblMotorConfiguration;
+    table->setRowCount(headerLabels.size());
+    table->setColumnCount(1);
+    table->setVerticalHeaderLabels(headerLabels);
+    table->horizontalHeader()->setVisible(false);
+    table->verticalHeader()->setFixedWidth(RowHeaderWidth);
+    table->setColumnWidth(ValueColumn, ValueWidth);
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->setSortingEnabled(false);
+
+    mapper.reset(new QDataWidgetMapper);
+    mapper->setModel(TheDeviceDatabase());
+    for (int row = 0; row < MotorParameterRanges.size(); ++row) {
+        SetUpCell(row);
+    }
+    mapper->addMapping(ui->txtRotorType, ColumnOf(motor, RotorType));
+    mapper->toFirst();
+}
+
+void CTabMotorConfiguration::SetUpCell(int row)
+{
+    const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
+    auto* const edit = new QLineEdit(QStringLiteral("0"), ui->tblMotorConfiguration);
+    edit->setObjectName(QString::number(row));
+    edit->setAccessibleName(headerLabels.at(row));
+    edit->setValidator(new CTableValueValidator(range.minimum, range.maximum, edit));
+    edit->installEventFilter(this);
+    ui->tblMotorConfiguration->setCellWidget(row, ValueColumn, edit);
+    mapper->addMapping(edit, ColumnOf(motor, range.parameterId));
+}
+
+// The edits are made behind the form's widgets; the key is to walk them with the table.
+void CTabMotorConfiguration::OrderTabKey()
+{
+    QWidget* previous = ui->tblMotorConfiguration;
+    for (int row = 0; row < headerLabels.size(); ++row) {
+        setTabOrder(previous, CellEdit(row));
+        previous = CellEdit(row);
+    }
+    setTabOrder(previous, ui->btnReadFromFile);
+}
+
+void CTabMotorConfiguration::ConnectButtons()
+{
+    connect(ui->btnSendToDevice, &QPushButton::clicked, this,
+        &CTabMotorConfiguration::SendConfigurationButtonClicked);
+    connect(ui->btnReceiveFromDevice, &QPushButton::clicked, this,
+        &CTabMotorConfiguration::ReceiveConfigurationButtonClicked);
+    connect(ui->btnReset, &QPushButton::clicked, this,
+        &CTabMotorConfiguration::ResetToDefaultButtonClicked);
+    connect(this, &CTabMotorConfiguration::ReadFromUi, this,
+        &CTabMotorConfiguration::ReadParamValuesFromUi);
+    connect(ui->listRotors, qOverload<int>(&QComboBox::currentIndexChanged), this,
+        &CTabMotorConfiguration::ChangeRotorType);
+}
+
+void CTabMotorConfiguration::FillRotorList()
+{
+    for (const sROTOR_PRESET& preset : PresetsOf(motor)) {
+        ui->listRotors->addItem(preset.name);
+    }
+}
+
+QLineEdit* CTabMotorConfiguration::CellEdit(int row) const
+{
+    return qobject_cast<QLineEdit*>(ui->tblMotorConfiguration->cellWidget(row, ValueColumn));
+}
+
+QString CTabMotorConfiguration::RowHeader(int row) const
+{
+    return MotorNames.value(motor) + QLatin1Char(' ') + MotorParameterRanges.at(row).label;
+}
+
+void CTabMotorConfiguration::ConnectionStatusChanged()
+{
+    UpdateControls();
+    const bool hidden =
+        TheDeviceCommunication()->IsConnected() && TheDeviceDatabase()->IsFirmwareBelowVersion3();
+    ui->tblMotorConfiguration->setRowHidden(headerLabels.size() - 1, hidden);
+    ui->listRotors->setHidden(hidden);
+    ui->txtRotorType->setHidden(hidden);
+    ui->lblRotorName->setHidden(hidden);
+    ui->lblRotorType->setHidden(hidden);
+    ReceiveConfigurationButtonClicked();
+}
+
+void CTabMotorConfiguration::UpdateControls()
+{
+    const bool connected = TheDeviceCommunication()->IsConnected();
+    ui->btnSendToDevice->setEnabled(connected);
+    ui->btnReceiveFromDevice->setEnabled(connected);
+}
+
+void CTabMotorConfiguration::ChangeRotorType(int index)
+{
+    ushort rotorType = UnknownRotorType;
+    if (motor == Azimuth || motor == Polar) {
+        const sROTOR_PRESET& preset = PresetsOf(motor).at(index);
+        rotorType = preset.rotorType;
+        ui->txtRotorType->setText(RotorTypeNames.value(rotorType));
+        TheDeviceDatabase()->SetMotorParameters(motor, preset.values);
+    }
+    TheDeviceDatabase()->SetMotorParameter(motor, RotorType, rotorType);
+}
+
+void CTabMotorConfiguration::ResetToDefaultButtonClicked()
+{
+    const QMap<int, ushort>& defaults = ResetDefaultsOf(motor);
+    for (auto value = defaults.cbegin(); value != defaults.cend(); ++value) {
+        TheDeviceDatabase()->SetMotorParameter(motor, value.key(), value.value());
+    }
+}
+
+void CTabMotorConfiguration::ReadParamValuesFromUi()
+{
+    for (int row = 0; row < MotorParameterRanges.size(); ++row) {
+        const QLineEdit* const edit = CellEdit(row);
+        if (edit == nullptr) {
+            continue;
+        }
+        const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
+        QString text = edit->text();
+        int position = 0;
+        const CTableValueValidator validator(range.minimum, range.maximum);
+        if (validator.validate(text, position) != QValidator::Acceptable) {
+            TheDeviceDatabase()->SetMotorValidationError(motor,
+                QStringLiteral("Invalid value for ") + MotorNames.value(motor) + QLatin1Char(' ') +
+                    MotorParameterNames.value(range.parameterId) + QLatin1Char('!'));
+            return;
+        }
+        TheDeviceDatabase()->SetMotorParameter(
+            motor, range.parameterId, static_cast<ushort>(text.toInt()));
+    }
+    TheDeviceDatabase()->SetMotorValidationError(motor, QString());
+}
+
+QVector<ushort> CTabMotorConfiguration::CollectMotorValues() const
+{
+    QVector<ushort> values;
+    if (motor == NoMotor) {
+        return values;
+    }
+    const CDeviceDatabase* const database = TheDeviceDatabase();
+    const int last = database->IsFirmwareBelowVersion3() ? SlowMotionSpeed - 1 : RotorType;
+    for (int parameter = 0; parameter <= last; ++parameter) {
+        values.append(database->GetMotorParameter(motor, parameter));
+    }
+    return values;
+}
+
+void CTabMotorConfiguration::SendConfigurationButtonClicked()
+{
+    CDeviceDatabase* const database = TheDeviceDatabase();
+    database->SetApplicationStatus(QStringLiteral("Sending ") + MotorNames.value(motor) +
+                                   QStringLiteral(" Motor Configuration .. "));
+    ReadParamValuesFromUi();
+    database->SetApplicationStatus(SendTable());
+}
+
+// The text that the status line ends with. A value out of range reads there as a missing link.
+QString CTabMotorConfiguration::SendTable()
+{
+    CDeviceDatabase* const database = TheDeviceDatabase();
+    if (!database->GetMotorValidationError(motor).isEmpty() ||
+        !TheDeviceCommunication()->IsConnected()) {
+        UpdateControls();
+        return NotConnectedText();
+    }
+    const CDeviceParameters parameters(database->GetFirmwareVersion().toFloat());
+    const QVector<ushort> values = CollectMotorValues();
+    if (values.size() != parameters.GetParameterCount()) {
+        return QStringLiteral("Error! Invalid number of Motor configuration params.");
+    }
+    TheDeviceCommunication()->SendMotorConfiguration(motor, values);
+    return MotorNames.value(motor) + QStringLiteral(" Motor configuration sent successfully.");
+}
+
+bool CTabMotorConfiguration::ReadMotorConfigurationFromDevice(int motor)
+{
+    CDeviceDatabase* const database = TheDeviceDatabase();
+    CDeviceParameters parameters(database->GetFirmwareVersion().toFloat());
+    const ushort size = parameters.GetDeviceBlockSize();
+    // In words, as the decoder takes it, with room for the odd byte at the end.
+    QVector<ushort> block((size + 1) / 2, 0);
+    if (!TheDeviceCommunication()->ReadConfiguration(
+            reinterpret_cast<uchar*>(block.data()), size)) {
+        return false;
+    }
+    parameters.ParseDeviceBlock(block.data());
+    const int last = database->IsFirmwareBelowVersion3() ? SlowMotionSpeed - 1 : RotorType;
+    for (int parameter = 0; parameter <= last; ++parameter) {
+        const ushort value = (parameters.*Accessors[parameter])(static_cast<short>(motor));
+        database->SetMotorParameter(motor, parameter, value);
+    }
+    database->SetSubnetMask(parameters.GetSubnetMask());
+    return true;
+}
+
+void CTabMotorConfiguration::ReceiveConfigurationButtonClicked()
+{
+    CDeviceDatabase* const database = TheDeviceDatabase();
+    if (!TheDeviceCommunication()->IsConnected()) {
+        UpdateControls();
+        database->SetApplicationStatus(NotConnectedText());
+        return;
+    }
+    database->SetApplicationStatus(QStringLiteral("Recieving Configuration from Device .. "));
+    if (!ReadMotorConfigurationFromDevice(motor)) {
+        database->SetApplicationStatus(
+            QStringLiteral("Device motor configuration could not be read!"));
+        return;
+    }
+    database->SetSubnetMask(QHostAddress(database->GetSubnetMask()).toString());
+    database->SetApplicationStatus(QStringLiteral("Device motor configuration read successfully!"));
+}
+
+bool CTabMotorConfiguration::eventFilter(QObject* watched, QEvent* event)
+{
+    auto* const edit = qobject_cast<QLineEdit*>(watched);
+    if (edit == nullptr || !IsKeyEvent(*event)) {
+        return CTabBaseClass::eventFilter(watched, event);
+    }
+    watched->event(event); // the key takes effect first
+    GuardRange(*edit);
+    return true;
+}
+
+void CTabMotorConfiguration::GuardRange(QLineEdit& edit)
+{
+    const int row = ui->tblMotorConfiguration->currentRow();
+    if (row < 0 || row >= MotorParameterRanges.size()) {
+        return;
+    }
+    const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
+    if (edit.text().toInt() <= range.maximum) {
+        return;
+    }
+    edit.setText(QString::number(range.maximum));
+    TheDeviceDatabase()->SetApplicationStatus(
+        QStringLiteral("Warning: %1 must be in in range 0 - %2")
+            .arg(ParameterMnemonic(range.label))
+            .arg(range.maximum));
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "shell/CTabBaseClass.h"
+
+#include <QStringList>
+#include <QVector>
+
+class QLineEdit;
+
+namespace Ui {
+class TabMotorConfiguration;
+}
+
+/// The parameters of one motor. The table follows the model; what the user types reaches the model
+/// only when ReadParamValuesFromUi() runs. Receiving and sending handle this motor alone.
+class CTabMotorConfiguration : public CTabBaseClass
+{
+    Q_OBJECT
+
+public:
+    /// `motor`: 0 azimuth, 1 polar. Leaves zeros and the rotor type 1 in the model's columns of the
+    /// motor, as the blank entry of the rotor list does.
+    CTabMotorConfiguration(QWidget* parent, int motor);
+    ~CTabMotorConfiguration() override;
+
+    /// Guards the table's edits: a key that leaves a text above the maximum of the table's current
+    /// row sets it to that maximum and says so.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    /// Shows what the unit's firmware generation knows, then receives as the button does.
+    void ConnectionStatusChanged() override;
+    void UpdateControls() override;
+
+signals:
+    /// The tables of both motors are wanted in the model.
+    void ReadFromUi();
+
+public slots:
+    /// Stores the table in the model, row by row up to the first value out of range, which leaves
+    /// its message as the motor's validation error. An empty message: all is stored.
+    void ReadParamValuesFromUi();
+    /// Stores the table and sends the motor's parameters. The unit does not confirm them.
+    void SendConfigurationButtonClicked();
+    /// Reads the motor's parameters and the subnet mask from the unit. Blocks for a second.
+    void ReceiveConfigurationButtonClicked();
+    void ResetToDefaultButtonClicked();
+    /// Puts the preset of that row of the rotor list into the model. Nothing is sent.
+    void ChangeRotorType(int index);
+
+private:
+    void SetUpTable();
+    void SetUpCell(int row);
+    void OrderTabKey();
+    void ConnectButtons();
+    void FillRotorList();
+
+    QLineEdit* CellEdit(int row) const;
+    QString RowHeader(int row) const;
+    QString SendTable();
+    void GuardRange(QLineEdit& edit);
+    bool ReadMotorConfigurationFromDevice(int motor);
+    QVector<ushort> CollectMotorValues() const;
+
+    QScopedPointer<Ui::TabMotorConfiguration> ui;
+    qint32 motor;
+    QStringList headerLabels;
+};

@@ -1,0 +1,209 @@
+#include "shell/CMainDialog.h"
+
+#include "discovery/CTabDetectZKDevices.h"
+#include "identity/CTabInfo.h"
+#include "link/CDeviceCommunication.h"
+#include "link/ConnectToDevice.h"
+#include "link/DeviceReconfiguration.h"
+#include "model/CDeviceDatabase.h"
+#include "rotor/CTabMotorConfiguration.h"
+#include "shell/CCustomProgressDialog.h"
+#include "ui_MainDialog.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QIcon>
+#include <QScopedValueRollback>
+
+namespace {
+
+constexpr ushort Retries = 3;
+constexpr int Azimuth = 0;
+constexpr int Polar = 1;
+
+template<class... Tabs>
+bool IsOneOf(const CTabBaseClass* tab)
+{
+    return (... || (qobject_cast<const Tabs*>(tab) != nullptr));
+}
+
+} // namespace
+
+CMainDialog::CMainDialog(QWidget* parent)
+    : QDialog(parent)
+    , ui(new Ui::MainDialog)
+    , tabs{&infoTab, &optionsTab, &firmwareTab, &ipTab, &detectTab, &azimuthTab, &polarTab,
+          &boardDataTab}
+{
+}
+
+CMainDialog::~CMainDialog()
+{
+    const auto owned = tabs;
+    tabs.clear();
+    for (CTabBaseClass** const tab : owned) {
+        delete *tab;
+    }
+    ui.reset();
+}
+
+void CMainDialog::SetupDialog()
+{
+    ui->setupUi(this);
+    setWindowTitle(QStringLiteral("Z&K VX440 Access Application"));
+    CreateTabs();
+    setWindowIcon(QIcon(QStringLiteral(":/ZkCrest_16_32_48.png")));
+    ui->txtIpAddress->setInputMask(QStringLiteral("000.000.000.000"));
+    ui->txtIpAddress->installEventFilter(this);
+    ui->txtIpAddress->setText(QStringLiteral("192.168.0.129"));
+    AddPages();
+    ui->lblAppStatus->setText(QString());
+    BindStatusTexts();
+}
+
+void CMainDialog::CreateTabs()
+{
+    infoTab = new CTabInfo(ui->tabWidget);
+    detectTab = new CTabDetectZKDevices(ui->tabWidget);
+    azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Azimuth);
+    polarTab = new CTabMotorConfiguration(ui->tabWidget, Polar);
+}
+
+// The board data tab has no page: it takes part in the passes and stays out of sight.
+void CMainDialog::AddPages()
+{
+    const struct
+    {
+        CTabBaseClass* tab;
+        QString title;
+    } pages[] = {
+        {infoTab, QStringLiteral("Info")},
+        {firmwareTab, QStringLiteral("Update FW")},
+        {ipTab, QStringLiteral("IP Configuration")},
+        {azimuthTab, QStringLiteral("Azimuth Configuration")},
+        {polarTab, QStringLiteral("Pol/Eval Configuration")},
+        {optionsTab, QStringLiteral("Options")},
+        {detectTab, QStringLiteral("Detect Z&K Device")},
+    };
+    ui->tabWidget->clear();
+    for (const auto& page : pages) {
+        if (page.tab != nullptr) {
+            ui->tabWidget->addTab(page.tab, page.title);
+        }
+    }
+}
+
+void CMainDialog::BindStatusTexts()
+{
+    const QByteArray text = QByteArrayLiteral("text");
+    mapper.reset(new QDataWidgetMapper);
+    mapper->setModel(TheDeviceDatabase());
+    mapper->addMapping(ui->btnConnect, 0, text);
+    mapper->addMapping(ui->lblAppStatus, 1, text);
+    mapper->addMapping(ui->lblConnectionStatus, 2, text);
+    mapper->toFirst();
+}
+
+void CMainDialog::ConnectSignals()
+{
+    connect(ui->btnConnect, &QPushButton::clicked, this, &CMainDialog::ConnectButtonClicked);
+    connect(ui->txtIpAddress, &QLineEdit::returnPressed, ui->btnConnect, &QPushButton::click);
+    connect(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost, this,
+        &CMainDialog::CheckForConnectionLoss);
+
+    const auto* const azimuth = qobject_cast<CTabMotorConfiguration*>(azimuthTab);
+    const auto* const polar = qobject_cast<CTabMotorConfiguration*>(polarTab);
+    connect(polar, &CTabMotorConfiguration::ReadFromUi, azimuth,
+        &CTabMotorConfiguration::ReadParamValuesFromUi);
+    connect(azimuth, &CTabMotorConfiguration::ReadFromUi, polar,
+        &CTabMotorConfiguration::ReadParamValuesFromUi);
+}
+
+void CMainDialog::DisableBoardDataTab(int) {}
+
+void CMainDialog::HideBoardDataTab(int index)
+{
+    QWidget* const page = ui->tabWidget->widget(index);
+    if (page != nullptr && page == boardDataTab) {
+        page->setVisible(page->isEnabled());
+    }
+}
+
+void CMainDialog::ConnectButtonClicked()
+{
+    if (connecting) {
+        return; // a click that was under way when the attempt's dialog was closed
+    }
+    const QScopedValueRollback<bool> busy(connecting, true);
+    const QString address = ui->txtIpAddress->text();
+    ui->lblAppStatus->setText(QString());
+    TheDeviceDatabase()->ResetData();
+    TheDeviceDatabase()->SetIpAddress(address);
+    if (ConnectToDevice(Retries, address)) {
+        LoadDeviceInfo();
+    }
+    UpdateTabs();
+}
+
+void CMainDialog::IpAddressChanged()
+{
+    ui->txtIpAddress->setText(TheDeviceDatabase()->GetIpAddress());
+}
+
+void CMainDialog::ReconnectAfterFirmwareUpdate()
+{
+    if (ConnectToDevice(Retries, TheDeviceDatabase()->GetIpAddress())) {
+        ReadDeviceInfo();
+    }
+    emit AttemptedReconnection();
+}
+
+void CMainDialog::CheckForConnectionLoss()
+{
+    if (TheDeviceCommunication()->IsConnected()) {
+        return;
+    }
+    TheDeviceDatabase()->SetConnectionStatus(CDeviceDatabase::ConnectionNotConnected);
+    UpdateTabs();
+}
+
+void CMainDialog::LoadDeviceInfo()
+{
+    CCustomProgressDialog dialog(QStringLiteral("Loading Device Info ..."), 0, 100, this);
+    dialog.setValue(1);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    const int step = 100 / tabs.size();
+    int progress = 0;
+    for (CTabBaseClass** const tab : qAsConst(tabs)) {
+        if (IsOneOf<CTabInfo, CTabMotorConfiguration, CTabDetectZKDevices>(*tab)) {
+            (*tab)->ConnectionStatusChanged();
+        }
+        progress += step;
+        dialog.setValue(progress);
+        if (dialog.wasCanceled()) {
+            break;
+        }
+    }
+    dialog.close();
+}
+
+void CMainDialog::UpdateTabs()
+{
+    for (CTabBaseClass** const tab : qAsConst(tabs)) {
+        if (*tab != nullptr) {
+            (*tab)->UpdateControls();
+        }
+    }
+}
+
+bool CMainDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != ui->txtIpAddress || event->type() != QEvent::MouseButtonPress) {
+        return false;
+    }
+    if (!ui->txtIpAddress->text().remove(QLatin1Char('.')).isEmpty()) {
+        return false;
+    }
+    ui->txtIpAddress->setCursorPosition(0);
+    return true;
+}

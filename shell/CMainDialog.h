@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QDataWidgetMapper>
+#include <QDialog>
+#include <QScopedPointer>
+#include <QVector>
+
+class CTabBaseClass;
+
+namespace Ui {
+class MainDialog;
+}
+
+/// The window: the connection bar on top, the tabs, the status line below. Everything in it follows
+/// the model; the one thing it does itself is the work of the connect button.
+class CMainDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// The dialog is empty until the application has set it up.
+    explicit CMainDialog(QWidget* parent = nullptr);
+    ~CMainDialog() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+signals:
+    /// The reconnection after a firmware update has been tried; see IsConnected() for how it ended.
+    void AttemptedReconnection();
+    void AttemptedReconnectionAfterIpChange();
+    void AttemptedReconnectionAfterMacChange();
+    void RunAfterConnection();
+
+public slots:
+    void DisableBoardDataTab(int index);
+    void HideBoardDataTab(int index);
+    /// Forgets all that is known of the unit and connects to the address in the bar. Blocks as
+    /// ConnectToDevice() does, and then as long as the tabs read from the unit.
+    void ConnectButtonClicked();
+    /// Shows the model's address in the bar.
+    void IpAddressChanged();
+    void ReconnectAfterFirmwareUpdate();
+    /// Tells the user and the tabs when the link is down.
+    void CheckForConnectionLoss();
+
+private:
+    friend class CVX440_AccessApplication;
+
+    void SetupDialog();
+    void CreateTabs();
+    void AddPages();
+    void BindStatusTexts();
+    void ConnectSignals();
+    void LoadDeviceInfo();
+    void UpdateTabs();
+
+    QScopedPointer<Ui::MainDialog> ui;
+    // A null tab is skipped wherever the tabs are walked.
+    CTabBaseClass* polarTab = nullptr;
+    CTabBaseClass* azimuthTab = nullptr;
+    CTabBaseClass* infoTab = nullptr;
+    CTabBaseClass* firmwareTab = nullptr;
+    CTabBaseClass* ipTab = nullptr;
+    CTabBaseClass* detectTab = nullptr;
+    CTabBaseClass* boardDataTab = nullptr;
+    CTabBaseClass* optionsTab = nullptr;
+    // In the order of the passes. The fields are pointed at, since the tabs are made later.
+    QVector<CTabBaseClass**> tabs;
+    QScopedPointer<QDataWidgetMapper> mapper;
+    bool connecting = false;
+};

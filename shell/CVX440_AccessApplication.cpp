@@ -1,0 +1,40 @@
+#include "shell/CVX440_AccessApplication.h"
+
+#include "model/CDeviceDatabase.h"
+#include "shell/CMainDialog.h"
+
+#include <QFont>
+#include <QStyleFactory>
+
+namespace {
+
+// The forms have fixed geometries. This is the style and the size of letters that they were checked
+// with; the families are as narrow as each other, so that the first one at hand serves.
+constexpr int FormFontPixels = 11;
+
+void UseFormLook()
+{
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QFont font;
+    font.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans Condensed"),
+        QStringLiteral("Arial")});
+    font.setPixelSize(FormFontPixels);
+    QApplication::setFont(font);
+}
+
+} // namespace
+
+CVX440_AccessApplication::CVX440_AccessApplication(int& argc, char** argv)
+    : QApplication(argc, argv)
+{
+    UseFormLook();
+    TheDeviceDatabase()->ResetData();
+    dialog.reset(new CMainDialog);
+    dialog->setWindowFlags(
+        dialog->windowFlags() | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
+    dialog->SetupDialog();
+    dialog->ConnectSignals();
+    dialog->exec();
+}
+
+CVX440_AccessApplication::~CVX440_AccessApplication() = default;

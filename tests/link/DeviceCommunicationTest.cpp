@@ -1,0 +1,702 @@
+#include "link/CDeviceCommunication.h"
+#include "tests/support/scripted/ScriptedLink.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <functional>
+
+using Command = std::function<bool(CDeviceCommunication&)>;
+Q_DECLARE_METATYPE(Command)
+
+namespace {
+
+// Every frame goes out behind a look for stale bytes.
+const int Drain = 10;
+
+QVector<uchar> CountedBytes(int count)
+{
+    QVector<uchar> bytes(count);
+    for (int i = 0; i < count; ++i) {
+        bytes[i] = static_cast<uchar>((i * 7 + i / 256 * 31) & 0xFF);
+    }
+    return bytes;
+}
+
+QString HexOf(const QVector<uchar>& bytes, int count)
+{
+    return QString::fromLatin1(
+        QByteArray(reinterpret_cast<const char*>(bytes.constData()), count).toHex().toUpper());
+}
+
+QMap<int, ushort> Parameters(ushort first)
+{
+    QMap<int, ushort> parameters;
+    for (int id = 0; id < 12; ++id) {
+        parameters.insert(id, static_cast<ushort>(first + id));
+    }
+    return parameters;
+}
+
+QString LongConfiguration(const QString& identity, const QString& mac, const QString& ip,
+    const QString& mask, const QMap<int, ushort>& motor0, const QMap<int, ushort>& motor1)
+{
+    CDeviceCommunication device;
+    device.StartConnection("127.0.0.1");
+    device.wait();
+    scripted::ForgetEvents();
+    device.SendDeviceConfiguration(identity, mac, ip, mask, motor0, motor1);
+    return scripted::Actions().value(0).mid(5);
+}
+
+} // namespace
+
+class DeviceCommunicationTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QScopedPointer<CDeviceCommunication> device;
+
+    void AddEveryCommand()
+    {
+        static const QVector<uchar> Block = CountedBytes(1220);
+        static const QVector<uchar> Eeprom = CountedBytes(1202);
+        QTest::addColumn<Command>("command");
+        QTest::addColumn<QString>("frame");
+        QTest::addColumn<bool>("acknowledged");
+        const auto row = [](const char* name, const Command& command, const QString& frame,
+                             bool acknowledged) {
+            QTest::newRow(name) << command << frame << acknowledged;
+        };
+        row(
+            "CF1", [](auto& d) { return d.SendIpConfiguration(Eeprom.constData()); },
+            QStringLiteral("4346310D") + HexOf(Eeprom, 8), false);
+        row(
+            "short CF2",
+            [](auto& d) { return d.SendMacAddress(QStringLiteral("02:4c:7e:0a:0B:ff")); },
+            QStringLiteral("4346320D024C7E0A0BFF"), false);
+        row(
+            "CF3", [](auto& d) { return d.SendFirmwareBlock(Block.constData()); },
+            QStringLiteral("4346330D") + HexOf(Block, 1220), true);
+        row(
+            "CF4", [](auto& d) { return d.SendFirmwareChecksum(Block.constData()); },
+            QStringLiteral("4346340D") + HexOf(Block, 8), false);
+        row(
+            "CF5", [](auto& d) { return d.StartFirmwareUpdate(); },
+            QStringLiteral("4346350D") + QStringLiteral("00").repeated(255), false);
+        row(
+            "CF6", [](auto& d) { return d.WriteEeprom(Eeprom.constData(), 1200); },
+            QStringLiteral("4346360D") + HexOf(Eeprom, 1202), true);
+        row(
+            "CF9", [](auto& d) { return d.SendOptions(QStringLiteral("a,b")); },
+            QStringLiteral("4346390D612C62"), true);
+        row(
+            "CF10", [](auto& d) { return d.SendOptionDescriptions(QStringLiteral("a,b")); },
+            QStringLiteral("434631300D612C62"), true);
+        row(
+            "HCF",
+            [](auto& d) {
+                return d.SendMotorConfiguration(0, {500, 3, 65535});
+            },
+            QStringLiteral("4843460D01F40003FFFF"), false);
+        row(
+            "VCF",
+            [](auto& d) {
+                return d.SendMotorConfiguration(1, {500, 3, 65535});
+            },
+            QStringLiteral("5643460D01F40003FFFF"), false);
+        row(
+            "HCF without values", [](auto& d) { return d.SendMotorConfiguration(0, {}); },
+            QStringLiteral("4843460D"), false);
+    }
+
+private slots:
+    void init()
+    {
+        scripted::Reset();
+        device.reset(new CDeviceCommunication);
+        device->StartConnection("127.0.0.1");
+        device->wait();
+        QVERIFY(device->IsConnected());
+        scripted::ForgetEvents();
+    }
+
+    void cleanup() { device.reset(); }
+
+    void connectingResolvesConnectsToPort50000AndStopsBlocking()
+    {
+        CDeviceCommunication fresh;
+        QVERIFY(!fresh.IsConnected());
+        fresh.StartConnection("127.0.0.9");
+        fresh.wait();
+        QCOMPARE(scripted::Actions(),
+            (QStringList{QStringLiteral("open 1"), QStringLiteral("option reuse address"),
+                QStringLiteral("option out of band inline"), QStringLiteral("resolve 127.0.0.9"),
+                QStringLiteral("connect 50000"), QStringLiteral("nonblocking")}));
+        QVERIFY(fresh.IsConnected());
+        QCOMPARE(fresh.objectName(), QStringLiteral("CommunicationThread"));
+    }
+
+    void aFailedAttemptLeavesTheFlagDownWithoutASignal()
+    {
+        scripted::SetConnectResult(scripted::ConnectResult::Fails);
+        const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
+        device->StartConnection("127.0.0.1");
+        device->wait();
+        QVERIFY(!device->IsConnected());
+        QCOMPARE(lost.count(), 0);
+    }
+
+    void aNewAttemptClosesTheOldSocketFirst()
+    {
+        device->StartConnection("127.0.0.1");
+        device->wait();
+        QCOMPARE(scripted::Actions().first(), QStringLiteral("close"));
+    }
+
+    void aNewAttemptEndsAHangingOneAtOnce()
+    {
+        scripted::SetConnectResult(scripted::ConnectResult::Hangs);
+        device->StartConnection("127.0.0.1");
+        scripted::SetConnectResult(scripted::ConnectResult::Succeeds);
+        device->StartConnection("127.0.0.1");
+        device->wait();
+        QVERIFY(device->IsConnected());
+    }
+
+    void aHangingAttemptEndsWithTheObject()
+    {
+        scripted::SetConnectResult(scripted::ConnectResult::Hangs);
+        device->StartConnection("127.0.0.1");
+        device.reset();
+    }
+
+    void theDestructorDoesNotCloseTheSocket()
+    {
+        device.reset();
+        QCOMPARE(scripted::Actions(), QStringList());
+    }
+
+    void disconnectClosesTheSocketWithoutASignal()
+    {
+        const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
+        device->Disconnect();
+        QVERIFY(!device->IsConnected());
+        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("close")});
+        QCOMPARE(lost.count(), 0);
+    }
+
+    void disconnectWithoutASocketClearsTheFlagAndDoesNothingElse()
+    {
+        device->Disconnect();
+        scripted::ForgetEvents();
+        device->Disconnect();
+        QVERIFY(!device->IsConnected());
+        QCOMPARE(scripted::Events(), QStringList());
+    }
+
+    void aCommandBeforeAnyConnectionFailsLikeABrokenLink()
+    {
+        CDeviceCommunication fresh;
+        const QSignalSpy lost(&fresh, &CDeviceCommunication::ConnectionLost);
+        QVERIFY(!fresh.SendMotorConfiguration(0, {1}));
+        QCOMPARE(lost.count(), 1);
+    }
+
+    void aCommandWhileAnAttemptHangsFailsLikeABrokenLink()
+    {
+        scripted::SetConnectResult(scripted::ConnectResult::Hangs);
+        device->StartConnection("127.0.0.1");
+        QVERIFY(!device->SendMotorConfiguration(0, {1}));
+    }
+
+    void everyFrameIsOneSendBehindADrain_data() { AddEveryCommand(); }
+    void everyFrameIsOneSendBehindADrain()
+    {
+        QFETCH(Command, command);
+        QFETCH(QString, frame);
+        QFETCH(bool, acknowledged);
+        scripted::WhenSent([acknowledged](const QByteArray&) {
+            if (acknowledged) {
+                scripted::Deliver("1\r");
+            }
+        });
+        QVERIFY(command(*device));
+        QStringList expected{QStringLiteral("sleep 10"), QStringLiteral("send ") + frame};
+        if (acknowledged) {
+            expected << QStringLiteral("sleep 1");
+            QCOMPARE(device->GetLastResult(), ushort(1));
+        }
+        QCOMPARE(scripted::Events(), expected);
+    }
+
+    void aFailedSendClearsTheFlagAndSignalsOnce_data() { AddEveryCommand(); }
+    void aFailedSendClearsTheFlagAndSignalsOnce()
+    {
+        QFETCH(Command, command);
+        const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
+        scripted::FailSendsFrom(1);
+        QVERIFY(!command(*device));
+        QVERIFY(!device->IsConnected());
+        QCOMPARE(lost.count(), 1);
+        QCOMPARE(scripted::Sleeps(), QList<int>{Drain});
+    }
+
+    void theFlagIsDownBeforeTheSignal()
+    {
+        bool atSignal = true;
+        connect(device.get(), &CDeviceCommunication::ConnectionLost, device.get(),
+            [&] { atSignal = device->IsConnected(); });
+        scripted::FailSendsFrom(1);
+        device->SendMotorConfiguration(0, {1});
+        QVERIFY(!atSignal);
+    }
+
+    void staleBytesAreDrainedOneIn10Ms()
+    {
+        scripted::Deliver("xyz");
+        device->SendMotorConfiguration(0, {});
+        QCOMPARE(scripted::Sleeps(), (QList<int>{10, 10, 10, 10}));
+    }
+
+    void aRefusalIsFalseWithResult0_data() { AddEveryCommand(); }
+    void aRefusalIsFalseWithResult0()
+    {
+        QFETCH(Command, command);
+        QFETCH(bool, acknowledged);
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("0\r"); });
+        QCOMPARE(command(*device), !acknowledged);
+        QCOMPARE(device->GetLastResult(), ushort(0));
+        QVERIFY(device->IsConnected());
+        if (acknowledged) {
+            QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1})); // seen at the first poll
+        }
+    }
+
+    void silenceIsResult2After10000Polls_data() { AddEveryCommand(); }
+    void silenceIsResult2After10000Polls()
+    {
+        QFETCH(Command, command);
+        QFETCH(bool, acknowledged);
+        QCOMPARE(command(*device), !acknowledged);
+        if (acknowledged) {
+            QCOMPARE(device->GetLastResult(), ushort(2));
+            QCOMPARE(scripted::Sleeps().size(), 10001);
+            QCOMPARE(scripted::Now(), Drain + 10000);
+            QVERIFY(device->IsConnected());
+        }
+    }
+
+    void otherBytesAreResult2AtOnce()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("7\r"); });
+        QVERIFY(!device->SendOptions(QStringLiteral("a")));
+        QCOMPARE(device->GetLastResult(), ushort(2));
+        QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1}));
+    }
+
+    void anAnswerOf2KeepsTheWaitGoing()
+    {
+        scripted::WhenSent([](const QByteArray&) {
+            scripted::Deliver("2\r");
+            scripted::DeliverAfter(50, "1\r");
+        });
+        QVERIFY(device->SendOptions(QStringLiteral("a")));
+        QCOMPARE(scripted::Sleeps().size(), 1 + 51);
+    }
+
+    void anAcknowledgementIsSeenAtTheFirstPollBehindIt()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::DeliverAfter(300, "1\r"); });
+        QVERIFY(device->SendOptions(QStringLiteral("a")));
+        QCOMPARE(scripted::Sleeps().size(), 1 + 301);
+    }
+
+    void aLoneDigitIsAnAcknowledgementAtItsFirstByte_data()
+    {
+        QTest::addColumn<QByteArray>("digit");
+        QTest::addColumn<int>("result");
+        QTest::newRow("1") << QByteArray("1") << 1;
+        QTest::newRow("0") << QByteArray("0") << 0;
+    }
+    void aLoneDigitIsAnAcknowledgementAtItsFirstByte()
+    {
+        QFETCH(QByteArray, digit);
+        QFETCH(int, result);
+        scripted::WhenSent([digit](const QByteArray&) {
+            scripted::Deliver(digit);
+            scripted::DeliverAfter(500, "\r");
+        });
+        device->SendOptions(QStringLiteral("a"));
+        QCOMPARE(int(device->GetLastResult()), result);
+        QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1}));
+    }
+
+    void aFirmwareBlockThatCannotBeSentLeavesResult0()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        QVERIFY(device->SendOptions(QStringLiteral("a")));
+        QCOMPARE(device->GetLastResult(), ushort(1));
+        scripted::FailSendsFrom(1);
+        QVERIFY(!device->SendFirmwareBlock(CountedBytes(1220).constData()));
+        QCOMPARE(device->GetLastResult(), ushort(0));
+    }
+
+    void validationIsTrueOnceSentWhateverTheAnswer_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<int>("result");
+        QTest::newRow("done") << QByteArray("1\r") << 1;
+        QTest::newRow("refused") << QByteArray("0\r") << 0;
+        QTest::newRow("silence") << QByteArray() << 2;
+    }
+    void validationIsTrueOnceSentWhateverTheAnswer()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(int, result);
+        scripted::WhenSent([answer](const QByteArray&) { scripted::Deliver(answer); });
+        QVERIFY(device->ValidateFirmware());
+        QCOMPARE(int(device->GetLastResult()), result);
+        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346380D")});
+    }
+
+    void validationIsFalseWhenItCannotBeSent()
+    {
+        scripted::FailSendsFrom(1);
+        QVERIFY(!device->ValidateFirmware());
+        QCOMPARE(scripted::Sleeps(), QList<int>{Drain});
+    }
+
+    void aTextFrameOf1199BytesIsSentAndOneOf1200IsNot_data()
+    {
+        QTest::addColumn<bool>("descriptions");
+        QTest::addColumn<int>("length");
+        QTest::addColumn<bool>("sent");
+        QTest::newRow("CF9 of 1199") << false << 1195 << true;
+        QTest::newRow("CF9 of 1200") << false << 1196 << false;
+        QTest::newRow("CF10 of 1199") << true << 1194 << true;
+        QTest::newRow("CF10 of 1200") << true << 1195 << false;
+    }
+    void aTextFrameOf1199BytesIsSentAndOneOf1200IsNot()
+    {
+        QFETCH(bool, descriptions);
+        QFETCH(int, length);
+        QFETCH(bool, sent);
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        const QString text(length, QLatin1Char('x'));
+        QCOMPARE(
+            descriptions ? device->SendOptionDescriptions(text) : device->SendOptions(text), sent);
+        if (sent) {
+            QCOMPARE(scripted::Actions().first().size(), 5 + 2 * 1199);
+        } else {
+            QCOMPARE(scripted::Events(), QStringList());
+        }
+    }
+
+    // The length of a text frame is held in 16 bits.
+    void aTextOf65536CharactersIsSentAsItsHead()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        QVERIFY(device->SendOptions(QString(65536, QLatin1Char('x'))));
+        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346390D")});
+    }
+
+    void aTextTravelsInAsManyBytesAsItHasCharacters()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        QVERIFY(device->SendOptions(QString::fromUtf8("\xC3\xA4z"))); // "äz" is three bytes
+        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346390DC3A4")});
+    }
+
+    void theEepromWriteTakes1200BytesAndNoMore()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        const QVector<uchar> block = CountedBytes(1203);
+        QVERIFY(device->WriteEeprom(block.constData(), 1200));
+        QCOMPARE(scripted::Actions().first().size(), 5 + 2 * 1206);
+        scripted::ForgetEvents();
+        QVERIFY(!device->WriteEeprom(block.constData(), 1201));
+        QCOMPARE(scripted::Events(), QStringList());
+    }
+
+    void anEepromWriteOfNothingSendsTheAddress()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        const uchar block[2] = {0x04, 0xB0};
+        QVERIFY(device->WriteEeprom(block, 0));
+        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346360D04B0")});
+    }
+
+    void anotherChannelThanTheMotorsIsNotSent_data()
+    {
+        QTest::addColumn<int>("channel");
+        QTest::newRow("2") << 2;
+        QTest::newRow("-1") << -1;
+    }
+    void anotherChannelThanTheMotorsIsNotSent()
+    {
+        QFETCH(int, channel);
+        QVERIFY(!device->SendMotorConfiguration(channel, {1}));
+        QCOMPARE(scripted::Events(), QStringList());
+    }
+
+    void aMacAddressOf9CharactersIsNotSent()
+    {
+        QVERIFY(!device->SendMacAddress(QStringLiteral("02:4C:7E:")));
+        QCOMPARE(scripted::Events(), QStringList());
+    }
+
+    void aMacAddressWithoutSixPartsIsSentAsZeros_data()
+    {
+        QTest::addColumn<QString>("mac");
+        QTest::newRow("ten characters") << QStringLiteral("02:4C:7E:0");
+        QTest::newRow("hyphens") << QStringLiteral("02-4C-7E-01-02-03");
+        QTest::newRow("seven parts") << QStringLiteral("02:4C:7E:01:02:03:04");
+    }
+    void aMacAddressWithoutSixPartsIsSentAsZeros()
+    {
+        QFETCH(QString, mac);
+        QVERIFY(device->SendMacAddress(mac));
+        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346320D000000000000")});
+    }
+
+    void theLongConfigurationHasItsFieldsInPlace()
+    {
+        const QString frame = LongConfiguration(QStringLiteral("ZELMA&KOVINTH,VX440,P/S\r"),
+            QStringLiteral("02:4c:7E:00:01:29"), QStringLiteral("192.168.0.129"),
+            QStringLiteral("255.255.255.0"), Parameters(0x0100), Parameters(0x0200));
+        QString motors;
+        for (const int first : {0x0100, 0x0200}) {
+            for (int id = 0; id < 10; ++id) {
+                motors += QStringLiteral("%1").arg(first + id, 4, 16, QLatin1Char('0')).toUpper();
+            }
+        }
+        const QByteArray identity = QByteArray("ZELMA&KOVINTH,VX440,P/S\r").leftJustified(60, '\0');
+        QCOMPARE(frame, QStringLiteral("4346320D") + motors + QStringLiteral("024C7E000129") +
+                            QStringLiteral("C0A80081") + QStringLiteral("FFFFFF00") +
+                            QStringLiteral("00").repeated(13) +
+                            QString::fromLatin1(identity.toHex().toUpper()));
+        QCOMPARE(frame.size(), 2 * 131);
+    }
+
+    void aMissingParameterTravelsAs0AndThoseFrom10OnDoNot()
+    {
+        QMap<int, ushort> motor0{{0, 1}, {9, 2}, {10, 0xAAAA}, {11, 0xBBBB}, {-1, 0xCCCC}};
+        const QString frame = LongConfiguration({}, {}, {}, {}, motor0, {});
+        QCOMPARE(frame, QStringLiteral("4346320D0001") + QStringLiteral("0000").repeated(8) +
+                            QStringLiteral("0002") + QStringLiteral("00").repeated(107));
+    }
+
+    void anAddressThatDoesNotParseTravelsAs0()
+    {
+        const QString frame =
+            LongConfiguration({}, {}, QStringLiteral("192.168.0.256"), QStringLiteral("x"), {}, {});
+        QCOMPARE(frame.mid(8 + 2 * 46, 16), QStringLiteral("0000000000000000"));
+    }
+
+    void onlyTheFirst60CharactersOfTheIdentityTravel()
+    {
+        const QString frame = LongConfiguration(QString(500, QLatin1Char('i')), {}, {}, {}, {}, {});
+        QCOMPARE(frame.size(), 2 * 131);
+        QCOMPARE(frame.mid(8 + 2 * 67), QStringLiteral("69").repeated(60));
+    }
+
+    void aMacAddressWithAnyNumberOfPartsStaysInTheBlock()
+    {
+        const QString mac = QStringLiteral("11:").repeated(200) + QStringLiteral("11");
+        const QString frame = LongConfiguration(QStringLiteral("id"), mac,
+            QStringLiteral("1.2.3.4"), QStringLiteral("5.6.7.8"), {}, {});
+        QCOMPARE(frame.size(), 2 * 131);
+        QCOMPARE(frame.mid(8 + 2 * 40, 28), QStringLiteral("1111111111110102030405060708"));
+    }
+
+    void theIdentityEndsWithItsCarriageReturn()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("A,B,C/D,3.10\rrest"); });
+        QCOMPARE(device->ReadIdentity(), QStringLiteral("A,B,C/D,3.10\r"));
+        QList<int> sleeps{Drain};
+        for (int i = 0; i < 13; ++i) {
+            sleeps << 1;
+        }
+        QCOMPARE(scripted::Sleeps(), sleeps);
+        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 2A49444E3F0D")});
+    }
+
+    void theIdentityBeginsWithAZeroForEachMillisecondOfSilence()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::DeliverAfter(3, "A\r"); });
+        QCOMPARE(device->ReadIdentity(), QString(3, QChar(0)) + QStringLiteral("A\r"));
+    }
+
+    void theIdentityRepeatsTheLastCharacterInAGap()
+    {
+        scripted::WhenSent([](const QByteArray&) {
+            scripted::Deliver("AB");
+            scripted::DeliverAfter(4, "C\r");
+        });
+        QCOMPARE(device->ReadIdentity(), QStringLiteral("ABBBC\r"));
+    }
+
+    void aSilentUnitHasAnIdentityOf2000Zeros()
+    {
+        QCOMPARE(device->ReadIdentity(), QString(2000, QChar(0)));
+        QCOMPARE(scripted::Now(), Drain + 2000);
+        QVERIFY(device->IsConnected());
+    }
+
+    void aFailedSendOfTheIdentitySignalsOnceAndTheTextComesAfterThePasses()
+    {
+        const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
+        scripted::FailSendsFrom(1);
+        QCOMPARE(device->ReadIdentity().size(), 2000);
+        QCOMPARE(lost.count(), 1);
+        QVERIFY(!device->IsConnected());
+        QCOMPARE(scripted::Now(), Drain + 2000);
+    }
+
+    void aTextOfMoreThan2000CharactersIsCutAndTheRestIsLeftForTheDrain()
+    {
+        scripted::WhenSent([](const QByteArray& frame) {
+            if (frame.startsWith("*IDN?") || frame.startsWith("GET:")) {
+                scripted::Deliver(QByteArray(2003, 'x'));
+            }
+        });
+        QCOMPARE(device->ReadIdentity(), QString(2000, QLatin1Char('x')));
+        scripted::ForgetEvents();
+        device->SendMotorConfiguration(0, {});
+        QCOMPARE(scripted::Sleeps(), (QList<int>{10, 10, 10, 10}));
+        QCOMPARE(device->ReadOptions(), QString(2000, QLatin1Char('x')));
+    }
+
+    void theOptionQueriesSendTheirTexts()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("x\r"); });
+        QCOMPARE(device->ReadOptions(), QStringLiteral("x\r"));
+        QCOMPARE(device->ReadOptionDescriptions(), QStringLiteral("x\r"));
+        QCOMPARE(scripted::Actions(),
+            (QStringList{QStringLiteral("send 4745543A4F5054494F4E3A494E5445524E414C3F0D"),
+                QStringLiteral("send 4745543A4F5054494F4E3A444553433F0D")}));
+    }
+
+    void theOptionQueriesCollectOnlyWhatCame()
+    {
+        scripted::WhenSent([](const QByteArray&) {
+            scripted::DeliverAfter(5, "A");
+            scripted::DeliverAfter(9, "B\r");
+        });
+        QCOMPARE(device->ReadOptions(), QStringLiteral("AB\r"));
+    }
+
+    void theOptionsOfASilentUnitAreEmptyAfter2000Passes()
+    {
+        QCOMPARE(device->ReadOptions(), QString());
+        QCOMPARE(scripted::Now(), Drain + 2000);
+    }
+
+    void theOptionQueriesGoThroughTheirPassesAfterAFailedSend()
+    {
+        scripted::FailSendsFrom(1);
+        QCOMPARE(device->ReadOptionDescriptions(), QString());
+        QCOMPARE(scripted::Now(), Drain + 2000);
+        QVERIFY(!device->IsConnected());
+    }
+
+    void theConfigurationIsReadASecondAfterTheRequest()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::DeliverAfter(1000, "abcd"); });
+        uchar buffer[5] = {1, 2, 3, 4, 5};
+        QVERIFY(device->ReadConfiguration(buffer, 4));
+        QCOMPARE(QByteArray(reinterpret_cast<char*>(buffer), 5), QByteArray("abcd\x05"));
+        QCOMPARE(scripted::Events(),
+            (QStringList{QStringLiteral("sleep 10"), QStringLiteral("send 4346300D"),
+                QStringLiteral("sleep 1000")}));
+    }
+
+    void aShortOrLateConfigurationIsFalseAndLeavesTheBuffer_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::newRow("silence") << QByteArray();
+        QTest::newRow("one byte short") << QByteArray("abc");
+    }
+    void aShortOrLateConfigurationIsFalseAndLeavesTheBuffer()
+    {
+        QFETCH(QByteArray, answer);
+        const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
+        scripted::WhenSent([answer](const QByteArray&) { scripted::Deliver(answer); });
+        uchar buffer[4] = {1, 2, 3, 4};
+        QVERIFY(!device->ReadConfiguration(buffer, 4));
+        QCOMPARE(QByteArray(reinterpret_cast<char*>(buffer), 4), QByteArray("\x01\x02\x03\x04"));
+        QVERIFY(device->IsConnected());
+        QCOMPARE(lost.count(), 0);
+    }
+
+    void aConfigurationThatCannotBeAskedForStillTakesItsSecond()
+    {
+        scripted::FailSendsFrom(1);
+        uchar buffer[4] = {};
+        QVERIFY(!device->ReadConfiguration(buffer, 4));
+        QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1000}));
+        QVERIFY(!device->IsConnected());
+    }
+
+    void theEepromReadAppendsWhatCameASecondLater()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::DeliverAfter(1000, "abc"); });
+        uchar request[4] = {0x00, 0x03, 0x04, 0xB0};
+        QVector<uchar> out{9};
+        QVERIFY(device->ReadEeprom(request, out));
+        QCOMPARE(out, (QVector<uchar>{9, 'a', 'b', 'c'}));
+        QCOMPARE(scripted::Events(),
+            (QStringList{QStringLiteral("sleep 10"), QStringLiteral("send 4346370D000304B0"),
+                QStringLiteral("sleep 1000")}));
+    }
+
+    void theEepromReadTurnsTheLengthOfTheRequestIntoHostOrder()
+    {
+        uchar request[4] = {0x00, 0x40, 0x00, 0x00};
+        QVector<uchar> out;
+        device->ReadEeprom(request, out);
+        quint16 length = 0;
+        memcpy(&length, request, sizeof length);
+        QCOMPARE(length, quint16(64));
+    }
+
+    void aSilentUnitGives64BytesOf255AndTrue()
+    {
+        uchar request[4] = {0x00, 0x40, 0x00, 0x00};
+        QVector<uchar> out;
+        QVERIFY(device->ReadEeprom(request, out));
+        QCOMPARE(out, QVector<uchar>(64, 255));
+    }
+
+    void aShortEepromAnswerIsFilledWith255()
+    {
+        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("ab"); });
+        uchar request[4] = {0x00, 0x04, 0x00, 0x00};
+        QVector<uchar> out;
+        QVERIFY(device->ReadEeprom(request, out));
+        QCOMPARE(out, (QVector<uchar>{'a', 'b', 255, 255}));
+    }
+
+    void anEepromRequestThatCannotBeSentIsFalseAfterItsSecond()
+    {
+        scripted::FailSendsFrom(1);
+        uchar request[4] = {0x00, 0x04, 0x00, 0x00};
+        QVector<uchar> out;
+        QVERIFY(!device->ReadEeprom(request, out));
+        QCOMPARE(out, QVector<uchar>());
+        QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1000}));
+    }
+
+    void anEepromRequestOfAnyLengthIsAnswered()
+    {
+        uchar request[4] = {0xFF, 0xFF, 0x00, 0x00};
+        QVector<uchar> out;
+        QVERIFY(device->ReadEeprom(request, out));
+        QCOMPARE(out.size(), 65535);
+    }
+};
+
+QTEST_GUILESS_MAIN(DeviceCommunicationTest)
+#include "DeviceCommunicationTest.moc"

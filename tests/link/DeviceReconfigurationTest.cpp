@@ -1,0 +1,219 @@
+#include "link/DeviceReconfiguration.h"
+#include "link/CDeviceCommunication.h"
+#include "model/CDeviceDatabase.h"
+#include "tests/support/scripted/ScriptedLink.h"
+
+#include <QtTest>
+
+namespace {
+
+QString Column(int column)
+{
+    return TheDeviceDatabase()->index(0, column).data().toString();
+}
+
+constexpr int Mac = 4;
+constexpr int Version = 6;
+constexpr int Part = 7;
+constexpr int Serial = 10;
+
+void FillDeviceColumns()
+{
+    TheDeviceDatabase()->SetMacAddress(QStringLiteral("02:4C:7E:00:00:01"));
+    TheDeviceDatabase()->SetPartNumber(QStringLiteral("old"), 0);
+    TheDeviceDatabase()->SetSerialNumber(QStringLiteral("old"), 0);
+    TheDeviceDatabase()->SetFirmwareVersion(QStringLiteral("old"));
+}
+
+} // namespace
+
+class DeviceReconfigurationTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        scripted::Reset();
+        TheDeviceDatabase()->ResetData();
+        TheDeviceDatabase()->SetIpAddress(QStringLiteral("127.0.0.1"));
+        TheDeviceDatabase()->SetSubnetMask(QStringLiteral("255.0.0.0"));
+        TheDeviceCommunication()->StartConnection("127.0.0.1");
+        TheDeviceCommunication()->wait();
+        scripted::ForgetEvents();
+    }
+
+    void theIdentityAnswerFillsPartSerialAndVersion_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("part");
+        QTest::addColumn<QString>("serial");
+        QTest::addColumn<QString>("version");
+        const auto row = [](const char* name, const char* answer, const char* part,
+                             const char* serial, const char* version) {
+            QTest::newRow(name) << QByteArray(answer) << QString::fromLatin1(part)
+                                << QString::fromLatin1(serial) << QString::fromLatin1(version);
+        };
+        row("well-formed: the version keeps its carriage return",
+            "ZELMA&KOVINTH,VX440,1234.5678/000123,3.10\r", "1234.5678", "000123", "3.10\r");
+        row("another maker and product", "A,B,P/S,2.5\r", "P", "S", "2.5\r");
+        row("more than four fields", "A,B,P/S,2.5,x\r", "P", "S", "2.5");
+        row("more than two numbers", "A,B,P/S/T,2.5\r", "P", "S", "2.5\r");
+        row("empty fields", ",,/,\r", "", "", "\r");
+        row("a serial number of nine characters is cut to six", "A,B,P/123456789,3.0\r", "P",
+            "123456", "3.0\r");
+        row("three fields", "A,B,P/S\r", "", "", "");
+        row("no slash", "A,B,PS,3.0\r", "", "", "");
+        row("no comma", "hello\r", "", "", "");
+        row("nothing", "\r", "", "", "");
+    }
+    void theIdentityAnswerFillsPartSerialAndVersion()
+    {
+        QFETCH(QByteArray, answer);
+        FillDeviceColumns();
+        scripted::WhenSent([answer](const QByteArray&) { scripted::Deliver(answer); });
+        ReadDeviceInfo();
+        QTEST(Column(Part), "part");
+        QTEST(Column(Serial), "serial");
+        QTEST(Column(Version), "version");
+        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 2A49444E3F0D")});
+    }
+
+    void withoutALinkTheFourColumnsAreEmptiedAndNothingIsSent()
+    {
+        TheDeviceCommunication()->Disconnect();
+        scripted::ForgetEvents();
+        FillDeviceColumns();
+        ReadDeviceInfo();
+        QCOMPARE(Column(Mac) + Column(Part) + Column(Serial) + Column(Version), QString());
+        QCOMPARE(scripted::Events(), QStringList());
+    }
+
+    void theColumnsAreNotifiedInOrder()
+    {
+        QList<int> columns;
+        const auto connection = connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
+            [&columns](const QModelIndex& cell) { columns.append(cell.column()); });
+        ReadDeviceInfo();
+        disconnect(connection);
+        QCOMPARE(columns, (QList<int>{Mac, Part, Serial, Version}));
+    }
+
+    void theIdentityForTheUnitHasNoVersion()
+    {
+        QCOMPARE(BuildDeviceIdentity(QStringLiteral("1234.5678"), QStringLiteral("000123")),
+            QStringLiteral("ZELMA&KOVINTH,VX440,1234.5678/000123\r"));
+    }
+
+    void aChangeOfTheConfigurationWritesTheMotorsBackUnchanged()
+    {
+        for (int id = 0; id < 12; ++id) {
+            TheDeviceDatabase()->SetMotorParameter(0, id, static_cast<ushort>(0x1100 + id));
+            TheDeviceDatabase()->SetMotorParameter(1, id, static_cast<ushort>(0x2200 + id));
+        }
+        QVERIFY(ChangeDeviceConfiguration(QStringLiteral("S"), QStringLiteral("P"),
+            QStringLiteral("02:4C:7E:00:01:29"), QStringLiteral("Board Data")));
+        QCOMPARE(Column(1), QStringLiteral("Changing Board Data ..."));
+        const QString frame = scripted::Actions().value(0).mid(5);
+        QCOMPARE(frame.left(8), QStringLiteral("4346320D"));
+        QCOMPARE(frame.mid(8, 80), QStringLiteral("1100110111021103110411051106110711081109"
+                                                  "2200220122022203220422052206220722082209"));
+        QCOMPARE(frame.mid(88, 28), QStringLiteral("024C7E0001297F000001FF000000"));
+        QVERIFY(frame.endsWith(
+            QString::fromLatin1(QByteArray("ZELMA&KOVINTH,VX440,P/S\r").toHex().toUpper()) +
+            QStringLiteral("00").repeated(36)));
+    }
+
+    void theMacAddressOfOldFirmwareChangesWithTheStoredIdentity()
+    {
+        TheDeviceDatabase()->SetPartNumber(QStringLiteral("P"), 0);
+        TheDeviceDatabase()->SetSerialNumber(QStringLiteral("S"), 0);
+        QString error = QStringLiteral("as it was");
+        QVERIFY(ChangeMacViaConfiguration(QStringLiteral("02:00:00:00:00:09"), error));
+        QCOMPARE(Column(1), QStringLiteral("Changing MAC Address ..."));
+        QCOMPARE(error, QStringLiteral("as it was"));
+        const QString frame = scripted::Actions().value(0).mid(5);
+        QCOMPARE(frame.size(), 2 * 131);
+        QCOMPARE(frame.mid(88, 12), QStringLiteral("020000000009"));
+        QVERIFY(frame.contains(QString::fromLatin1(QByteArray("P/S\r").toHex().toUpper())));
+    }
+
+    void theMacAddressOfNewFirmwareChangesAtOnceAndTakes100Ms()
+    {
+        QString error = QStringLiteral("as it was");
+        QVERIFY(ChangeMacDirect(QStringLiteral("02:00:00:00:00:09"), error));
+        QCOMPARE(error, QStringLiteral("as it was"));
+        QCOMPARE(scripted::Events(),
+            (QStringList{QStringLiteral("sleep 10"), QStringLiteral("send 4346320D020000000009"),
+                QStringLiteral("sleep 100")}));
+    }
+
+    void aMacAddressThatIsTooShortIsNotSentAndTakes100Ms()
+    {
+        QString error;
+        QVERIFY(!ChangeMacDirect(QStringLiteral("02:00"), error));
+        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("sleep 100")});
+    }
+
+    void theAddressThatTheUnitHasIsASuccessWithoutAFrame()
+    {
+        QString error;
+        for (bool changed : {false, true}) {
+            const bool before = changed;
+            QVERIFY(ChangeIpConfiguration(
+                QStringLiteral("127.0.0.1"), QStringLiteral("255.0.0.0"), error, &changed));
+            QCOMPARE(changed, before);
+        }
+        QCOMPARE(scripted::Events(), QStringList());
+    }
+
+    void anotherAddressOrMaskTravelsWithBoth_data()
+    {
+        QTest::addColumn<QString>("ip");
+        QTest::addColumn<QString>("mask");
+        QTest::addColumn<QString>("frame");
+        QTest::newRow("address") << QStringLiteral("192.168.0.129") << QStringLiteral("255.0.0.0")
+                                 << QStringLiteral("send 4346310DC0A80081FF000000");
+        QTest::newRow("mask") << QStringLiteral("127.0.0.1") << QStringLiteral("255.255.255.0")
+                              << QStringLiteral("send 4346310D7F000001FFFFFF00");
+        QTest::newRow("leading zeros are decimal")
+            << QStringLiteral("010.020.030.040") << QStringLiteral("255.0.0.0")
+            << QStringLiteral("send 4346310D0A141E28FF000000");
+        QTest::newRow("too many parts")
+            << QStringLiteral("1.2.3.4.5.6.7.8.9") << QStringLiteral("255.0.0.0.7")
+            << QStringLiteral("send 4346310D01020304FF000000");
+    }
+    void anotherAddressOrMaskTravelsWithBoth()
+    {
+        QFETCH(QString, ip);
+        QFETCH(QString, mask);
+        QFETCH(QString, frame);
+        QString error = QStringLiteral("as it was");
+        bool changed = false;
+        QVERIFY(ChangeIpConfiguration(ip, mask, error, &changed));
+        QVERIFY(changed);
+        QCOMPARE(error, QStringLiteral("as it was"));
+        QCOMPARE(scripted::Actions(), QStringList{frame});
+    }
+
+    void anAddressThatCannotBeSentIsNotAChange()
+    {
+        scripted::FailSendsFrom(1);
+        QString error;
+        bool changed = false;
+        QVERIFY(!ChangeIpConfiguration(
+            QStringLiteral("1.2.3.4"), QStringLiteral("255.0.0.0"), error, &changed));
+        QVERIFY(!changed);
+        QVERIFY(!TheDeviceCommunication()->IsConnected());
+    }
+
+    void aConfigurationThatCannotBeSentIsFalse()
+    {
+        scripted::FailSendsFrom(1);
+        QVERIFY(!ChangeDeviceConfiguration({}, {}, {}, {}));
+        QVERIFY(!TheDeviceCommunication()->IsConnected());
+    }
+};
+
+QTEST_GUILESS_MAIN(DeviceReconfigurationTest)
+#include "DeviceReconfigurationTest.moc"

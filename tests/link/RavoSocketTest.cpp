@@ -1,0 +1,121 @@
+#include "link/RavoSocket.h"
+#include "tests/support/scripted/ScriptedLink.h"
+
+#include <QtTest>
+
+class RavoSocketTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    static int ThrownBy(ushort type)
+    {
+        try {
+            RavoSocket socket(type);
+        } catch (RavoSocket::RavoSocketException exception) {
+            return exception;
+        }
+        return -1;
+    }
+
+private slots:
+    void init() { scripted::Reset(); }
+
+    // Runs first: the sockets are started once in a process, and a failed start may be tried again.
+    void aFailedStartThrowsSetupFailedAndTheNextSocketStartsAgain()
+    {
+        scripted::FailStart();
+        QCOMPARE(ThrownBy(1), 1);
+        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("start 257")});
+        scripted::Reset();
+        QCOMPARE(ThrownBy(1), -1);
+        QCOMPARE(scripted::Events().first(), QStringLiteral("start 257"));
+    }
+
+    void aSecondSocketDoesNotStartTheSocketsAgain()
+    {
+        const RavoSocket first(1);
+        const RavoSocket second(1);
+        QVERIFY(!scripted::Events().contains(QStringLiteral("start 257")));
+    }
+
+    void aTypeThatIsNeitherStreamNorDatagramThrowsInvalidType_data()
+    {
+        QTest::addColumn<int>("type");
+        for (const int type : {0, 3, 65535}) {
+            QTest::addRow("type %d", type) << type;
+        }
+    }
+    void aTypeThatIsNeitherStreamNorDatagramThrowsInvalidType()
+    {
+        QFETCH(int, type);
+        QCOMPARE(ThrownBy(static_cast<ushort>(type)), 0);
+        QCOMPARE(scripted::Events(), QStringList());
+    }
+
+    void aStreamSocketGetsReuseAndInlineOutOfBand()
+    {
+        const RavoSocket socket(1);
+        QCOMPARE(scripted::Events(),
+            (QStringList{QStringLiteral("open 1"), QStringLiteral("option reuse address"),
+                QStringLiteral("option out of band inline")}));
+    }
+
+    void aDatagramSocketGetsReuseAndBroadcast()
+    {
+        const RavoSocket socket(2);
+        QCOMPARE(scripted::Events(),
+            (QStringList{QStringLiteral("open 2"), QStringLiteral("option reuse address"),
+                QStringLiteral("option broadcast")}));
+    }
+
+    void aSocketThatCannotBeOpenedThrowsSetupFailed()
+    {
+        scripted::FailOpen();
+        QCOMPARE(ThrownBy(1), 1);
+    }
+
+    void anOptionThatIsRefusedThrowsSetupFailedAndLeavesTheSocketOpen()
+    {
+        scripted::FailOptions();
+        QCOMPARE(ThrownBy(1), 1);
+        QVERIFY(!scripted::Events().contains(QStringLiteral("close")));
+    }
+
+    void theDestructorDoesNotCloseTheSocket()
+    {
+        ThrownBy(1);
+        QVERIFY(!scripted::Events().contains(QStringLiteral("close")));
+    }
+
+    void connectGivesZeroOnSuccess()
+    {
+        RavoSocket socket(1);
+        scripted::ForgetEvents();
+        QCOMPARE(socket.Connect("127.0.0.1", 50000), ushort(0));
+        QCOMPARE(scripted::Events(),
+            (QStringList{QStringLiteral("resolve 127.0.0.1"), QStringLiteral("connect 50000")}));
+    }
+
+    void connectToAnUnresolvableHostGives65535AndDoesNotConnect()
+    {
+        scripted::FailResolution();
+        RavoSocket socket(1);
+        scripted::ForgetEvents();
+        QCOMPARE(int(socket.Connect("nobody.invalid", 50000)), 65535);
+        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("resolve nobody.invalid")});
+    }
+
+    void aRefusedConnectGives65535AfterAMillisecondAndLeavesTheSocketOpen()
+    {
+        scripted::SetConnectResult(scripted::ConnectResult::Fails);
+        RavoSocket socket(1);
+        scripted::ForgetEvents();
+        QCOMPARE(int(socket.Connect("127.0.0.1", 50000)), 65535);
+        QCOMPARE(scripted::Events().mid(1),
+            (QStringList{QStringLiteral("connect 50000"), QStringLiteral("sleep 1")}));
+    }
+};
+
+QTEST_APPLESS_MAIN(RavoSocketTest)
+#include "RavoSocketTest.moc"

@@ -1,0 +1,115 @@
+#include "tests/support/SimulatorProcess.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int LongTimeMs = 60000;
+
+QString UnusedLoopbackAddress()
+{
+    static int used = 0;
+    const auto pid = static_cast<quint32>(QCoreApplication::applicationPid());
+    return QStringLiteral("127.%1.%2.%3")
+        .arg(++used)
+        .arg((pid >> 8) & 0xFF)
+        .arg(std::clamp<quint32>(pid & 0xFF, 1, 254));
+}
+
+bool IsCommand(const QString& line)
+{
+    static const QStringList Others{QStringLiteral("ready "), QStringLiteral("connected "),
+        QStringLiteral("disconnected"), QStringLiteral("> "), QStringLiteral("state "),
+        QStringLiteral("ok"), QStringLiteral("error ")};
+    return std::none_of(Others.cbegin(), Others.cend(),
+        [&line](const QString& other) { return line.startsWith(other); });
+}
+
+} // namespace
+
+SimulatorProcess::SimulatorProcess(const QStringList& options, const QString& address)
+    : address(address.isEmpty() ? UnusedLoopbackAddress() : address)
+{
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(qEnvironmentVariable("VX440_SIMULATOR"),
+        QStringList{QStringLiteral("--address"), this->address} + options);
+    ready = process.waitForStarted(LongTimeMs) && WaitForLine(QStringLiteral("ready "));
+}
+
+SimulatorProcess::~SimulatorProcess()
+{
+    process.closeWriteChannel();
+    process.kill();
+    process.waitForFinished(LongTimeMs);
+}
+
+void SimulatorProcess::TakeOutput()
+{
+    while (process.canReadLine()) {
+        lines.append(QString::fromLatin1(process.readLine()).trimmed());
+    }
+}
+
+QStringList SimulatorProcess::Lines()
+{
+    while (process.waitForReadyRead(0)) {
+    }
+    TakeOutput();
+    return lines;
+}
+
+QStringList SimulatorProcess::Commands()
+{
+    QStringList commands = Lines();
+    commands.erase(
+        std::remove_if(commands.begin(), commands.end(), std::not_fn(IsCommand)), commands.end());
+    return commands;
+}
+
+void SimulatorProcess::Forget()
+{
+    Lines();
+    lines.clear();
+}
+
+bool SimulatorProcess::WaitForLine(const std::function<bool(const QString&)>& wanted)
+{
+    TakeOutput();
+    while (std::none_of(lines.cbegin(), lines.cend(), wanted)) {
+        if (!process.waitForReadyRead(LongTimeMs)) {
+            return false;
+        }
+        TakeOutput();
+    }
+    return true;
+}
+
+bool SimulatorProcess::WaitForLine(const QString& beginning)
+{
+    return WaitForLine([&beginning](const QString& line) { return line.startsWith(beginning); });
+}
+
+bool SimulatorProcess::Tell(const QString& line)
+{
+    Lines();
+    const int before = lines.count(QStringLiteral("ok"));
+    process.write(line.toLatin1() + '\n');
+    while (lines.count(QStringLiteral("ok")) == before) {
+        if (!process.waitForReadyRead(LongTimeMs)) {
+            return false;
+        }
+        TakeOutput();
+    }
+    return true;
+}
+
+QString SimulatorProcess::State(const QString& key)
+{
+    const QString beginning = QStringLiteral("state ") + key + QLatin1Char(' ');
+    Tell(QStringLiteral("state"));
+    const auto line = std::find_if(lines.crbegin(), lines.crend(),
+        [&beginning](const QString& other) { return other.startsWith(beginning); });
+    return line == lines.crend() ? QString() : line->mid(beginning.size());
+}

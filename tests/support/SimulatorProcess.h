@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QProcess>
+#include <QStringList>
+
+#include <functional>
+
+/// One simulated unit as a process of its own, at a loopback address that no other test uses. It is
+/// ended with the object. Everything here waits for a line of the unit, never for a time.
+class SimulatorProcess
+{
+public:
+    /// Starts a unit with these options and waits until it listens. `address` replaces the loopback
+    /// address that the process would get.
+    explicit SimulatorProcess(const QStringList& options = {}, const QString& address = {});
+    ~SimulatorProcess();
+    Q_DISABLE_COPY(SimulatorProcess)
+
+    bool IsReady() const { return ready; }
+    QString Address() const { return address; }
+
+    /// The commands taken so far, one "MNEMONIC HEX" each, without the lines about connections.
+    QStringList Commands();
+    /// Every line so far.
+    QStringList Lines();
+    /// Forgets the lines so far.
+    void Forget();
+
+    /// Waits for a line among those not forgotten. False when the unit ends or stays quiet for
+    /// long.
+    bool WaitForLine(const std::function<bool(const QString&)>& wanted);
+    bool WaitForLine(const QString& beginning);
+
+    /// Writes a line to the unit's standard input and waits for its "ok".
+    bool Tell(const QString& line);
+    /// One value of the unit's state.
+    QString State(const QString& key);
+
+private:
+    void TakeOutput();
+
+    QProcess process;
+    QString address;
+    QStringList lines;
+    bool ready = false;
+};

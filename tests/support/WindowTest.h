@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QPoint>
+#include <QProgressDialog>
+#include <QWidget>
+
+#include <functional>
+
+// A window test runs inside the program itself: the application object shows its dialog, and the
+// test functions run in the dialog's own event loop. Mouse and key events enter where the window
+// system's do, so that a window which is blocked does not get them.
+
+/// The program's window.
+QWidget* MainWindow();
+
+/// A widget of the window by its class and object name; of the current page where several have it.
+template<class Widget>
+Widget* Find(const char* name)
+{
+    const auto found = MainWindow()->findChildren<Widget*>(QLatin1String(name));
+    for (Widget* const widget : found) {
+        if (widget->isVisible()) {
+            return widget;
+        }
+    }
+    return found.isEmpty() ? nullptr : found.first();
+}
+
+/// A click with the left button into the middle of a widget.
+void Click(QWidget* widget);
+/// Clicks the title of a page.
+void ShowPage(const char* title);
+/// Keys to whatever has the focus in the window.
+void Type(const QString& text);
+void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// Replaces the text of a field by clicking it and typing.
+void Overtype(QWidget* field, const QString& text);
+/// Asks a window to close as its title bar's button does.
+void CloseByTitleBar(QWidget* window);
+
+/// The progress dialog that is up, or null.
+QProgressDialog* VisibleProgress();
+/// Runs `action` once, from the event loop, as soon as a progress dialog is up.
+void WhenProgressShows(const std::function<void()>& action);
+
+/// The text of the application's status line, and of the connection's.
+QString StatusLine();
+QString ConnectionLine();
+
+/// Types an address and clicks Connect. Comes back when the program has.
+void ConnectTo(const QString& address);
+
+/// Runs the test object inside the program. `argc` and `argv` go to both. The result of the tests.
+int RunInTheProgram(QObject& test, int argc, char** argv);
+
+#define VX440_WINDOW_TEST_MAIN(TestClass)                                                          \
+    int main(int argc, char** argv)                                                                \
+    {                                                                                              \
+        TestClass test;                                                                            \
+        return RunInTheProgram(test, argc, argv);                                                  \
+    }
