@@ -1,10 +1,10 @@
 #include "shell/CVX440_AccessApplication.h"
 
 #include "model/CDeviceDatabase.h"
+#include "shell/CFormStyle.h"
 #include "shell/CMainDialog.h"
 
 #include <QFont>
-#include <QStyleFactory>
 
 namespace {
 
@@ -14,7 +14,7 @@ constexpr int FormFontPixels = 11;
 
 void UseFormLook()
 {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new CFormStyle);
     QFont font;
     font.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans Condensed"),
         QStringLiteral("Arial")});

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QProxyStyle>
+
+/// The style that the forms were drawn for. Their texts have ampersands and no mnemonics: an
+/// ampersand is shown as it stands, and a page's title gets the room for it.
+class CFormStyle : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    CFormStyle();
+
+    void drawItemText(QPainter* painter, const QRect& rectangle, int flags, const QPalette& palette,
+        bool enabled, const QString& text,
+        QPalette::ColorRole textRole = QPalette::NoRole) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+        const QWidget* widget) const override;
+};

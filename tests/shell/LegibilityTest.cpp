@@ -1,0 +1,289 @@
+#include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStyleOptionButton>
+#include <QStyleOptionComboBox>
+#include <QStyleOptionFrame>
+#include <QStyleOptionGroupBox>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QToolButton>
+#include <QtTest>
+
+namespace {
+
+QString NameOf(const QWidget* widget)
+{
+    const QWidget* page = widget;
+    while (page->parentWidget() != nullptr && page->objectName() != QLatin1String("tabWidget") &&
+           page->parentWidget()->objectName() != QLatin1String("qt_tabwidget_stackedwidget")) {
+        page = page->parentWidget();
+    }
+    return page->objectName() + QLatin1Char('/') + widget->objectName();
+}
+
+QSize TextSize(const QWidget* widget, const QString& text)
+{
+    return widget->fontMetrics().size(0, text);
+}
+
+bool Fits(const QSize& text, const QSize& room)
+{
+    return text.width() <= room.width() && text.height() <= room.height();
+}
+
+QSize RoomIn(const QPushButton* button)
+{
+    QStyleOptionButton option;
+    option.initFrom(button);
+    return button->style()->subElementRect(QStyle::SE_PushButtonContents, &option, button).size();
+}
+
+QSize RoomIn(const QLineEdit* edit)
+{
+    QStyleOptionFrame option;
+    option.initFrom(edit);
+    option.lineWidth = edit->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, edit);
+    const QRect content = edit->style()->subElementRect(QStyle::SE_LineEditContents, &option, edit);
+    return content.size() - QSize(4, 0); // the edit keeps two pixels free at each side
+}
+
+QSize RoomIn(const QComboBox* box)
+{
+    QStyleOptionComboBox option;
+    option.initFrom(box);
+    return box->style()
+        ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, box)
+        .size();
+}
+
+QSize RoomIn(const QLabel* label)
+{
+    const int margins = 2 * label->margin() + qMax(label->indent(), 0);
+    return label->contentsRect().size() - QSize(margins, 2 * label->margin());
+}
+
+// The longest text that each field can get.
+QString LongestTextOf(const QLineEdit* edit)
+{
+    const QString name = edit->objectName();
+    if (name.contains(QLatin1String("Mac"))) {
+        return QStringLiteral("DD:DD:DD:DD:DD:DD");
+    }
+    if (name.contains(QLatin1String("IpAddress")) || name.contains(QLatin1String("Mask"))) {
+        return QStringLiteral("255.255.255.255");
+    }
+    if (name == QLatin1String("txtRotorType")) {
+        return QStringLiteral("Potentiometer");
+    }
+    if (edit->validator() != nullptr) {
+        return QStringLiteral("65535");
+    }
+    return QStringLiteral("4400.1290.02-1290");
+}
+
+template<class Widget>
+QVector<Widget*> OfTheForms()
+{
+    QVector<Widget*> widgets;
+    const auto found = MainWindow()->findChildren<Widget*>();
+    for (Widget* const widget : found) {
+        if (!widget->objectName().isEmpty() &&
+            !widget->objectName().startsWith(QLatin1String("qt_"))) {
+            widgets.append(widget);
+        }
+    }
+    return widgets;
+}
+
+} // namespace
+
+class LegibilityTest : public WarningsFail
+{
+    Q_OBJECT
+
+private slots:
+    void theLettersAreThoseThatTheFormsWereCheckedWith()
+    {
+        QCOMPARE(QApplication::font().pixelSize(), 11);
+    }
+
+    void noLabelIsCut()
+    {
+        for (const QLabel* const label : OfTheForms<QLabel>()) {
+            QVERIFY2(Fits(TextSize(label, label->text()), RoomIn(label)),
+                qPrintable(NameOf(label) + QLatin1Char(' ') + label->text()));
+        }
+    }
+
+    void noButtonIsCut()
+    {
+        QStringList texts;
+        for (const QPushButton* const button : OfTheForms<QPushButton>()) {
+            texts.append(button->text());
+            QVERIFY2(Fits(TextSize(button, button->text()), RoomIn(button)),
+                qPrintable(NameOf(button) + QLatin1Char(' ') + button->text()));
+        }
+        QVERIFY(texts.contains(QStringLiteral("Find Z&K Devices")));
+    }
+
+    void theConnectButtonHasRoomForAllOfItsTexts()
+    {
+        const auto* const button = Find<QPushButton>("btnConnect");
+        for (const char* const text : {"Connect", "Connecting", "Connected"}) {
+            QVERIFY(Fits(TextSize(button, QLatin1String(text)), RoomIn(button)));
+        }
+    }
+
+    void everyFieldHasRoomForItsLongestText()
+    {
+        for (const QLineEdit* const edit : OfTheForms<QLineEdit>()) {
+            QVERIFY2(
+                Fits(TextSize(edit, LongestTextOf(edit)), RoomIn(edit)), qPrintable(NameOf(edit)));
+        }
+    }
+
+    void everyListHasRoomForItsLongestEntry()
+    {
+        for (const QComboBox* const box : OfTheForms<QComboBox>()) {
+            for (int entry = 0; entry < box->count(); ++entry) {
+                QVERIFY2(Fits(TextSize(box, box->itemText(entry)), RoomIn(box)),
+                    qPrintable(box->itemText(entry)));
+            }
+        }
+    }
+
+    void noHeaderOfATableIsCut()
+    {
+        auto* const tabs = Find<QTabWidget>("tabWidget");
+        for (const QTableWidget* const table : OfTheForms<QTableWidget>()) {
+            tabs->setCurrentWidget(table->parentWidget()); // a page is laid out once it is seen
+            QCoreApplication::processEvents();
+            for (const QHeaderView* const header :
+                {table->horizontalHeader(), table->verticalHeader()}) {
+                const bool vertical = header->orientation() == Qt::Vertical;
+                for (int section = 0; section < header->count() && !header->isHidden(); ++section) {
+                    const QString text =
+                        table->model()->headerData(section, header->orientation()).toString();
+                    const int margin =
+                        2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
+                    const int width = vertical ? header->width() : header->sectionSize(section);
+                    QVERIFY2(TextSize(header, text).width() + margin <= width, qPrintable(text));
+                }
+            }
+        }
+        tabs->setCurrentIndex(0);
+    }
+
+    void theTabBarShowsAllSevenTitlesWithoutScrollButtons()
+    {
+        auto* const tabs = Find<QTabWidget>("tabWidget");
+        const QStringList titles{QStringLiteral("Info"), QStringLiteral("Update FW"),
+            QStringLiteral("IP Configuration"), QStringLiteral("Azimuth Configuration"),
+            QStringLiteral("Pol/Eval Configuration"), QStringLiteral("Options"),
+            QStringLiteral("Detect Z&K Device")};
+        // A page that is not there yet still has to find its room.
+        QVector<QWidget*> added;
+        for (int page = 0; page < titles.size(); ++page) {
+            if (tabs->tabText(page) != titles.at(page)) {
+                added.append(new QWidget);
+                tabs->insertTab(page, added.last(), titles.at(page));
+            }
+        }
+        QCoreApplication::processEvents();
+        const QTabBar* const bar = tabs->tabBar();
+        QCOMPARE(bar->count(), 7);
+        const auto scrollButtons = bar->findChildren<QToolButton*>();
+        for (const QToolButton* const button : scrollButtons) {
+            QVERIFY(!button->isVisible());
+        }
+        for (int page = 0; page < bar->count(); ++page) {
+            QVERIFY2(bar->rect().contains(bar->tabRect(page)), qPrintable(bar->tabText(page)));
+            const int room = bar->tabRect(page).width() -
+                             bar->style()->pixelMetric(QStyle::PM_TabBarTabHSpace, nullptr, bar);
+            QVERIFY2(
+                TextSize(bar, bar->tabText(page)).width() <= room, qPrintable(bar->tabText(page)));
+        }
+        qDeleteAll(added);
+    }
+
+    void theTitleOfTheGroupBoxDoesNotRunIntoItsContent()
+    {
+        const auto* const box = Find<QGroupBox>("groupBox");
+        QStyleOptionGroupBox option;
+        option.initFrom(box);
+        option.text = box->title();
+        option.subControls = QStyle::SC_GroupBoxLabel | QStyle::SC_GroupBoxFrame;
+        const QRect title = box->style()->subControlRect(
+            QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, box);
+        QVERIFY(TextSize(box, box->title()).width() <= title.width());
+        const auto children = box->findChildren<QWidget*>();
+        QVERIFY(!children.isEmpty());
+        for (const QWidget* const child : children) {
+            QVERIFY2(!child->geometry().intersects(title), qPrintable(child->objectName()));
+        }
+    }
+
+    void theStatusLinesHaveRoomForTheirLongestTexts()
+    {
+        const auto* const connection = Find<QLabel>("lblConnectionStatus");
+        // As wide as the label may become, not as it is for the text of the moment.
+        const int room = connection->maximumWidth() - connection->indent();
+        for (const char* const text :
+            {"Connecting to 255.255.255.255 ...", "Reconnecting to 255.255.255.255",
+                "Connected to 255.255.255.255", "Not Connected ", "Connection Failed"}) {
+            QVERIFY2(TextSize(connection, QLatin1String(text)).width() <= room, text);
+        }
+        const auto* const status = Find<QLabel>("lblAppStatus");
+        for (const char* const text : {"Error! Invalid number of Motor configuration params.",
+                 "Recieving Configuration from Device .. ",
+                 "Invalid value for Azimuth Max Motion Hang Up Loop (MMHL)!",
+                 "Warning: SMS must be in in range 0 - 100"}) {
+            QVERIFY2(TextSize(status, QLatin1String(text)).width() <=
+                         MainWindow()->width() - connection->maximumWidth() - 24,
+                text);
+        }
+    }
+
+    void noTwoWidgetsOfAPageOverlap()
+    {
+        const auto* const tabs = Find<QTabWidget>("tabWidget");
+        for (int page = 0; page < tabs->count(); ++page) {
+            const auto children =
+                tabs->widget(page)->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+            for (const QWidget* const one : children) {
+                for (const QWidget* const other : children) {
+                    QVERIFY2(one == other || !one->geometry().intersects(other->geometry()),
+                        qPrintable(NameOf(one) + QLatin1Char(' ') + other->objectName()));
+                }
+            }
+        }
+    }
+
+    void everyPageFitsTheWindow()
+    {
+        auto* const tabs = Find<QTabWidget>("tabWidget");
+        for (int page = 0; page < tabs->count(); ++page) {
+            tabs->setCurrentIndex(page);
+            QCoreApplication::processEvents();
+            const auto children =
+                tabs->widget(page)->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+            const QRect room = tabs->rect();
+            for (const QWidget* const child : children) {
+                const QRect place(child->mapTo(tabs, QPoint(0, 0)), child->size());
+                QVERIFY2(room.contains(place), qPrintable(NameOf(child)));
+            }
+        }
+        tabs->setCurrentIndex(0);
+    }
+};
+
+VX440_WINDOW_TEST_MAIN(LegibilityTest)
+#include "LegibilityTest.moc"
