@@ -86,11 +86,13 @@ void Server::TakeFrame(Connection* connection, const Frame& frame)
     const QByteArray wrongAnswer = unit.WrongAnswer(frame);
     const Outcome outcome =
         fault == FaultKind::Refusing ? unit.Refuse(frame) : unit.CarryOut(frame);
+    // Before the answer: whoever has it finds the files up to date.
+    SaveFiles(outcome.effects);
     connection->Deliver(Deliveries(fault, outcome.answer, wrongAnswer, settings.slowMs));
     ActOn(outcome.effects);
 }
 
-void Server::ActOn(Effects effects)
+void Server::SaveFiles(Effects effects)
 {
     if (effects.testFlag(Effect::EepromChanged)) {
         Save(settings.saveEeprom, unit.State().eeprom);
@@ -98,6 +100,10 @@ void Server::ActOn(Effects effects)
     if (effects.testFlag(Effect::ImageComplete)) {
         Save(settings.saveFirmware, unit.FirmwareImage());
     }
+}
+
+void Server::ActOn(Effects effects)
+{
     if (effects.testFlag(Effect::MacChanged) && !settings.interfaceName.isEmpty()) {
         QString error;
         if (!HostInterface(settings.interfaceName).SetMac(unit.State().mac, error)) {

@@ -59,6 +59,7 @@ private:
     void Forget(Connection* connection);
     void TakeFrame(Connection* connection, const Frame& frame);
 
+    void SaveFiles(Effects effects);
     void ActOn(Effects effects);
     void LeaveOldAddress();
     void MoveInterface();

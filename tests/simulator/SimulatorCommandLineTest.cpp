@@ -1,0 +1,172 @@
+#include "tests/simulator/RunningSimulator.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+class SimulatorCommandLineTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void helpNamesEveryOptionAndFault();
+    void versionIsPrinted();
+    void listFaultsPrintsOneNameALine();
+    void aBadValueEndsItWithCode1_data();
+    void aBadValueEndsItWithCode1();
+    void anAddressInUseEndsItWithCode1();
+    void aMoveToAnAddressThatIsNotThereEndsItWithCode1();
+    void port0TakesAFreePort();
+    void anInterfaceThatIsNotThereIsReported();
+};
+
+namespace {
+
+struct Result
+{
+    int code;
+    QString output;
+    QString errors;
+};
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+Result Run(const QStringList& arguments)
+{
+    QProcess process;
+    process.start(qEnvironmentVariable("VX440_SIMULATOR"), arguments);
+    const bool ended = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit;
+    return {ended ? process.exitCode() : -1,
+        QString::fromLocal8Bit(process.readAllStandardOutput()),
+        QString::fromLocal8Bit(process.readAllStandardError())};
+}
+
+} // namespace
+
+void SimulatorCommandLineTest::helpNamesEveryOptionAndFault()
+{
+    const Result help = Run({Text("--help")});
+    QCOMPARE(help.code, 0);
+    for (const char* name : {"address", "port", "mask", "interface", "firmware", "new-firmware",
+             "part", "serial", "mac", "azimuth", "polar", "options", "option-descriptions",
+             "eeprom", "save-eeprom", "save-firmware", "away-ms", "slow-ms", "fault", "list-faults",
+             "trace", "version", "help"}) {
+        const QRegularExpression word(Text("--%1\\b(?!-)").arg(Text(name)));
+        QVERIFY2(help.output.contains(word), name);
+    }
+    const QStringList faults =
+        Run({Text("--list-faults")}).output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString& fault : faults) {
+        QVERIFY2(help.output.contains(Text("\n  ") + fault + Text(" ")), qPrintable(fault));
+    }
+    for (const char* line : {"fault KIND", "clear", "drop", "close", "state", "quit"}) {
+        QVERIFY2(help.output.contains(Text("\n  ") + Text(line)), line);
+    }
+}
+
+void SimulatorCommandLineTest::versionIsPrinted()
+{
+    const Result version = Run({Text("--version")});
+    QCOMPARE(version.code, 0);
+    QCOMPARE(version.output, Text("vx440-simulator 1.0.0\n"));
+}
+
+void SimulatorCommandLineTest::listFaultsPrintsOneNameALine()
+{
+    const Result faults = Run({Text("--list-faults")});
+    QCOMPARE(faults.code, 0);
+    QCOMPARE(faults.output,
+        Text("silent\nrefusing\nslow\nbytewise\ngarbage\nclosing\nresetting\nshort\nwrong\n"));
+}
+
+void SimulatorCommandLineTest::aBadValueEndsItWithCode1_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+    const auto add = [](const char* option, const char* value, const char* message) {
+        QTest::addRow("%s %s", option, value)
+            << QStringList{Text(option), Text(value)}
+            << Text("vx440-simulator: bad value of %1: %2\n").arg(Text(option), Text(message));
+    };
+    add("--address", "unit", "unit");
+    add("--address", "::1", "::1");
+    add("--mask", "", "");
+    add("--port", "65536", "65536");
+    add("--port", "-1", "-1");
+    add("--mac", "02:4C:7E:00:01", "02:4C:7E:00:01");
+    add("--mac", "02-4C-7E-00-01-29", "02-4C-7E-00-01-29");
+    add("--azimuth", "1,2,x", "1,2,x");
+    add("--azimuth", "65536", "65536");
+    add("--polar", "1,2,3,4,5,6,7,8,9,10,11,12,13", "1,2,3,4,5,6,7,8,9,10,11,12,13");
+    add("--eeprom", "/nowhere/file", "/nowhere/file");
+    add("--away-ms", "soon", "soon");
+    add("--slow-ms", "-5", "-5");
+    add("--fault", "lazy", "no such fault: lazy");
+    add("--fault", "slow:CF99", "no such command: CF99");
+    QTest::addRow("an argument that is no option")
+        << QStringList{Text("127.0.0.1")} << Text("vx440-simulator: unknown argument: 127.0.0.1\n");
+}
+
+void SimulatorCommandLineTest::aBadValueEndsItWithCode1()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    const Result result = Run(arguments);
+    QCOMPARE(result.errors, message);
+    QCOMPARE(result.code, 1);
+    QCOMPARE(result.output, QString());
+}
+
+void SimulatorCommandLineTest::anAddressInUseEndsItWithCode1()
+{
+    RunningSimulator first;
+    QVERIFY(first.IsReady());
+    const Result second = Run({Text("--address"), RunningSimulator::Address(1)});
+    QCOMPARE(second.code, 1);
+    QVERIFY2(
+        second.errors.startsWith(
+            Text("vx440-simulator: cannot listen on %1:50000: ").arg(RunningSimulator::Address(1))),
+        qPrintable(second.errors));
+    QCOMPARE(second.output, QString());
+}
+
+void SimulatorCommandLineTest::aMoveToAnAddressThatIsNotThereEndsItWithCode1()
+{
+    RunningSimulator simulator;
+    Client client;
+    client.Send("CF1\r" + QByteArray::fromHex("C0000201FFFFFF00"));
+    QVERIFY(simulator.Process().waitForFinished());
+    QCOMPARE(simulator.Process().exitCode(), 1);
+    QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
+                .contains(Text("cannot listen on 192.0.2.1:50000: ")));
+}
+
+void SimulatorCommandLineTest::port0TakesAFreePort()
+{
+    QProcess process;
+    process.start(qEnvironmentVariable("VX440_SIMULATOR"),
+        {Text("--address"), RunningSimulator::Address(1), Text("--port"), Text("0")});
+    while (!process.canReadLine() && process.waitForReadyRead()) {
+    }
+    const QString line = QString::fromLocal8Bit(process.readLine()).trimmed();
+    QVERIFY2(line.section(QLatin1Char(':'), 1).toUShort() > 0, qPrintable(line));
+    process.kill();
+    process.waitForFinished();
+}
+
+void SimulatorCommandLineTest::anInterfaceThatIsNotThereIsReported()
+{
+    RunningSimulator simulator({Text("--interface"), Text("vx440-no")});
+    Client client;
+    client.Send("CF2\r" + QByteArray::fromHex("024C7E000130"));
+    QVERIFY(!simulator.LineThatBegins(Text("CF2 024C7E000130")).isNull());
+    simulator.Tell(Text("state"));
+    QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
+                .contains(Text("ip link set dev vx440-no address 02:4c:7e:00:01:30: ")));
+    QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
+}
+
+QTEST_GUILESS_MAIN(SimulatorCommandLineTest)
+#include "SimulatorCommandLineTest.moc"

@@ -1,0 +1,355 @@
+#include "tests/simulator/FirmwareStream.h"
+#include "tests/simulator/RunningSimulator.h"
+
+#include <QCryptographicHash>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class SimulatorCommandsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void itSaysWhereItListensAndWhoComes();
+    void itPrintsEveryCommandWithItsPayload_data();
+    void itPrintsEveryCommandWithItsPayload();
+    void queriesAreAnsweredAsTheCommandLineSays();
+    void anOldUnitAnswers67BytesAndTakesTheLongConfiguration();
+    void aNewUnitAnswers75BytesAndTakesTheShortConfiguration();
+    void wordsThatWereSentAreAnsweredNext();
+    void framesByteByByteGiveTheSameAnswers();
+    void anIncompleteFrameIsTakenWhenTheClientGoes();
+    void aNewClientIsServedBesideAnOldOne();
+    void theUnitMovesToItsNewAddress();
+    void aNewMaskAloneLeavesTheClientsAlone();
+    void theEepromIsWrittenReadAndSaved();
+    void theOptionsAreWrittenAndRead();
+    void anUpdateTakesTheUnitAwayAndBringsTheNewVersion();
+    void anUpdateCanChangeTheGeneration();
+    void anUpdateWithoutAnImageIsNotValid();
+    void aWrongFirmwareBlockIsRefused();
+};
+
+namespace {
+
+using firmwarestream::BigEndian;
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+QString Line(const QByteArray& mnemonic, const QByteArray& payload)
+{
+    return QString::fromLatin1(mnemonic + ' ' + payload.toHex().toUpper());
+}
+
+QByteArray Fixed(int size)
+{
+    return firmwarestream::Image(size);
+}
+
+QByteArray FileContent(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString Sha256(const QByteArray& bytes)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+}
+
+void SendImage(Client& client, const QByteArray& image)
+{
+    for (const QByteArray& block : firmwarestream::Blocks(image)) {
+        QCOMPARE(client.Ask("CF3\r" + block, 2), QByteArray("1\r"));
+    }
+    client.Send("CF4\r" + firmwarestream::Checksum(image));
+}
+
+} // namespace
+
+void SimulatorCommandsTest::itSaysWhereItListensAndWhoComes()
+{
+    RunningSimulator simulator;
+    QVERIFY(simulator.IsReady());
+    {
+        Client client;
+        QVERIFY(client.IsOpen());
+        QVERIFY(!simulator.LineThatBegins(Text("connected 127.")).isNull());
+    }
+    QCOMPARE(simulator.LineThatBegins(Text("disconnected")), Text("disconnected"));
+}
+
+void SimulatorCommandsTest::itPrintsEveryCommandWithItsPayload_data()
+{
+    QTest::addColumn<QByteArray>("mnemonic");
+    QTest::addColumn<QByteArray>("payload");
+    QTest::addRow("CF1") << QByteArray("CF1") << QByteArray(8, '\0');
+    QTest::addRow("CF2") << QByteArray("CF2") << Fixed(6);
+    QTest::addRow("CF3") << QByteArray("CF3") << Fixed(1220);
+    QTest::addRow("CF4") << QByteArray("CF4") << Fixed(8);
+    QTest::addRow("CF5") << QByteArray("CF5") << Fixed(255);
+    QTest::addRow("CF6") << QByteArray("CF6") << Fixed(1202);
+    QTest::addRow("CF7") << QByteArray("CF7") << QByteArray::fromHex("00400000");
+    QTest::addRow("CF9") << QByteArray("CF9") << QByteArray("a,b");
+    QTest::addRow("CF10") << QByteArray("CF10") << QByteArray("a;b");
+    QTest::addRow("HCF") << QByteArray("HCF") << Fixed(24);
+    QTest::addRow("VCF") << QByteArray("VCF") << Fixed(24);
+    QTest::addRow("HCF with ten words") << QByteArray("HCF") << Fixed(20);
+}
+
+void SimulatorCommandsTest::itPrintsEveryCommandWithItsPayload()
+{
+    QFETCH(QByteArray, mnemonic);
+    QFETCH(QByteArray, payload);
+    RunningSimulator simulator;
+    Client client;
+    client.Send(mnemonic + '\r' + payload);
+    const QString expected = Line(mnemonic, payload);
+    QCOMPARE(simulator.LineThatBegins(expected), expected);
+}
+
+void SimulatorCommandsTest::queriesAreAnsweredAsTheCommandLineSays()
+{
+    RunningSimulator simulator({Text("--part"), Text("1111.2222.33"), Text("--serial"),
+        Text("987654"), Text("--firmware"), Text("3.2"), Text("--mac"), Text("02:4c:7e:0a:0b:0c"),
+        Text("--mask"), Text("255.0.0.0"), Text("--azimuth"), Text("1,2,3"), Text("--polar"),
+        Text("65535"), Text("--options"), Text("a,b"), Text("--option-descriptions"), Text("c;d")});
+    Client client;
+    client.Send("*IDN?\r");
+    QCOMPARE(client.ReadText(), QByteArray("ZELMA&KOVINTH,VX440,1111.2222.33/987654,3.2\r"));
+    client.Send("GET:OPTION:INTERNAL?\r");
+    QCOMPARE(client.ReadText(), QByteArray("a,b\r"));
+    client.Send("GET:OPTION:DESC?\r");
+    QCOMPARE(client.ReadText(), QByteArray("c;d\r"));
+    const QByteArray block = client.Ask("CF0\r", 75);
+    QCOMPARE(block.left(24).toHex(), QByteArray("000100020003").leftJustified(48, '0'));
+    QCOMPARE(block.mid(24, 24).toHex(), QByteArray("ffff").leftJustified(48, '0'));
+    QCOMPARE(block.mid(48, 6).toHex(), QByteArray("024c7e0a0b0c"));
+    QCOMPARE(
+        block.mid(54, 4), BigEndian(QHostAddress(RunningSimulator::Address(1)).toIPv4Address()));
+    QCOMPARE(block.mid(58).toHex(), QByteArray("ff000000").leftJustified(34, '0'));
+    for (const char* query : {"*IDN?", "GET:OPTION:INTERNAL?", "GET:OPTION:DESC?", "CF0"}) {
+        QCOMPARE(simulator.LineThatBegins(Text(query)), Text(query));
+    }
+}
+
+void SimulatorCommandsTest::anOldUnitAnswers67BytesAndTakesTheLongConfiguration()
+{
+    RunningSimulator simulator({Text("--firmware"), Text("2.9")});
+    Client client;
+    const QByteArray before = client.Ask("CF0\r", 67);
+    QCOMPARE(before.size(), 67);
+
+    const QByteArray words = Fixed(40);
+    const QByteArray mac = QByteArray::fromHex("024C7E112233");
+    const QByteArray identity("ZELMA&KOVINTH,VX440,1234.5678.09/654321\r");
+    const QByteArray wanted = words + mac + before.mid(46, 8) + QByteArray(13, '\0');
+    client.Send("CF2\r" + wanted + identity.leftJustified(60, '\0'));
+    QCOMPARE(client.Ask("CF0\r", 67), wanted);
+    client.Send("*IDN?\r");
+    QCOMPARE(client.ReadText(), QByteArray("ZELMA&KOVINTH,VX440,1234.5678.09/654321,2.9\r"));
+}
+
+void SimulatorCommandsTest::aNewUnitAnswers75BytesAndTakesTheShortConfiguration()
+{
+    RunningSimulator simulator;
+    Client client;
+    const QByteArray before = client.Ask("CF0\r", 75);
+    QCOMPARE(before.size(), 75);
+    const QByteArray mac = QByteArray::fromHex("024C7E112233");
+    client.Send("CF2\r" + mac);
+    QCOMPARE(client.Ask("CF0\r", 75), before.left(48) + mac + before.mid(54));
+    QCOMPARE(simulator.State().value(Text("mac")), Text("02:4C:7E:11:22:33"));
+}
+
+void SimulatorCommandsTest::wordsThatWereSentAreAnsweredNext()
+{
+    RunningSimulator simulator;
+    Client client;
+    const QByteArray azimuth = Fixed(48).left(24);
+    const QByteArray polar = Fixed(48).mid(24);
+    client.Send("HCF\r" + azimuth);
+    client.Send("VCF\r" + polar);
+    QCOMPARE(client.Ask("CF0\r", 75).left(48), azimuth + polar);
+    client.Send("HCF\r");
+    QCOMPARE(simulator.LineThatBegins(Text("CF0")), Text("CF0"));
+    QCOMPARE(simulator.LineThatBegins(Text("HCF")), Text("HCF"));
+    QCOMPARE(client.Ask("CF0\r", 75).left(48), azimuth + polar);
+}
+
+void SimulatorCommandsTest::framesByteByByteGiveTheSameAnswers()
+{
+    RunningSimulator simulator;
+    Client client;
+    const QByteArray words = Fixed(24);
+    const QByteArray bytes = "HCF\r" + words + "CF0\r";
+    for (const char byte : bytes) {
+        client.Send(QByteArray(1, byte));
+    }
+    QCOMPARE(client.Read(75).left(24), words);
+    QCOMPARE(simulator.LineThatBegins(Text("HCF")), Line("HCF", words));
+}
+
+void SimulatorCommandsTest::anIncompleteFrameIsTakenWhenTheClientGoes()
+{
+    RunningSimulator simulator;
+    {
+        Client client;
+        client.Send("VCF\r\1\2");
+    }
+    QCOMPARE(simulator.LineThatBegins(Text("VCF")), Text("VCF 0102"));
+    QCOMPARE(simulator.LineThatBegins(Text("disconnected")), Text("disconnected"));
+}
+
+void SimulatorCommandsTest::aNewClientIsServedBesideAnOldOne()
+{
+    RunningSimulator simulator;
+    Client old;
+    old.Send("CF7\r\1");
+    Client fresh;
+    QCOMPARE(fresh.Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(old.Ask(QByteArray::fromHex("000000"), 256).size(), 256);
+    QCOMPARE(simulator.State().value(Text("clients")), Text("2"));
+}
+
+void SimulatorCommandsTest::theUnitMovesToItsNewAddress()
+{
+    RunningSimulator simulator;
+    Client client;
+    const QString target = RunningSimulator::Address(7);
+    const QByteArray payload =
+        BigEndian(QHostAddress(target).toIPv4Address()) + QByteArray::fromHex("FFFF0000");
+    client.Send("CF1\r" + payload);
+    QCOMPARE(simulator.LineThatBegins(Text("CF1")), Line("CF1", payload));
+    QCOMPARE(simulator.LineThatBegins(Text("ready")), Text("ready %1:50000").arg(target));
+
+    Client late;
+    QVERIFY(!late.IsOpen());
+    Client moved(target);
+    QCOMPARE(moved.Ask("CF0\r", 75).mid(54, 8), payload);
+    QVERIFY(client.IsOpen());
+    client.Send("CF8\r");
+    moved.Send("*IDN?\r");
+    QVERIFY(moved.ReadText().startsWith("ZELMA"));
+    // The old connection is not served: the next line is not its CF8.
+    QCOMPARE(simulator.LineThatBegins(Text("CF0")), Text("CF0"));
+    QVERIFY(!simulator.Tell(Text("state")).contains(Text("CF8")));
+}
+
+void SimulatorCommandsTest::aNewMaskAloneLeavesTheClientsAlone()
+{
+    RunningSimulator simulator;
+    Client client;
+    const QByteArray address =
+        BigEndian(QHostAddress(RunningSimulator::Address(1)).toIPv4Address());
+    client.Send("CF1\r" + address + QByteArray::fromHex("FF000000"));
+    QCOMPARE(simulator.LineThatBegins(Text("ready")),
+        Text("ready %1:50000").arg(RunningSimulator::Address(1)));
+    QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(simulator.State().value(Text("mask")), Text("255.0.0.0"));
+}
+
+void SimulatorCommandsTest::theEepromIsWrittenReadAndSaved()
+{
+    QTemporaryDir directory;
+    const QString path = directory.filePath(Text("eeprom.bin"));
+    const QString saved = directory.filePath(Text("saved.bin"));
+    QByteArray eeprom = Fixed(2400);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(eeprom) == 2400 && file.flush());
+
+    RunningSimulator simulator({Text("--eeprom"), path, Text("--save-eeprom"), saved});
+    Client client;
+    QCOMPARE(client.Ask(QByteArray("CF7\r") + QByteArray::fromHex("00FF04B0"), 255),
+        eeprom.mid(1200, 255));
+    QVERIFY(!QFile::exists(saved));
+
+    const QByteArray data(1199, 'e');
+    QCOMPARE(client.Ask("CF6\r" + QByteArray::fromHex("04B0") + data, 2), QByteArray("1\r"));
+    eeprom.replace(1200, 1199, data);
+    QCOMPARE(FileContent(saved), eeprom);
+    QCOMPARE(simulator.State().value(Text("eeprom-sha256")), Sha256(eeprom));
+    QCOMPARE(client.Ask("CF6\r" + QByteArray::fromHex("04B2") + data, 2), QByteArray("0\r"));
+    QCOMPARE(client.Ask("CF6\r" + QByteArray::fromHex("0000"), 2), QByteArray("1\r"));
+    QCOMPARE(FileContent(saved), eeprom);
+}
+
+void SimulatorCommandsTest::theOptionsAreWrittenAndRead()
+{
+    RunningSimulator simulator;
+    Client client;
+    QCOMPARE(client.Ask("CF9\rx,y", 2), QByteArray("1\r"));
+    QCOMPARE(client.Ask("CF10\r" + QByteArray(1194, 'd'), 2), QByteArray("1\r"));
+    QCOMPARE(client.Ask("GET:OPTION:INTERNAL?\r", 4), QByteArray("x,y\r"));
+    QCOMPARE(client.Ask("GET:OPTION:DESC?\r", 1195), QByteArray(1194, 'd') + '\r');
+}
+
+void SimulatorCommandsTest::anUpdateTakesTheUnitAwayAndBringsTheNewVersion()
+{
+    QTemporaryDir directory;
+    const QString saved = directory.filePath(Text("image.cyacd"));
+    RunningSimulator simulator({Text("--save-firmware"), saved, Text("--away-ms"), Text("700")});
+    const QByteArray image = Fixed(5000);
+    Client client;
+    SendImage(client, image);
+    client.Send("CF5\r" + QByteArray(255, '\0'));
+    QVERIFY(client.WaitForEnd());
+    QVERIFY(!Client().IsOpen());
+    QCOMPARE(FileContent(saved), image);
+
+    QVERIFY(!simulator.LineThatBegins(Text("CF5 0000")).isNull());
+    QVERIFY(!simulator.LineThatBegins(Text("ready ")).isNull());
+    Client again;
+    again.Send("*IDN?\r");
+    QVERIFY(again.ReadText().endsWith(",3.11\r"));
+    QCOMPARE(again.Ask("CF8\r", 2), QByteArray("1\r"));
+    const QMap<QString, QString> state = simulator.State();
+    QCOMPARE(state.value(Text("image-bytes")), Text("5000"));
+    QCOMPARE(state.value(Text("image-sha256")), Sha256(image));
+}
+
+void SimulatorCommandsTest::anUpdateCanChangeTheGeneration()
+{
+    RunningSimulator simulator({Text("--firmware"), Text("2.9"), Text("--new-firmware"),
+        Text("3.2"), Text("--away-ms"), Text("0")});
+    Client client;
+    QCOMPARE(client.Ask("CF0\r", 67).size(), 67);
+    SendImage(client, Fixed(100));
+    client.Send("CF5\r" + QByteArray(255, '\0'));
+    QVERIFY(client.WaitForEnd());
+    QVERIFY(!simulator.LineThatBegins(Text("ready ")).isNull());
+    Client again;
+    again.Send("HCF\r" + Fixed(24));
+    QCOMPARE(again.Ask("CF0\r", 75).left(24), Fixed(24));
+}
+
+void SimulatorCommandsTest::anUpdateWithoutAnImageIsNotValid()
+{
+    RunningSimulator simulator({Text("--away-ms"), Text("0")});
+    Client client;
+    client.Send("CF5\r" + QByteArray(255, '\0'));
+    QVERIFY(client.WaitForEnd());
+    QVERIFY(!simulator.LineThatBegins(Text("ready ")).isNull());
+    Client again;
+    QCOMPARE(again.Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(simulator.State().value(Text("firmware")), Text("3.10"));
+}
+
+void SimulatorCommandsTest::aWrongFirmwareBlockIsRefused()
+{
+    RunningSimulator simulator;
+    Client client;
+    const QVector<QByteArray> blocks = firmwarestream::Blocks(Fixed(3000));
+    QCOMPARE(client.Ask("CF3\r" + blocks.at(1), 2), QByteArray("0\r"));
+    QCOMPARE(client.Ask("CF3\r" + blocks.at(0), 2), QByteArray("1\r"));
+    QCOMPARE(client.Ask("CF3\r" + blocks.at(2), 2), QByteArray("0\r"));
+    QCOMPARE(client.Ask("CF3\r" + blocks.at(1), 2), QByteArray("1\r"));
+    QCOMPARE(simulator.State().value(Text("image-bytes")), Text("2336"));
+    QCOMPARE(simulator.State().value(Text("image-whole")), Text("no"));
+}
+
+QTEST_GUILESS_MAIN(SimulatorCommandsTest)
+#include "SimulatorCommandsTest.moc"
