@@ -32,7 +32,7 @@ const QVector<FaultDescription>& FaultDescriptions()
     static const QVector<FaultDescription> descriptions = {
         {FaultKind::Silent, "silent", "carries the command out and never answers"},
         {FaultKind::Refusing, "refusing",
-            "does not carry the command out, and acknowledges it with 0; queries are answered"},
+            "changes nothing and acknowledges with 0; queries are answered"},
         {FaultKind::Slow, "slow", "answers after the time of --slow-ms"},
         {FaultKind::Bytewise, "bytewise", "answers one byte at a time, each a segment of its own"},
         {FaultKind::Garbage, "garbage",
@@ -41,9 +41,7 @@ const QVector<FaultDescription>& FaultDescriptions()
         {FaultKind::Resetting, "resetting", "resets the connection in place of the answer"},
         {FaultKind::Short, "short", "sends the first half of the answer only"},
         {FaultKind::Wrong, "wrong",
-            "sends a wrong answer: an identity or an option text with a field too few, the block "
-            "of "
-            "the other firmware generation, the other region of the EEPROM, 2 as acknowledgement"},
+            "answers with a field too few, another block, or an acknowledgement of 2"},
     };
     return descriptions;
 }

@@ -6,7 +6,8 @@
 
 namespace simulator {
 
-/// What can go wrong with the answer to a command.
+/// What can go wrong with the answer to a command. A fault that says nothing else leaves the
+/// command itself in force: only the answer is bad.
 enum class FaultKind
 {
     None,

@@ -1,0 +1,113 @@
+#include "tests/simulator/RunningSimulator.h"
+
+#include <QtTest>
+
+/// Runs in a network of its own, in which it may make and change interfaces.
+class SimulatorInterfaceTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void aNewAddressOfTheSameNetworkReplacesTheOldOne();
+    void aNewAddressOfAnotherNetworkReplacesTheOldOne();
+    void aNewMaskReplacesTheOldOneAndKeepsTheClient();
+    void aNewMacIsThatOfTheInterface();
+    void anAddressThatTheInterfaceLacksIsReportedAndTheMoveGoesOn();
+};
+
+namespace {
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+QString Ip(const char* arguments)
+{
+    QProcess ip;
+    ip.start(Text("ip"), Text(arguments).split(QLatin1Char(' ')));
+    ip.waitForFinished();
+    return QString::fromLocal8Bit(ip.readAllStandardOutput() + ip.readAllStandardError());
+}
+
+/// "ADDRESS/PREFIX" of the unit's interface, blanks between several.
+QString Addresses()
+{
+    return Ip("-4 -br address show dev unit0").simplified().section(QLatin1Char(' '), 2);
+}
+
+const QStringList& Arguments()
+{
+    static const QStringList arguments{Text("--address"), Text("10.9.0.129"), Text("--mask"),
+        Text("255.255.255.0"), Text("--interface"), Text("unit0")};
+    return arguments;
+}
+
+void Move(RunningSimulator& simulator, const char* addressAndMask, const char* ready)
+{
+    Client client(Text("10.9.0.129"));
+    client.Send("CF1\r" + QByteArray::fromHex(addressAndMask));
+    QCOMPARE(simulator.LineThatBegins(Text("ready")), Text(ready));
+}
+
+} // namespace
+
+void SimulatorInterfaceTest::init()
+{
+    QCOMPARE(Ip("link set lo up"), QString());
+    QCOMPARE(Ip("link add tool0 type veth peer name unit0"), QString());
+    QCOMPARE(Ip("link set unit0 up"), QString());
+    QCOMPARE(Ip("address add 10.9.0.129/24 dev unit0"), QString());
+}
+
+void SimulatorInterfaceTest::cleanup()
+{
+    Ip("link del tool0");
+}
+
+void SimulatorInterfaceTest::aNewAddressOfTheSameNetworkReplacesTheOldOne()
+{
+    RunningSimulator simulator(Arguments());
+    Move(simulator, "0A090082FFFFFF00", "ready 10.9.0.130:50000");
+    QCOMPARE(Addresses(), Text("10.9.0.130/24"));
+    QCOMPARE(Client(Text("10.9.0.130")).Ask("CF8\r", 2), QByteArray("0\r"));
+}
+
+void SimulatorInterfaceTest::aNewAddressOfAnotherNetworkReplacesTheOldOne()
+{
+    RunningSimulator simulator(Arguments());
+    Move(simulator, "C0A80081FFFFF800", "ready 192.168.0.129:50000");
+    QCOMPARE(Addresses(), Text("192.168.0.129/21"));
+}
+
+void SimulatorInterfaceTest::aNewMaskReplacesTheOldOneAndKeepsTheClient()
+{
+    RunningSimulator simulator(Arguments());
+    Client client(Text("10.9.0.129"));
+    Move(simulator, "0A090081FFFF0000", "ready 10.9.0.129:50000");
+    QCOMPARE(Addresses(), Text("10.9.0.129/16"));
+    QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
+}
+
+void SimulatorInterfaceTest::aNewMacIsThatOfTheInterface()
+{
+    RunningSimulator simulator(Arguments());
+    Client client(Text("10.9.0.129"));
+    client.Send("CF2\r" + QByteArray::fromHex("024C7E000130"));
+    QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
+    QVERIFY(Ip("-br link show dev unit0").contains(Text("02:4c:7e:00:01:30")));
+}
+
+void SimulatorInterfaceTest::anAddressThatTheInterfaceLacksIsReportedAndTheMoveGoesOn()
+{
+    RunningSimulator simulator(Arguments() + QStringList{Text("--mask"), Text("255.255.0.0")});
+    Move(simulator, "0A0A0001FF000000", "ready 10.10.0.1:50000");
+    QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
+                .startsWith(Text("vx440-simulator: ip address del 10.9.0.129/16 dev unit0: ")));
+    QCOMPARE(Addresses(), Text("10.9.0.129/24 10.10.0.1/8"));
+}
+
+QTEST_GUILESS_MAIN(SimulatorInterfaceTest)
+#include "SimulatorInterfaceTest.moc"
