@@ -1,0 +1,164 @@
+#include "JoinedThreads.h"
+#include "ScriptedClock.h"
+#include "ScriptedNeighbours.h"
+
+#include "discovery/CDeviceDetector.h"
+
+#include <QProgressDialog>
+#include <QSemaphore>
+#include <QtTest>
+
+#include <atomic>
+#include <memory>
+
+namespace {
+
+// A resolution that lasts until it is let go.
+class HangingNetwork
+{
+public:
+    HangingNetwork()
+    {
+        ScriptedNeighbours::Reset();
+        ScriptedNeighbours::SetOnCall([this](const QString& call) {
+            if (call.startsWith(QLatin1String("resolve"))) {
+                hanging.release();
+                letGo.acquire();
+            }
+        });
+    }
+
+    void AwaitHanging(int threads) { hanging.acquire(threads); }
+
+    void LetGo(int threads)
+    {
+        letGo.release(threads);
+        JoinedThreads::JoinAll();
+    }
+
+private:
+    QSemaphore hanging;
+    QSemaphore letGo;
+};
+
+// Stays in its ThreadMain() until its destructor begins.
+class StubbornWorker : public CThreadObject
+{
+public:
+    StubbornWorker(std::atomic<int>& ended, std::atomic<int>& endedBeforeTheObject)
+        : CThreadObject(QString())
+        , ended(ended)
+        , endedBeforeTheObject(endedBeforeTheObject)
+    {
+    }
+
+    ~StubbornWorker() override
+    {
+        inside.acquire(Threads);
+        mayGo.release(Threads);
+        CloseToThreads();
+        endedBeforeTheObject = ended.load();
+    }
+
+    void OnThreadStart() override {}
+    int ThreadMain() override
+    {
+        inside.release();
+        mayGo.acquire();
+        ++ended;
+        return 0;
+    }
+    void OnThreadEnd() override {}
+
+    static constexpr int Threads = 4;
+
+private:
+    QSemaphore inside;
+    QSemaphore mayGo;
+    std::atomic<int>& ended;
+    std::atomic<int>& endedBeforeTheObject;
+};
+
+} // namespace
+
+class ThreadLifetimeTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        ScriptedClock::Reset();
+        ScriptedNeighbours::Reset();
+    }
+
+    void resolutionsOfASearchOverlap()
+    {
+        HangingNetwork network;
+        QProgressDialog progress;
+        CDeviceDetector detector;
+        ScriptedClock::SetDuringWait([&network](unsigned milliseconds) {
+            if (milliseconds == 80) {
+                network.AwaitHanging(1);
+            }
+        });
+        QVERIFY(detector.SearchDevices(
+            QStringLiteral("10.0.0.1"), QStringLiteral("10.0.0.30"), &progress));
+        QStringList expected;
+        for (int octet = 1; octet <= 30; ++octet) {
+            expected << QStringLiteral("resolve 10.0.0.%1").arg(octet);
+        }
+        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("resolve")), expected);
+        network.LetGo(30);
+    }
+
+    void aDetectorGoesWithoutWaitingForItsHangingThreads()
+    {
+        HangingNetwork network;
+        auto detector = std::make_unique<CDeviceDetector>();
+        for (int thread = 0; thread < 20; ++thread) {
+            QVERIFY(detector->StartThread());
+        }
+        network.AwaitHanging(20);
+        detector.reset();
+        network.LetGo(20);
+    }
+
+    void aDetectorOnTheStackGoesWithoutWaitingForItsHangingThreads()
+    {
+        HangingNetwork network;
+        {
+            CDeviceDetector detector;
+            QVERIFY(detector.StartThread());
+            network.AwaitHanging(1);
+        }
+        network.LetGo(1);
+    }
+
+    void aDetectorMayGoWhileItsThreadsOnlyBegin()
+    {
+        for (int round = 0; round < 200; ++round) {
+            CDeviceDetector detector;
+            QVERIFY(detector.StartThread());
+            QVERIFY(detector.StartThread());
+        }
+        JoinedThreads::JoinAll();
+    }
+
+    void anObjectWaitsForThreadsThatDoNotLeaveIt()
+    {
+        std::atomic<int> ended{0};
+        std::atomic<int> endedBeforeTheObject{0};
+        {
+            StubbornWorker worker(ended, endedBeforeTheObject);
+            for (int thread = 0; thread < StubbornWorker::Threads; ++thread) {
+                QVERIFY(worker.StartThread());
+            }
+        }
+        QCOMPARE(endedBeforeTheObject.load(), StubbornWorker::Threads);
+        JoinedThreads::JoinAll();
+    }
+};
+
+QTEST_MAIN(ThreadLifetimeTest)
+#include "ThreadLifetimeTest.moc"
