@@ -8,44 +8,50 @@
 
 namespace {
 
-enum Column
-{
-    ConnectButton = 0,
-    ApplicationStatus = 1,
-    ConnectionStatusLine = 2,
-    IpAddress = 3,
-    MacAddress = 4,
-    SubnetMask = 5,
-    FirmwareVersion = 6,
-    Variant = 8,
-    FirstMotorColumn = 20,
-    ColumnCount = 44,
-};
-
-// By data set. The two sets lay their columns out differently.
-constexpr int PartNumber[] = {7, 14};
-constexpr int ProductIndex[] = {9, 15};
-constexpr int SerialNumber[] = {10, 16};
-constexpr int ProductionDate[] = {11, 17};
-constexpr int TestInstructionIndex[] = {12, 18};
-constexpr int BoardName[] = {13, 19};
-
-constexpr int ColumnsPerMotor = 12;
-constexpr int Motors = 2;
-constexpr int Azimuth = 0;
-constexpr int RotorType = 11;
+constexpr int AzimuthMotor = 0;
+constexpr int PolarMotor = 1;
+constexpr int RotorTypeParameter = 11;
 constexpr ushort NoSuchParameter = 65535;
 constexpr int SerialNumberLength = 6;
 constexpr float FirstNewFirmware = 3.0F;
 
-bool IsMotor(int motor)
+struct StatusTexts
 {
-    return motor >= 0 && motor < Motors;
+    QLatin1String button;
+    QLatin1String status; // %1 is the unit's address
+};
+
+// In the order of the codes.
+constexpr StatusTexts ConnectionTexts[] = {
+    {QLatin1String("Connected"), QLatin1String("Connected to %1")},
+    {QLatin1String("Connecting"), QLatin1String("Connecting to %1 ...")},
+    {QLatin1String("Connect"), QLatin1String("Not Connected ")},
+    {QLatin1String("Connect"), QLatin1String("Connection Failed")},
+    {QLatin1String("Connect"), QLatin1String("Reconnecting to %1")},
+};
+constexpr StatusTexts UnknownConnectionTexts{QLatin1String("Connect"), QLatin1String("")};
+
+StatusTexts TextsOfConnectionStatus(int code)
+{
+    const bool known = code >= 0 && code <= CDeviceDatabase::ConnectionReconnecting;
+    return known ? ConnectionTexts[code] : UnknownConnectionTexts;
 }
 
-int MotorColumnOf(int motor, int parameter)
+bool IsMotor(int motor)
 {
-    return IsMotor(motor) ? FirstMotorColumn + motor * ColumnsPerMotor + parameter : ColumnCount;
+    return motor == AzimuthMotor || motor == PolarMotor;
+}
+
+int ColumnOfMotorParameter(int motor, int parameter)
+{
+    switch (motor) {
+    case AzimuthMotor:
+        return CDeviceDatabase::FirstAzimuthColumn + parameter;
+    case PolarMotor:
+        return CDeviceDatabase::FirstPolarColumn + parameter;
+    default:
+        return CDeviceDatabase::ColumnCount;
+    }
 }
 
 const QSharedPointer<CDeviceDatabase> theDeviceDatabase(new CDeviceDatabase);
@@ -53,84 +59,76 @@ const QSharedPointer<CDeviceDatabase> theDeviceDatabase(new CDeviceDatabase);
 } // namespace
 
 CDeviceDatabase::CDeviceDatabase()
+    : textOfColumn{
+          nullptr,
+          &applicationStatus,
+          nullptr,
+          &ipAddress,
+          &macAddress,
+          &subnetMask,
+          &firmwareVersion,
+          &partNumber[0],
+          &variant,
+          &productIndex[0],
+          &serialNumber[0],
+          &productionDate[0],
+          &testInstructionIndex[0],
+          &boardName[0],
+          &partNumber[1],
+          &productIndex[1],
+          &serialNumber[1],
+          &productionDate[1],
+          &testInstructionIndex[1],
+          &boardName[1],
+      }
 {
     ResetData();
 }
 
 CDeviceDatabase::~CDeviceDatabase() = default;
 
-int CDeviceDatabase::rowCount(const QModelIndex&) const
+int CDeviceDatabase::rowCount(const QModelIndex& /*parent*/) const
 {
     return 1;
 }
 
-int CDeviceDatabase::columnCount(const QModelIndex&) const
+int CDeviceDatabase::columnCount(const QModelIndex& /*parent*/) const
 {
     return ColumnCount;
 }
 
 QVariant CDeviceDatabase::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole)) {
+    const int column = index.column();
+    const bool readable = role == Qt::DisplayRole || role == Qt::EditRole;
+    if (!index.isValid() || !readable || column >= ColumnCount) {
         return QVariant();
     }
-    const int column = index.column();
-    if (column >= FirstMotorColumn && column < ColumnCount) {
-        const int position = column - FirstMotorColumn;
-        return MotorColumn(position / ColumnsPerMotor, position % ColumnsPerMotor);
+    if (column >= FirstAzimuthColumn) {
+        return MotorParameterOfColumn(column);
     }
     switch (column) {
-    case ConnectButton:
-        return ConnectButtonText();
-    case ApplicationStatus:
-        return applicationStatus;
-    case ConnectionStatusLine:
+    case ConnectButtonColumn:
+        return QString(TextsOfConnectionStatus(connectionStatus).button);
+    case ConnectionStatusColumn:
         return ConnectionStatusText();
-    case IpAddress:
-        return ipAddress;
-    case MacAddress:
-        return macAddress;
-    case SubnetMask:
-        return subnetMask;
-    case FirmwareVersion:
-        return firmwareVersion;
-    case PartNumber[0]:
-        return partNumber[0];
-    case Variant:
-        return variant;
-    case ProductIndex[0]:
-        return productIndex[0];
-    case SerialNumber[0]:
-        return serialNumber[0];
-    case ProductionDate[0]:
-        return productionDate[0];
-    case TestInstructionIndex[0]:
-        return testInstructionIndex[0];
-    case BoardName[0]:
-        return boardName[0];
-    case PartNumber[1]:
-        return partNumber[1];
-    case ProductIndex[1]:
-        return productIndex[1];
-    case SerialNumber[1]:
-        return serialNumber[1];
-    case ProductionDate[1]:
-        return productionDate[1];
-    case TestInstructionIndex[1]:
-        return testInstructionIndex[1];
-    case BoardName[1]:
-        return boardName[1];
     default:
-        return QVariant();
+        return *textOfColumn[column];
     }
 }
 
-QVariant CDeviceDatabase::MotorColumn(int motor, int parameter) const
+QVariant CDeviceDatabase::MotorParameterOfColumn(int column) const
 {
+    const int motor = column < FirstPolarColumn ? AzimuthMotor : PolarMotor;
+    const int parameter = column - ColumnOfMotorParameter(motor, 0);
+
     bool found = false;
     const ushort stored = GetMotorParameter(motor, parameter, &found);
     const int value = found ? stored : 0;
-    return parameter == RotorType ? QVariant(RotorTypeNames.value(value)) : QVariant(value);
+    if (parameter == RotorTypeParameter) {
+        return RotorTypeNames.value(value);
+    }
+    return value;
 }
 
 QString CDeviceDatabase::GetIpAddress() const
@@ -163,40 +161,16 @@ QString CDeviceDatabase::GetFirmwareVersion() const
     return firmwareVersion;
 }
 
-QString CDeviceDatabase::ConnectButtonText() const
-{
-    switch (connectionStatus) {
-    case ConnectionConnected:
-        return QStringLiteral("Connected");
-    case ConnectionConnecting:
-        return QStringLiteral("Connecting");
-    default:
-        return QStringLiteral("Connect");
-    }
-}
-
 QString CDeviceDatabase::ConnectionStatusText() const
 {
-    switch (connectionStatus) {
-    case ConnectionConnected:
-        return QStringLiteral("Connected to ") + ipAddress;
-    case ConnectionConnecting:
-        return QStringLiteral("Connecting to ") + ipAddress + QStringLiteral(" ...");
-    case ConnectionNotConnected:
-        return QStringLiteral("Not Connected ");
-    case ConnectionFailed:
-        return QStringLiteral("Connection Failed");
-    case ConnectionReconnecting:
-        return QStringLiteral("Reconnecting to ") + ipAddress;
-    default:
-        return QString();
-    }
+    QString text = TextsOfConnectionStatus(connectionStatus).status;
+    return text.replace(QLatin1String("%1"), ipAddress);
 }
 
 // The azimuth motor's store decides for both motors whether a parameter exists.
 ushort CDeviceDatabase::GetMotorParameter(int motor, int parameter, bool* found) const
 {
-    const bool exists = motorParameters[Azimuth].contains(parameter);
+    const bool exists = motorParameters[AzimuthMotor].contains(parameter);
     if (found != nullptr) {
         *found = exists;
     }
@@ -211,8 +185,8 @@ bool CDeviceDatabase::GetMotorParameters(int motor, QMap<int, ushort>& out) cons
     if (!IsMotor(motor)) {
         return false;
     }
-    const QMap<int, ushort>& stored = motorParameters[motor];
-    for (auto parameter = stored.cbegin(); parameter != stored.cend(); ++parameter) {
+    const QMap<int, ushort>& parameters = motorParameters[motor];
+    for (auto parameter = parameters.cbegin(); parameter != parameters.cend(); ++parameter) {
         out.insert(parameter.key(), parameter.value());
     }
     return true;
@@ -230,22 +204,23 @@ bool CDeviceDatabase::GetUnsupportedFlag() const
 
 bool CDeviceDatabase::IsFirmwareBelowVersion3() const
 {
-    return FirstNewFirmware > firmwareVersion.toFloat();
+    return firmwareVersion.toFloat() < FirstNewFirmware;
 }
 
 // The second test refuses every address whose first digit is a letter, and is meant to.
 bool CDeviceDatabase::ValidateMacAddress(QString mac, QString& error) const
 {
-    static const QRegularExpression Pattern(QStringLiteral("([0-9A-F]{2}[:-]){5}([0-9A-F]{2})"));
+    static const QRegularExpression pattern(QStringLiteral("([0-9A-F]{2}[:-]){5}([0-9A-F]{2})"));
+
     if (mac.isEmpty()) {
         error = QStringLiteral("MAC address is empty!");
         return false;
     }
-    if (QStringLiteral("abcdef").contains(mac.at(0), Qt::CaseInsensitive)) {
+    if (QStringLiteral("abcdef").contains(mac.front(), Qt::CaseInsensitive)) {
         error = QStringLiteral("Invalid Mac address. Do not set a broadcast address");
         return false;
     }
-    if (!Pattern.match(mac).hasMatch()) {
+    if (!pattern.match(mac).hasMatch()) {
         error = QStringLiteral("Invalid Mac address.");
         return false;
     }
@@ -255,72 +230,68 @@ bool CDeviceDatabase::ValidateMacAddress(QString mac, QString& error) const
 void CDeviceDatabase::SetConnectionStatus(int code)
 {
     connectionStatus = code;
-    NotifyColumnChanged(ConnectButton);
-    NotifyColumnChanged(ConnectionStatusLine);
+    NotifyColumnChanged(ConnectButtonColumn);
+    NotifyColumnChanged(ConnectionStatusColumn);
 }
 
 void CDeviceDatabase::SetApplicationStatus(QString text)
 {
-    applicationStatus = text;
-    NotifyColumnChanged(ApplicationStatus);
+    StoreText(ApplicationStatusColumn, text);
 }
 
 bool CDeviceDatabase::SetIpAddress(QString text)
 {
-    return SetAddress(ipAddress, IpAddress, text);
-}
-
-void CDeviceDatabase::SetMacAddress(QString text)
-{
-    macAddress = text.toUpper();
-    NotifyColumnChanged(MacAddress);
+    return StoreIpAddress(IpAddressColumn, text);
 }
 
 bool CDeviceDatabase::SetSubnetMask(QString text)
 {
-    return SetAddress(subnetMask, SubnetMask, text);
+    return StoreIpAddress(SubnetMaskColumn, text);
+}
+
+void CDeviceDatabase::SetMacAddress(QString text)
+{
+    StoreText(MacAddressColumn, text.toUpper());
 }
 
 void CDeviceDatabase::SetFirmwareVersion(QString text)
 {
-    firmwareVersion = text;
-    NotifyColumnChanged(FirmwareVersion);
+    StoreText(FirmwareVersionColumn, text);
 }
 
 void CDeviceDatabase::SetPartNumber(QString text, int set)
 {
-    SetOfSet(partNumber, PartNumber, text, set);
+    StoreTextOfSet(set, PartNumber0Column, PartNumber1Column, text);
 }
 
-void CDeviceDatabase::SetVariant(QString text, int)
+void CDeviceDatabase::SetVariant(QString text, int /*set*/)
 {
-    variant = text;
-    NotifyColumnChanged(Variant);
+    StoreText(VariantColumn, text);
 }
 
 void CDeviceDatabase::SetProductIndex(QString text, int set)
 {
-    SetOfSet(productIndex, ProductIndex, text, set);
+    StoreTextOfSet(set, ProductIndex0Column, ProductIndex1Column, text);
 }
 
 void CDeviceDatabase::SetSerialNumber(QString text, int set)
 {
-    SetOfSet(serialNumber, SerialNumber, text.left(SerialNumberLength), set);
+    StoreTextOfSet(set, SerialNumber0Column, SerialNumber1Column, text.left(SerialNumberLength));
 }
 
 void CDeviceDatabase::SetProductionDate(QString text, int set)
 {
-    SetOfSet(productionDate, ProductionDate, text, set);
+    StoreTextOfSet(set, ProductionDate0Column, ProductionDate1Column, text);
 }
 
 void CDeviceDatabase::SetTestInstructionIndex(QString text, int set)
 {
-    SetOfSet(testInstructionIndex, TestInstructionIndex, text, set);
+    StoreTextOfSet(set, TestInstructionIndex0Column, TestInstructionIndex1Column, text);
 }
 
 void CDeviceDatabase::SetBoardName(QString text, int set)
 {
-    SetOfSet(boardName, BoardName, text, set);
+    StoreTextOfSet(set, BoardName0Column, BoardName1Column, text);
 }
 
 void CDeviceDatabase::SetMotorParameters(int motor, QVector<ushort> values)
@@ -335,7 +306,7 @@ void CDeviceDatabase::SetMotorParameter(int motor, int parameter, ushort value)
     if (IsMotor(motor)) {
         motorParameters[motor].insert(parameter, value);
     }
-    NotifyColumnChanged(MotorColumnOf(motor, parameter));
+    NotifyColumnChanged(ColumnOfMotorParameter(motor, parameter));
 }
 
 void CDeviceDatabase::SetMotorValidationError(int motor, QString text)
@@ -347,48 +318,34 @@ void CDeviceDatabase::SetMotorValidationError(int motor, QString text)
 
 void CDeviceDatabase::ResetData()
 {
+    static constexpr Column ClearedTexts[] = {
+        PartNumber1Column,
+        PartNumber0Column,
+        ProductIndex1Column,
+        ProductIndex0Column,
+        ProductionDate1Column,
+        ProductionDate0Column,
+        TestInstructionIndex1Column,
+        TestInstructionIndex0Column,
+        SerialNumber1Column,
+        SerialNumber0Column,
+        BoardName1Column,
+        BoardName0Column,
+        FirmwareVersionColumn,
+    };
+
     SetConnectionStatus(ConnectionNotConnected);
     unsupported = false;
     SetApplicationStatus(QString());
     SetIpAddress(QString());
     SetMacAddress(QString());
     SetSubnetMask(QString());
-    using Setter = void (CDeviceDatabase::*)(QString, int);
-    constexpr Setter OfBothSets[] = {&CDeviceDatabase::SetPartNumber,
-        &CDeviceDatabase::SetProductIndex, &CDeviceDatabase::SetProductionDate,
-        &CDeviceDatabase::SetTestInstructionIndex, &CDeviceDatabase::SetSerialNumber,
-        &CDeviceDatabase::SetBoardName};
-    for (const Setter setter : OfBothSets) {
-        (this->*setter)(QString(), 1);
-        (this->*setter)(QString(), 0);
+    for (const Column column : ClearedTexts) {
+        StoreText(column, QString());
     }
-    SetFirmwareVersion(QString());
-    for (int motor = 0; motor < Motors; ++motor) {
+    for (const int motor : {AzimuthMotor, PolarMotor}) {
         motorParameters[motor].clear();
         motorValidationError[motor].clear();
-    }
-}
-
-void CDeviceDatabase::NotifyColumnChanged(int column)
-{
-    const QModelIndex cell = index(0, column);
-    // Twice the display role: the widgets are notified with a list of this form.
-    emit dataChanged(cell, cell, QVector<int>(2, Qt::DisplayRole));
-}
-
-bool CDeviceDatabase::SetAddress(QString& address, int column, const QString& text)
-{
-    const bool valid = NormalizeIpAddress(text, address);
-    NotifyColumnChanged(column);
-    return valid;
-}
-
-void CDeviceDatabase::SetOfSet(
-    QString (&field)[2], const int (&columns)[2], const QString& text, int set)
-{
-    if (set == 0 || set == 1) {
-        field[set] = text;
-        NotifyColumnChanged(columns[set]);
     }
 }
 
@@ -398,6 +355,42 @@ bool CDeviceDatabase::NormalizeIpAddress(const QString& text, QString& out)
     const bool valid = address.setAddress(text);
     out = valid ? address.toString() : QString();
     return valid;
+}
+
+bool CDeviceDatabase::StoreIpAddress(Column column, const QString& text)
+{
+    QString normalized;
+    const bool valid = NormalizeIpAddress(text, normalized);
+    StoreText(column, normalized);
+    return valid;
+}
+
+void CDeviceDatabase::StoreText(Column column, const QString& text)
+{
+    *textOfColumn[column] = text;
+    NotifyColumnChanged(column);
+}
+
+void CDeviceDatabase::StoreTextOfSet(
+    int set, Column columnOfSet0, Column columnOfSet1, const QString& text)
+{
+    switch (set) {
+    case 0:
+        StoreText(columnOfSet0, text);
+        break;
+    case 1:
+        StoreText(columnOfSet1, text);
+        break;
+    default:
+        break;
+    }
+}
+
+void CDeviceDatabase::NotifyColumnChanged(int column)
+{
+    const QModelIndex cell = index(0, column);
+    // Twice the display role: the widgets are notified with a list of this form.
+    emit dataChanged(cell, cell, QVector<int>(2, Qt::DisplayRole));
 }
 
 CDeviceDatabase* TheDeviceDatabase()

@@ -5,21 +5,22 @@
 #include <QString>
 #include <QVector>
 
-/// All that is known of the one connected unit, and what the tool says about it: a table of one row
-/// and 44 columns that the widgets follow. Writers use the setters, each of which notifies its
-/// column also when the value is the same; the item interface refuses writes.
+/// All that is known of the one unit that the tool is connected to, and what the tool says about it
+/// on screen: a table of one row, whose columns the widgets follow through QDataWidgetMapper.
 ///
-/// Columns: 0 connect button, 1 application status, 2 connection status, 3 IP address, 4 MAC
-/// address, 5 subnet mask, 6 firmware version; EEPROM data set 0 in 7 to 13 (part number, variant,
-/// product index, serial number, production date, test instruction index, name), set 1 in 14 to 19
-/// (the same without the variant); motor parameters in 20 to 31 (azimuth) and 32 to 43 (polar).
+/// Widgets cannot write through the item interface; whoever learns a value stores it with a setter.
+/// A setter notifies its column also when the value is the same as before. To be used in the GUI
+/// thread only.
 ///
-/// To be used in the main thread only.
+/// A `set` is one of the unit's two EEPROM blocks: 0 is the device's, 1 the board's. Any other set
+/// stores nothing and notifies nothing. A `motor` is 0 for Azimuth and 1 for Polar.
 class CDeviceDatabase : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
+    /// What SetConnectionStatus takes. Nothing sets ConnectionFailed: a failed attempt ends not
+    /// connected.
     enum ConnectionStatus
     {
         ConnectionConnected = 0,
@@ -29,71 +30,122 @@ public:
         ConnectionReconnecting = 4,
     };
 
+    /// The digit in a name is the set. Mappers bind by number; set 1 has no variant. Behind the
+    /// first column of each motor stand its twelve parameters in the order of their ids.
+    enum Column
+    {
+        ConnectButtonColumn = 0,
+        ApplicationStatusColumn = 1,
+        ConnectionStatusColumn = 2,
+        IpAddressColumn = 3,
+        MacAddressColumn = 4,
+        SubnetMaskColumn = 5,
+        FirmwareVersionColumn = 6,
+        PartNumber0Column = 7,
+        VariantColumn = 8,
+        ProductIndex0Column = 9,
+        SerialNumber0Column = 10,
+        ProductionDate0Column = 11,
+        TestInstructionIndex0Column = 12,
+        BoardName0Column = 13,
+        PartNumber1Column = 14,
+        ProductIndex1Column = 15,
+        SerialNumber1Column = 16,
+        ProductionDate1Column = 17,
+        TestInstructionIndex1Column = 18,
+        BoardName1Column = 19,
+        FirstAzimuthColumn = 20,
+        FirstPolarColumn = 32,
+        ColumnCount = 44,
+    };
+
     CDeviceDatabase();
     ~CDeviceDatabase() override;
 
+    /// 1 and ColumnCount, whatever the parent.
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    /// Texts, but integers for the parameters 0 to 10. Does not look at the row.
+
+    /// The same for the display and the edit role, and for every row. A text, but an int for the
+    /// motor parameters 0 to 10.
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
     QString GetIpAddress() const;
     QString GetMacAddress() const;
     QString GetSubnetMask() const;
+
+    /// Of set 0.
     QString GetPartNumber() const;
     QString GetSerialNumber() const;
+
     /// As the unit gave it, with the carriage return of its answer.
     QString GetFirmwareVersion() const;
     QString ConnectionStatusText() const;
-    /// 65535 and not found when the azimuth motor lacks the parameter, whichever motor is asked
-    /// for; else the motor's value, or 0 when it has none, and found. `motor` is 0 or 1.
+
+    /// Whether a parameter exists is asked of the Azimuth motor for both: 65535 when it has none by
+    /// that number, 0 when only `motor` has none. `found` may be null.
     ushort GetMotorParameter(int motor, int parameter, bool* found = nullptr) const;
-    /// Adds all that is stored for the motor to `out`. False, and nothing added, for a `motor`
-    /// above 1.
+
+    /// Adds the motor's parameters to `out`, or replaces them there. False, with `out` as it was,
+    /// when there is no such motor.
     bool GetMotorParameters(int motor, QMap<int, ushort>& out) const;
+
+    /// Empty when the last input for this motor was valid.
     QString GetMotorValidationError(int motor) const;
-    /// Whether the unit lacks what some tabs need. Nothing sets it as yet.
+
+    /// Whether the unit cannot do what the firmware and options tabs offer. Nothing sets it yet.
     bool GetUnsupportedFlag() const;
-    /// The firmware generation. A version that does not read as a number counts as 0.
+
+    /// The one test for the older generation of units. True while the version is unknown or
+    /// unreadable.
     bool IsFirmwareBelowVersion3() const;
-    /// False for an empty text, for one that begins with a letter from A to F, and for one without
-    /// six pairs of upper-case digits joined by ':' or '-'; `error` says which, and is left alone
-    /// otherwise.
+
+    /// Whether a unit may be given this address: pairs of upper-case hexadecimal digits, divided by
+    /// ':' or '-', somewhere in the text, which must not begin with a letter from A to F. `error`
+    /// is set only when the result is false.
     bool ValidateMacAddress(QString mac, QString& error) const;
 
+    /// `code` is a ConnectionStatus.
     void SetConnectionStatus(int code);
     void SetApplicationStatus(QString text);
-    /// False, and an empty column, when the text is no address.
+
+    /// These store the address as QHostAddress writes it. A text that is no address leaves the
+    /// field empty and gives false.
     bool SetIpAddress(QString text);
-    void SetMacAddress(QString text);
-    /// False, and an empty column, when the text is no mask.
     bool SetSubnetMask(QString text);
+
+    /// Stores upper case.
+    void SetMacAddress(QString text);
     void SetFirmwareVersion(QString text);
-    // `set`: 0 for the EEPROM block of the device, 1 for the one of the board; another is ignored,
-    // but for the variant, which both share.
     void SetPartNumber(QString text, int set = 0);
+
+    /// The one field for both sets: stores for any `set`.
     void SetVariant(QString text, int set = 0);
     void SetProductIndex(QString text, int set = 0);
-    /// Keeps the first six characters.
+
+    /// Keeps the first 6 characters.
     void SetSerialNumber(QString text, int set = 0);
     void SetProductionDate(QString text, int set = 0);
     void SetTestInstructionIndex(QString text, int set = 0);
     void SetBoardName(QString text, int set = 0);
-    // `motor`: 0 azimuth, 1 polar; for another nothing is stored.
-    /// The parameters from 0 on, as many as there are values.
+
+    /// Element n becomes parameter n. Parameters beyond the last element stay.
     void SetMotorParameters(int motor, QVector<ushort> values);
     void SetMotorParameter(int motor, int parameter, ushort value);
     void SetMotorValidationError(int motor, QString text);
-    /// Forgets the unit, but for the variant. The columns of the parameters are not notified.
+
+    /// Forgets the unit, but not its variant. The motor columns are not notified, so their widgets
+    /// go on showing the last values.
     void ResetData();
 
 private:
-    QString ConnectButtonText() const;
-    QVariant MotorColumn(int motor, int parameter) const;
-    void NotifyColumnChanged(int column);
-    bool SetAddress(QString& address, int column, const QString& text);
-    void SetOfSet(QString (&field)[2], const int (&columns)[2], const QString& text, int set);
     static bool NormalizeIpAddress(const QString& text, QString& out);
+
+    QVariant MotorParameterOfColumn(int column) const;
+    bool StoreIpAddress(Column column, const QString& text);
+    void StoreText(Column column, const QString& text);
+    void StoreTextOfSet(int set, Column columnOfSet0, Column columnOfSet1, const QString& text);
+    void NotifyColumnChanged(int column);
 
     qint32 connectionStatus = ConnectionNotConnected;
     bool unsupported = false;
@@ -111,7 +163,12 @@ private:
     QString firmwareVersion;
     QMap<int, ushort> motorParameters[2];
     QString motorValidationError[2];
+
+    // The field behind each column in front of the motors; null where the text is made up on the
+    // way.
+    QString* const textOfColumn[FirstAzimuthColumn];
 };
 
-/// The one model, valid from before main until the process ends.
+/// The one database of the process. It exists before main() and until the process ends, but must
+/// not be asked for by the constructors of other global objects.
 CDeviceDatabase* TheDeviceDatabase();

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QtEndian>
 
-#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -12,6 +12,7 @@ constexpr int Motors = 2;
 constexpr int RotorType = 11;
 constexpr ushort NoRotorType = 65535;
 constexpr int MacSize = 6;
+constexpr int AddressSize = 4;
 
 // The block behind the words of both motors, in bytes from its start: 6 of the MAC address, 4 of
 // the address, 4 of the mask, 13 that the unit keeps to itself.
@@ -32,30 +33,19 @@ const BlockLayout& LayoutFor(bool legacy)
     return legacy ? OldLayout : NewLayout;
 }
 
-ushort TakeWord(ushort* block, int index)
+// The block's bytes may stand at any address.
+ushort WordAt(const uchar* bytes)
 {
-    return qFromBigEndian(block[index]);
+    return qFromBigEndian<ushort>(bytes);
 }
 
-// Four octets at a byte offset, which is even. The words are swapped where they stand.
-QString FormatIpAddress(ushort* block, int offset)
+// Leaves the words of the address swapped where they stand.
+QString TakeIpAddress(uchar* bytes)
 {
-    QStringList octets;
-    for (int word = offset / 2; word < offset / 2 + 2; ++word) {
-        block[word] = TakeWord(block, word);
-        octets << QString::number(block[word] >> 8) << QString::number(block[word] & 0xFF);
-    }
-    return octets.join(QLatin1Char('.'));
-}
-
-QString FormatMacAddress(const ushort* block, int offset)
-{
-    const auto* const bytes = reinterpret_cast<const uchar*>(block) + offset;
-    QStringList pairs;
-    for (int i = 0; i < MacSize; ++i) {
-        pairs << QStringLiteral("%1").arg(bytes[i], 2, 16, QLatin1Char('0'));
-    }
-    return pairs.join(QLatin1Char(':'));
+    const QString address = CDeviceParameters::FormatIpAddress(bytes);
+    std::swap(bytes[0], bytes[1]);
+    std::swap(bytes[2], bytes[3]);
+    return address;
 }
 
 } // namespace
@@ -78,95 +68,110 @@ ushort CDeviceParameters::GetDeviceBlockSize() const
     return LayoutFor(legacyLayout).size;
 }
 
-void CDeviceParameters::ParseDeviceBlock(ushort* block)
+void CDeviceParameters::ParseDeviceBlock(ushort* words)
 {
-    if (block == nullptr) {
+    if (words == nullptr) {
         return;
     }
     const BlockLayout& layout = LayoutFor(legacyLayout);
-    for (int motor = 0; motor < Motors; ++motor) {
+    auto* const block = reinterpret_cast<uchar*>(words);
+    const uchar* word = block;
+    for (QMap<qint32, ushort>& params : motorParams) {
         for (int parameter = 0; parameter < layout.parameters; ++parameter) {
-            motorParams[motor].insert(
-                parameter, TakeWord(block, motor * layout.parameters + parameter));
+            params.insert(parameter, WordAt(word));
+            word += sizeof(ushort);
         }
     }
-    ipAddress = FormatIpAddress(block, layout.ipAddress);
-    subnetMask = FormatIpAddress(block, layout.subnetMask);
-    macAddress = FormatMacAddress(block, layout.macAddress);
+    ipAddress = TakeIpAddress(block + layout.ipAddress);
+    subnetMask = TakeIpAddress(block + layout.subnetMask);
+    macAddress = FormatMacAddress(block + layout.macAddress);
 }
 
-ushort CDeviceParameters::Value(short motor, int parameter)
+ushort CDeviceParameters::Value(short motor, int parameter, ushort missing) const
 {
-    if (motor < 0 || motor >= Motors) {
-        return 0;
-    }
-    return motorParams[motor][parameter];
+    const bool exists = motor >= 0 && motor < Motors;
+    return exists ? motorParams[motor].value(parameter, missing) : missing;
 }
 
-ushort CDeviceParameters::GetSlowMotionDifference(short motor)
+ushort CDeviceParameters::GetSlowMotionDifference(short motor) const
 {
     return Value(motor, 0);
 }
 
-ushort CDeviceParameters::GetMotionHangUpDifference(short motor)
+ushort CDeviceParameters::GetMotionHangUpDifference(short motor) const
 {
     return Value(motor, 1);
 }
 
-ushort CDeviceParameters::GetStepDifference(short motor)
+ushort CDeviceParameters::GetStepDifference(short motor) const
 {
     return Value(motor, 2);
 }
 
-ushort CDeviceParameters::GetStepSleep(short motor)
+ushort CDeviceParameters::GetStepSleep(short motor) const
 {
     return Value(motor, 3);
 }
 
-ushort CDeviceParameters::GetPulseDuration(short motor)
+ushort CDeviceParameters::GetPulseDuration(short motor) const
 {
     return Value(motor, 4);
 }
 
-ushort CDeviceParameters::GetMaxPositionDifference(short motor)
+ushort CDeviceParameters::GetMaxPositionDifference(short motor) const
 {
     return Value(motor, 5);
 }
 
-ushort CDeviceParameters::GetMaxPositionFromRight(short motor)
+ushort CDeviceParameters::GetMaxPositionFromRight(short motor) const
 {
     return Value(motor, 6);
 }
 
-ushort CDeviceParameters::GetMaxPositionFromLeft(short motor)
+ushort CDeviceParameters::GetMaxPositionFromLeft(short motor) const
 {
     return Value(motor, 7);
 }
 
-ushort CDeviceParameters::GetMaxMotionHangUpLoop(short motor)
+ushort CDeviceParameters::GetMaxMotionHangUpLoop(short motor) const
 {
     return Value(motor, 8);
 }
 
-ushort CDeviceParameters::GetLoopsInside(short motor)
+ushort CDeviceParameters::GetLoopsInside(short motor) const
 {
     return Value(motor, 9);
 }
 
-ushort CDeviceParameters::GetSlowMotionSpeed(short motor)
+ushort CDeviceParameters::GetSlowMotionSpeed(short motor) const
 {
     return Value(motor, 10);
 }
 
-ushort CDeviceParameters::GetRotorType(short motor)
+ushort CDeviceParameters::GetRotorType(short motor) const
 {
-    if (motor < 0 || motor >= Motors || !motorParams[motor].contains(RotorType)) {
-        return NoRotorType;
-    }
-    return motorParams[motor].value(RotorType);
+    return Value(motor, RotorType, NoRotorType);
 }
 
 QString CDeviceParameters::GetSubnetMask() const
 {
     return subnetMask;
+}
+
+QString CDeviceParameters::FormatIpAddress(const uchar* bytes)
+{
+    QStringList octets;
+    for (int i = 0; i < AddressSize; ++i) {
+        octets << QString::number(bytes[i]);
+    }
+    return octets.join(QLatin1Char('.'));
+}
+
+QString CDeviceParameters::FormatMacAddress(const uchar* bytes)
+{
+    QStringList pairs;
+    for (int i = 0; i < MacSize; ++i) {
+        pairs << QStringLiteral("%1").arg(bytes[i], 2, 16, QLatin1Char('0'));
+    }
+    return pairs.join(QLatin1Char(':'));
 }

@@ -20,31 +20,37 @@ public:
     /// Bytes to request with CF0: 67 or 75.
     ushort GetDeviceBlockSize() const;
 
-    /// Takes a block of GetDeviceBlockSize() bytes as it came, words big-endian. Swaps the words of
-    /// the addresses in place: a block is decoded once. Null does nothing.
-    void ParseDeviceBlock(ushort* block);
+    /// Takes a block of GetDeviceBlockSize() bytes as it came, words big-endian and at any
+    /// alignment. Swaps the words of the IP address and the mask in place: a block is decoded once.
+    /// Null does nothing.
+    void ParseDeviceBlock(ushort* words);
 
     // The decoded words by motor: 0 for one that the block did not hold, and for a motor other than
     // 0 and 1.
-    ushort GetSlowMotionDifference(short motor);
-    ushort GetMotionHangUpDifference(short motor);
-    ushort GetStepDifference(short motor);
-    ushort GetStepSleep(short motor);
-    ushort GetPulseDuration(short motor);
-    ushort GetMaxPositionDifference(short motor);
-    ushort GetMaxPositionFromRight(short motor);
-    ushort GetMaxPositionFromLeft(short motor);
-    ushort GetMaxMotionHangUpLoop(short motor);
-    ushort GetLoopsInside(short motor);
-    ushort GetSlowMotionSpeed(short motor);
+    ushort GetSlowMotionDifference(short motor) const;
+    ushort GetMotionHangUpDifference(short motor) const;
+    ushort GetStepDifference(short motor) const;
+    ushort GetStepSleep(short motor) const;
+    ushort GetPulseDuration(short motor) const;
+    ushort GetMaxPositionDifference(short motor) const;
+    ushort GetMaxPositionFromRight(short motor) const;
+    ushort GetMaxPositionFromLeft(short motor) const;
+    ushort GetMaxMotionHangUpLoop(short motor) const;
+    ushort GetLoopsInside(short motor) const;
+    ushort GetSlowMotionSpeed(short motor) const;
     /// 65535 where the others give 0.
-    ushort GetRotorType(short motor);
+    ushort GetRotorType(short motor) const;
 
     /// Dotted text, empty before a block was decoded.
     QString GetSubnetMask() const;
 
+    /// The text of four bytes in transmission order, each in decimal without padding.
+    static QString FormatIpAddress(const uchar* bytes);
+    /// The text of six bytes: two lower-case digits each, joined by ':'.
+    static QString FormatMacAddress(const uchar* bytes);
+
 private:
-    ushort Value(short motor, int parameter);
+    ushort Value(short motor, int parameter, ushort missing = 0) const;
 
     float firmwareVersion;
     bool legacyLayout;
