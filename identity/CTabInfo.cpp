@@ -13,11 +13,11 @@ CTabInfo::CTabInfo(QWidget* parent)
 
     mapper.reset(new QDataWidgetMapper);
     mapper->setModel(TheDeviceDatabase());
-    mapper->addMapping(ui->txtMacAddress, 4);
-    mapper->addMapping(ui->txtPartNumber, 7);
-    mapper->addMapping(ui->txtProductIndex, 9);
-    mapper->addMapping(ui->txtSerialNumber, 10);
-    mapper->addMapping(ui->txtVersionNumber, 6);
+    mapper->addMapping(ui->txtMacAddress, CDeviceDatabase::MacAddressColumn);
+    mapper->addMapping(ui->txtPartNumber, CDeviceDatabase::PartNumber0Column);
+    mapper->addMapping(ui->txtProductIndex, CDeviceDatabase::ProductIndex0Column);
+    mapper->addMapping(ui->txtSerialNumber, CDeviceDatabase::SerialNumber0Column);
+    mapper->addMapping(ui->txtVersionNumber, CDeviceDatabase::FirmwareVersionColumn);
     mapper->toFirst();
 }
 

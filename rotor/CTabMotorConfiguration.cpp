@@ -21,15 +21,11 @@ constexpr int SlowMotionSpeed = 10;
 constexpr int RotorType = 11;
 constexpr ushort UnknownRotorType = 2;
 
-// The model's columns of a motor begin here; the parameter id is added.
-constexpr int FirstAzimuthColumn = 20;
-constexpr int FirstPolarColumn = 32;
-
 constexpr int ValueColumn = 0;
 constexpr int RowHeaderWidth = 250;
 constexpr int ValueWidth = 150;
 
-using ParameterAccessor = ushort (CDeviceParameters::*)(short);
+using ParameterAccessor = ushort (CDeviceParameters::*)(short) const;
 
 // By parameter id.
 constexpr ParameterAccessor Accessors[] = {
@@ -49,7 +45,9 @@ constexpr ParameterAccessor Accessors[] = {
 
 int ColumnOf(int motor, int parameter)
 {
-    return (motor == Azimuth ? FirstAzimuthColumn : FirstPolarColumn) + parameter;
+    const int first =
+        motor == Azimuth ? CDeviceDatabase::FirstAzimuthColumn : CDeviceDatabase::FirstPolarColumn;
+    return first + parameter;
 }
 
 const QVector<sROTOR_PRESET>& PresetsOf(int motor)

@@ -98,9 +98,9 @@ void CMainDialog::BindStatusTexts()
     const QByteArray text = QByteArrayLiteral("text");
     mapper.reset(new QDataWidgetMapper);
     mapper->setModel(TheDeviceDatabase());
-    mapper->addMapping(ui->btnConnect, 0, text);
-    mapper->addMapping(ui->lblAppStatus, 1, text);
-    mapper->addMapping(ui->lblConnectionStatus, 2, text);
+    mapper->addMapping(ui->btnConnect, CDeviceDatabase::ConnectButtonColumn, text);
+    mapper->addMapping(ui->lblAppStatus, CDeviceDatabase::ApplicationStatusColumn, text);
+    mapper->addMapping(ui->lblConnectionStatus, CDeviceDatabase::ConnectionStatusColumn, text);
     mapper->toFirst();
 }
 
