@@ -20,7 +20,11 @@ Server::Server(const UnitSettings& unitSettings, const ServerSettings& serverSet
     , currentAddress(unitSettings.address)
     , currentMask(unitSettings.mask)
 {
+    moveTimer.setSingleShot(true);
+    awayTimer.setSingleShot(true);
     connect(&listener, &QTcpServer::newConnection, this, &Server::AcceptClients);
+    connect(&moveTimer, &QTimer::timeout, this, &Server::LeaveOldAddress);
+    connect(&awayTimer, &QTimer::timeout, this, &Server::ComeBack);
 }
 
 void Server::Start()
@@ -111,7 +115,7 @@ void Server::ActOn(Effects effects)
         }
     }
     if (effects.testFlag(Effect::AddressChanged)) {
-        QTimer::singleShot(MoveDelayMs, this, &Server::LeaveOldAddress);
+        moveTimer.start(MoveDelayMs);
     }
     if (effects.testFlag(Effect::Restarting)) {
         GoAway();
@@ -120,7 +124,6 @@ void Server::ActOn(Effects effects)
 
 void Server::LeaveOldAddress()
 {
-    const bool wasListening = listener.isListening();
     const bool moved = currentAddress != unit.State().address;
     listener.close();
     MoveInterface();
@@ -130,7 +133,7 @@ void Server::LeaveOldAddress()
         }
     }
     // While the unit is away it starts on the new address when it is back.
-    if (wasListening) {
+    if (!awayTimer.isActive()) {
         Start();
     }
 }
@@ -150,12 +153,9 @@ void Server::MoveInterface()
 
 void Server::GoAway()
 {
-    if (!listener.isListening()) {
-        return;
-    }
     listener.close();
     CloseClients();
-    QTimer::singleShot(settings.awayMs, this, &Server::ComeBack);
+    awayTimer.start(settings.awayMs);
 }
 
 void Server::ComeBack()

@@ -72,6 +72,8 @@ private:
     Faults faults;
     QTcpServer listener;
     QVector<Connection*> connections;
+    QTimer moveTimer;
+    QTimer awayTimer;
     /// Where the unit is now; the unit's own address is where it is to be.
     QHostAddress currentAddress;
     QHostAddress currentMask;
