@@ -1,0 +1,120 @@
+#include "OwnNetwork.h"
+
+#include <QCoreApplication>
+#include <QNetworkInterface>
+#include <QProcessEnvironment>
+
+#include <algorithm>
+
+namespace {
+
+const QString UnprivilegedMark = QStringLiteral("VX440_TEST_UNPRIVILEGED");
+
+QStringList Words(const QString& text)
+{
+    return text.split(QLatin1Char(' '));
+}
+
+} // namespace
+
+OwnNetwork::~OwnNetwork()
+{
+    for (const std::unique_ptr<QProcess>& host : namespaces) {
+        host->closeWriteChannel();
+        host->waitForFinished();
+    }
+}
+
+bool OwnNetwork::IsAllowed()
+{
+    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
+    return IsUnprivileged() ||
+           std::all_of(interfaces.cbegin(), interfaces.cend(), [](const QNetworkInterface& one) {
+               return one.flags().testFlag(QNetworkInterface::IsLoopBack);
+           });
+}
+
+bool OwnNetwork::Lay()
+{
+    return IsUnprivileged() ||
+           (Ip(QStringLiteral("link set lo up")) &&
+               Ip(QStringLiteral("link add silent type veth peer name nobody")) &&
+               Ip(QStringLiteral("addr add 192.168.77.1/24 dev silent")) &&
+               Ip(QStringLiteral("link set silent up")) &&
+               Ip(QStringLiteral("link set nobody up")));
+}
+
+bool OwnNetwork::AddHost(const QString& ip, const QString& mac)
+{
+    const QString number = QString::number(namespaces.size());
+    auto host = std::make_unique<QProcess>();
+    // Says that its namespace stands, and ends with its standard input.
+    host->start(
+        QStringLiteral("unshare"), {QStringLiteral("-n"), QStringLiteral("sh"),
+                                       QStringLiteral("-c"), QStringLiteral("echo; exec cat")});
+    if (!host->waitForReadyRead()) {
+        error = QStringLiteral("no namespace for ") + ip;
+        return false;
+    }
+    const QString pid = QString::number(host->processId());
+    namespaces.push_back(std::move(host));
+    const QString inHost = QStringLiteral("-t %1 -n ip ").arg(pid);
+    const QString nsenter = QStringLiteral("nsenter");
+    return Ip(QStringLiteral("link add to%1 type veth peer name host").arg(number)) &&
+           Ip(QStringLiteral("link set host netns ") + pid) &&
+           Run(nsenter, Words(inHost + QStringLiteral("link set host address ") + mac)) &&
+           Run(nsenter, Words(inHost + QStringLiteral("addr add %1/24 dev host").arg(ip))) &&
+           Run(nsenter, Words(inHost + QStringLiteral("link set host up"))) &&
+           Ip(QStringLiteral("link set to%1 up").arg(number)) &&
+           Ip(QStringLiteral("route add %1/32 dev to%2 src 192.168.77.1").arg(ip, number));
+}
+
+bool OwnNetwork::Ip(const QString& arguments)
+{
+    return Run(QStringLiteral("ip"), Words(arguments));
+}
+
+QString OwnNetwork::IpOutput(const QString& arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral("ip"), Words(arguments));
+    process.waitForFinished();
+    return QString::fromLocal8Bit(process.readAllStandardOutput());
+}
+
+QString OwnNetwork::Error() const
+{
+    return error;
+}
+
+int OwnNetwork::RunUnprivileged(const char* testFunction)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(UnprivilegedMark, QStringLiteral("1"));
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QStringLiteral("setpriv"),
+        {QStringLiteral("--inh-caps=-all"), QStringLiteral("--bounding-set=-all"),
+            QCoreApplication::applicationFilePath(), QString::fromLatin1(testFunction)});
+    process.waitForFinished(-1);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+bool OwnNetwork::IsUnprivileged()
+{
+    return qEnvironmentVariableIsSet(UnprivilegedMark.toLatin1().constData());
+}
+
+bool OwnNetwork::Run(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    const bool ok = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit &&
+                    process.exitCode() == 0;
+    if (!ok) {
+        error = program + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')) +
+                QStringLiteral(": ") + QString::fromLocal8Bit(process.readAllStandardError());
+    }
+    return ok;
+}
