@@ -1,0 +1,44 @@
+#!/bin/bash
+# shellcheck source-path=SCRIPTDIR
+set -u
+. "$(dirname "$0")/expect.sh"
+
+prefix=$(mktemp --directory)/a\ prefix
+cmake --install "$1" --prefix "$prefix" >/dev/null || exit 1
+cd "$prefix" || exit 1
+
+for program in bin/vx440-access bin/vx440-simulator libexec/vx440/vx440-access; do
+    expect "$program can be run" [ -x "$program" ]
+done
+for file in share/applications/vx440-access.desktop share/man/man1/vx440-access.1 \
+    share/man/man1/vx440-simulator.1 share/icons/hicolor/scalable/apps/vx440-access.svg; do
+    expect "$file is there" [ -s "$file" ]
+done
+for size in 16 32 48 128; do
+    icon=share/icons/hicolor/${size}x$size/apps/vx440-access.png
+    # Width and height stand in bytes 16 to 23 of a PNG.
+    expect_equal "$icon has this size" "$(printf '%08x%08x' $size $size)" \
+        "$(od --address-radix=n --format=x1 --skip-bytes=16 --read-bytes=8 "$icon" | tr --delete ' \n')"
+done
+
+# In the program's place, a script that tells what the launcher gave it.
+cat >libexec/vx440/vx440-access <<'SCRIPT'
+#!/bin/sh
+echo "$PROGRAMDATA|$*"
+exit 3
+SCRIPT
+launch() { env --unset=PROGRAMDATA --unset=XDG_DATA_HOME HOME="$prefix/home" "$@"; }
+expect_equal "PROGRAMDATA becomes the user's data folder" "$prefix/home/.local/share|" \
+    "$(launch bin/vx440-access)"
+expect "the user's data folder is made" [ -d "$prefix/home/.local/share" ]
+expect_equal "XDG_DATA_HOME is where the user's data folder is" "$prefix/data|" \
+    "$(launch XDG_DATA_HOME="$prefix/data" bin/vx440-access)"
+expect_equal "a PROGRAMDATA that is set is left alone" "/some/where|" \
+    "$(launch PROGRAMDATA=/some/where bin/vx440-access)"
+expect_equal "arguments reach the program" "$prefix/home/.local/share|-style fusion" \
+    "$(launch bin/vx440-access -style fusion)"
+ln --symbolic "$prefix/bin/vx440-access" link
+launch ./link >/dev/null
+expect_equal "the exit code comes back, through a link too" 3 $?
+
+rm --recursive "$(dirname "$prefix")"
