@@ -11,8 +11,7 @@ CTabInfo::CTabInfo(QWidget* parent)
     ui->setupUi(this);
     ui->txtMacAddress->setInputMask(QStringLiteral("HH:HH:HH:HH:HH:HH"));
 
-    mapper.reset(new QDataWidgetMapper);
-    mapper->setModel(TheDeviceDatabase());
+    CreateMapper();
     mapper->addMapping(ui->txtMacAddress, CDeviceDatabase::MacAddressColumn);
     mapper->addMapping(ui->txtPartNumber, CDeviceDatabase::PartNumber0Column);
     mapper->addMapping(ui->txtProductIndex, CDeviceDatabase::ProductIndex0Column);

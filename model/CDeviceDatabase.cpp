@@ -17,19 +17,19 @@ constexpr float FirstNewFirmware = 3.0F;
 
 struct StatusTexts
 {
-    QLatin1String button;
-    QLatin1String status; // %1 is the unit's address
+    const char* button;
+    const char* status; // %1 is the unit's address
 };
 
 // In the order of the codes.
 constexpr StatusTexts ConnectionTexts[] = {
-    {QLatin1String("Connected"), QLatin1String("Connected to %1")},
-    {QLatin1String("Connecting"), QLatin1String("Connecting to %1 ...")},
-    {QLatin1String("Connect"), QLatin1String("Not Connected ")},
-    {QLatin1String("Connect"), QLatin1String("Connection Failed")},
-    {QLatin1String("Connect"), QLatin1String("Reconnecting to %1")},
+    {"Connected", "Connected to %1"},
+    {"Connecting", "Connecting to %1 ..."},
+    {"Connect", "Not Connected "},
+    {"Connect", "Connection Failed"},
+    {"Connect", "Reconnecting to %1"},
 };
-constexpr StatusTexts UnknownConnectionTexts{QLatin1String("Connect"), QLatin1String("")};
+constexpr StatusTexts UnknownConnectionTexts{"Connect", ""};
 
 StatusTexts TextsOfConnectionStatus(int code)
 {
@@ -109,7 +109,7 @@ QVariant CDeviceDatabase::data(const QModelIndex& index, int role) const
     }
     switch (column) {
     case ConnectButtonColumn:
-        return QString(TextsOfConnectionStatus(connectionStatus).button);
+        return QString(QLatin1String(TextsOfConnectionStatus(connectionStatus).button));
     case ConnectionStatusColumn:
         return ConnectionStatusText();
     default:
@@ -163,7 +163,7 @@ QString CDeviceDatabase::GetFirmwareVersion() const
 
 QString CDeviceDatabase::ConnectionStatusText() const
 {
-    QString text = TextsOfConnectionStatus(connectionStatus).status;
+    QString text = QLatin1String(TextsOfConnectionStatus(connectionStatus).status);
     return text.replace(QLatin1String("%1"), ipAddress);
 }
 

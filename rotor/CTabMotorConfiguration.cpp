@@ -103,8 +103,7 @@ void CTabMotorConfiguration::SetUpTable()
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->setSortingEnabled(false);
 
-    mapper.reset(new QDataWidgetMapper);
-    mapper->setModel(TheDeviceDatabase());
+    CreateMapper();
     for (int row = 0; row < MotorParameterRanges.size(); ++row) {
         SetUpCell(row);
     }

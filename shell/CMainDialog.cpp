@@ -21,6 +21,15 @@ constexpr ushort Retries = 3;
 constexpr int Azimuth = 0;
 constexpr int Polar = 1;
 
+// The sharp form for each size.
+QIcon LoadIcon()
+{
+    QIcon icon(QStringLiteral(":/ZkCrest_16_32_48.png"));
+    icon.addFile(QStringLiteral(":/ZkCrest_32.png"));
+    icon.addFile(QStringLiteral(":/ZkCrest_16.png"));
+    return icon;
+}
+
 template<class... Tabs>
 bool IsOneOf(const CTabBaseClass* tab)
 {
@@ -52,7 +61,7 @@ void CMainDialog::SetupDialog()
     ui->setupUi(this);
     setWindowTitle(QStringLiteral("Z&K VX440 Access Application"));
     CreateTabs();
-    setWindowIcon(QIcon(QStringLiteral(":/ZkCrest_16_32_48.png")));
+    setWindowIcon(LoadIcon());
     ui->txtIpAddress->setInputMask(QStringLiteral("000.000.000.000"));
     ui->txtIpAddress->installEventFilter(this);
     ui->txtIpAddress->setText(QStringLiteral("192.168.0.129"));

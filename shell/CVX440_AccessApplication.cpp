@@ -6,6 +6,12 @@
 
 #include <QFont>
 
+// At file scope, as the macro wants it.
+static void LoadResources()
+{
+    Q_INIT_RESOURCE(vx440);
+}
+
 namespace {
 
 // The forms have fixed geometries. This is the style and the size of letters that they were checked
@@ -27,6 +33,7 @@ void UseFormLook()
 CVX440_AccessApplication::CVX440_AccessApplication(int& argc, char** argv)
     : QApplication(argc, argv)
 {
+    LoadResources();
     UseFormLook();
     TheDeviceDatabase()->ResetData();
     dialog.reset(new CMainDialog);

@@ -11,7 +11,7 @@
 
 namespace {
 
-using Accessor = ushort (CDeviceParameters::*)(short);
+using Accessor = ushort (CDeviceParameters::*)(short) const;
 
 // Accessor n reads parameter n.
 constexpr std::array<Accessor, 12> Accessors{
@@ -109,7 +109,7 @@ Decoded DecodeNew(const QByteArray& block)
 }
 
 // Empty when both agree, else the first thing that they do not agree on.
-QString DifferenceTo(const Decoded& expected, CDeviceParameters& parameters)
+QString DifferenceTo(const Decoded& expected, const CDeviceParameters& parameters)
 {
     for (short motor = 0; motor < 2; ++motor) {
         for (int id = 0; id < 12; ++id) {
@@ -149,8 +149,13 @@ private slots:
     void noSuchMotorReadsAsMissing();
     void aNullBlockChangesNothing();
     void aSecondBlockReplacesTheFirst();
+    void aBlockMayStandAtAnOddAddress();
     void theBlocksLengthIsNotExceeded_data();
     void theBlocksLengthIsNotExceeded();
+    void anIpAddressIsDecimalWithoutPadding_data();
+    void anIpAddressIsDecimalWithoutPadding();
+    void aMacAddressIsPaddedLowerCaseHexadecimal_data();
+    void aMacAddressIsPaddedLowerCaseHexadecimal();
     void randomBlocksDecodeAsTheManualSays();
 };
 
@@ -279,7 +284,7 @@ void DeviceParametersTest::anOldBlockLeavesSpeedAndTypeMissing()
 
 void DeviceParametersTest::readingAMissingParameterDoesNotMakeItExist()
 {
-    CDeviceParameters parameters(NewFirmware);
+    const CDeviceParameters parameters(NewFirmware);
     for (int twice = 0; twice < 2; ++twice) {
         QCOMPARE(int(parameters.GetRotorType(0)), 65535);
         QCOMPARE(int(parameters.GetRotorType(1)), 65535);
@@ -298,7 +303,7 @@ void DeviceParametersTest::nothingDecodedReadsAsMissing_data()
 void DeviceParametersTest::nothingDecodedReadsAsMissing()
 {
     QFETCH(int, id);
-    CDeviceParameters parameters(NewFirmware);
+    const CDeviceParameters parameters(NewFirmware);
     QTEST(int((parameters.*Accessors[id])(0)), "value");
     QTEST(int((parameters.*Accessors[id])(1)), "value");
     QCOMPARE(parameters.GetSubnetMask(), QString());
@@ -350,6 +355,16 @@ void DeviceParametersTest::aSecondBlockReplacesTheFirst()
     QCOMPARE(DifferenceTo(expected, parameters), QString());
 }
 
+void DeviceParametersTest::aBlockMayStandAtAnOddAddress()
+{
+    const QByteArray block = CountingBlock(OldBlockSize);
+    alignas(ushort) uchar room[1 + OldBlockSize];
+    std::memcpy(room + 1, block.constData(), OldBlockSize);
+    CDeviceParameters parameters(OldFirmware);
+    parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(room + 1));
+    QCOMPARE(DifferenceTo(DecodeOld(block), parameters), QString());
+}
+
 void DeviceParametersTest::theBlocksLengthIsNotExceeded_data()
 {
     QTest::addColumn<float>("firmware");
@@ -369,6 +384,46 @@ void DeviceParametersTest::theBlocksLengthIsNotExceeded()
     CDeviceParameters parameters(firmware);
     parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(exactly.get()));
     QCOMPARE(int(exactly[size - 1]), size - 1 + 100);
+}
+
+void DeviceParametersTest::anIpAddressIsDecimalWithoutPadding_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("text");
+    const auto add = [](const char* hex, const char* text) {
+        QTest::newRow(text) << QByteArray::fromHex(hex) << QString::fromLatin1(text);
+    };
+    add("c0a80081", "192.168.0.129");
+    add("00000000", "0.0.0.0");
+    add("ffffffff", "255.255.255.255");
+    add("01020364", "1.2.3.100");
+}
+
+void DeviceParametersTest::anIpAddressIsDecimalWithoutPadding()
+{
+    QFETCH(QByteArray, bytes);
+    QTEST(CDeviceParameters::FormatIpAddress(reinterpret_cast<const uchar*>(bytes.constData())),
+        "text");
+}
+
+void DeviceParametersTest::aMacAddressIsPaddedLowerCaseHexadecimal_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("text");
+    const auto add = [](const char* hex, const char* text) {
+        QTest::newRow(text) << QByteArray::fromHex(hex) << QString::fromLatin1(text);
+    };
+    add("024c7e00010a", "02:4c:7e:00:01:0a");
+    add("000000000000", "00:00:00:00:00:00");
+    add("ffffffffffff", "ff:ff:ff:ff:ff:ff");
+    add("0123456789ab", "01:23:45:67:89:ab");
+}
+
+void DeviceParametersTest::aMacAddressIsPaddedLowerCaseHexadecimal()
+{
+    QFETCH(QByteArray, bytes);
+    QTEST(CDeviceParameters::FormatMacAddress(reinterpret_cast<const uchar*>(bytes.constData())),
+        "text");
 }
 
 void DeviceParametersTest::randomBlocksDecodeAsTheManualSays()

@@ -1,0 +1,428 @@
+#include "link/CDeviceCommunication.h"
+#include "model/CDeviceDatabase.h"
+#include "shell/CMainDialog.h"
+#include "tests/support/SimulatorProcess.h"
+#include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
+
+#include <QComboBox>
+#include <QFileInfo>
+#include <QGroupBox>
+#include <QIcon>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QWindow>
+#include <QtTest>
+
+namespace {
+
+QString TextOf(const char* field)
+{
+    return Find<QLineEdit>(field)->text();
+}
+
+QString ColumnText(int column)
+{
+    return TheDeviceDatabase()->index(0, column).data().toString();
+}
+
+QLineEdit* Cell(int row)
+{
+    return qobject_cast<QLineEdit*>(
+        Find<QTableWidget>("tblMotorConfiguration")->cellWidget(row, 0));
+}
+
+QStringList Cells()
+{
+    QStringList texts;
+    for (int row = 0; row < 9; ++row) {
+        texts.append(Cell(row)->text());
+    }
+    return texts;
+}
+
+} // namespace
+
+class MainDialogTest : public WarningsFail
+{
+    Q_OBJECT
+
+private:
+    static QString Address() { return TextOf("txtIpAddress"); }
+    static QTabWidget* Tabs() { return Find<QTabWidget>("tabWidget"); }
+
+private slots:
+    // Runs first: the window as it comes up.
+    void theWindowComesUpNotConnectedOnTheDefaultAddress()
+    {
+        QCOMPARE(MainWindow()->windowTitle(), QStringLiteral("Z&K VX440 Access Application"));
+        QCOMPARE(Address(), QStringLiteral("192.168.0.129"));
+        QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connect"));
+        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(StatusLine(), QString());
+        QVERIFY(!TheDeviceCommunication()->IsConnected());
+        for (int column = 3; column < 20; ++column) {
+            QCOMPARE(ColumnText(column), QString());
+        }
+        for (const int column : {31, 43}) {
+            QCOMPARE(
+                ColumnText(column), QStringLiteral("Pulse")); // the blank entry of the rotor list
+        }
+    }
+
+    void thePagesStandInTheirOrderAndTheFirstIsCurrent()
+    {
+        const QStringList order{QStringLiteral("Info"), QStringLiteral("Update FW"),
+            QStringLiteral("IP Configuration"), QStringLiteral("Azimuth Configuration"),
+            QStringLiteral("Pol/Eval Configuration"), QStringLiteral("Options"),
+            QStringLiteral("Detect Z&K Device")};
+        QCOMPARE(Tabs()->currentIndex(), 0);
+        int place = -1;
+        for (int page = 0; page < Tabs()->count(); ++page) {
+            QVERIFY2(
+                order.indexOf(Tabs()->tabText(page)) > place, qPrintable(Tabs()->tabText(page)));
+            place = order.indexOf(Tabs()->tabText(page));
+        }
+        for (const int page : {0, 3, 4, 6}) {
+            bool found = false;
+            for (int shown = 0; shown < Tabs()->count(); ++shown) {
+                found = found || Tabs()->tabText(shown) == order.at(page);
+            }
+            QVERIFY2(found, qPrintable(order.at(page)));
+        }
+    }
+
+    void theFormIsOfAFixedSize()
+    {
+        const QSize size(820, 500);
+        QCOMPARE(MainWindow()->objectName(), QStringLiteral("MainDialog"));
+        QCOMPARE(MainWindow()->size(), size);
+        QCOMPARE(MainWindow()->minimumSize(), size);
+        QCOMPARE(MainWindow()->maximumSize(), size);
+        QCOMPARE(Find<QWidget>("layoutWidget")->geometry(), QRect(6, 6, 811, 491));
+        QCOMPARE(Find<QGroupBox>("groupBox")->title(), QStringLiteral("Connect"));
+        QCOMPARE(Find<QGroupBox>("groupBox")->minimumHeight(), 50);
+        QCOMPARE(Find<QPushButton>("btnConnect")->geometry(), QRect(230, 20, 100, 22));
+        QCOMPARE(Find<QLineEdit>("txtIpAddress")->geometry(), QRect(110, 20, 110, 20));
+        QCOMPARE(Find<QLabel>("label_2")->geometry(), QRect(30, 20, 80, 20));
+        QCOMPARE(Find<QLabel>("label_2")->text(), QStringLiteral("Device IP"));
+        QCOMPARE(Find<QLabel>("lblConnectionStatus")->minimumSize(), QSize(100, 20));
+        QCOMPARE(Find<QLabel>("lblConnectionStatus")->maximumSize(), QSize(200, 20));
+        QCOMPARE(Find<QLabel>("lblConnectionStatus")->indent(), 6);
+        const Qt::WindowFlags buttons = Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint;
+        QCOMPARE(MainWindow()->windowFlags() & buttons, buttons);
+    }
+
+    void theIconHasItsThreeSizes()
+    {
+        const QList<QSize> sizes = MainWindow()->windowIcon().availableSizes();
+        for (const int size : {16, 32, 48}) {
+            QVERIFY(sizes.contains(QSize(size, size)));
+        }
+    }
+
+    void aClickIntoTheEmptyAddressPutsTheCursorAtItsStart()
+    {
+        auto* const field = Find<QLineEdit>("txtIpAddress");
+        Overtype(field, QString());
+        field->setCursorPosition(9);
+        Click(field);
+        QCOMPARE(field->cursorPosition(), 0);
+    }
+
+    void aClickIntoAnAddressWithADigitGoesWhereItIs()
+    {
+        auto* const field = Find<QLineEdit>("txtIpAddress");
+        field->setText(QStringLiteral("1"));
+        field->setCursorPosition(0);
+        QTest::mouseClick(MainWindow()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+            field->mapTo(MainWindow(), QPoint(field->width() - 4, field->height() / 2)));
+        QVERIFY(field->cursorPosition() > 0);
+    }
+
+    void anAddressThatIsNoneFailsWithoutAnAttempt_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::newRow("bare mask") << QString();
+        QTest::newRow("half typed") << QStringLiteral("192.168.");
+        QTest::newRow("octet of 256") << QStringLiteral("192.168.0.256");
+    }
+    void anAddressThatIsNoneFailsWithoutAnAttempt()
+    {
+        QFETCH(QString, typed);
+        bool progress = false;
+        WhenProgressShows([&progress] { progress = true; });
+        ConnectTo(typed);
+        QCOMPARE(StatusLine(), QStringLiteral("Connection failed! "));
+        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QVERIFY(!progress);
+    }
+
+    void returnInTheAddressConnects()
+    {
+        Overtype(Find<QLineEdit>("txtIpAddress"), QString());
+        TheDeviceDatabase()->SetApplicationStatus(QString());
+        Press(Qt::Key_Return);
+        QCOMPARE(StatusLine(), QStringLiteral("Connection failed! "));
+    }
+
+    void returnInAnotherFieldDoesNothing()
+    {
+        TheDeviceDatabase()->SetApplicationStatus(QStringLiteral("as it was"));
+        ShowPage("Azimuth Configuration");
+        Overtype(Cell(0), QStringLiteral("77"));
+        Press(Qt::Key_Return);
+        Press(Qt::Key_Enter);
+        QCOMPARE(StatusLine(), QStringLiteral("as it was"));
+        QCOMPARE(Cell(0)->text(), QStringLiteral("77"));
+        ShowPage("Detect Z&K Device");
+        Overtype(Find<QLineEdit>("txtEndIpAddress"), QStringLiteral("192.168.1.2"));
+        Press(Qt::Key_Return);
+        QCOMPARE(StatusLine(), QStringLiteral("as it was"));
+        ShowPage("Info");
+    }
+
+    void noButtonOfTheWindowIsADefault()
+    {
+        const auto buttons = MainWindow()->findChildren<QPushButton*>();
+        for (const QPushButton* const button : buttons) {
+            QVERIFY2(
+                !button->autoDefault() && !button->isDefault(), qPrintable(button->objectName()));
+        }
+    }
+
+    void everyFieldHasANameForScreenReaders()
+    {
+        const auto names = [](const QWidget* widget) {
+            return !widget->accessibleName().isEmpty() ||
+                   widget->objectName().startsWith(QLatin1String("qt_"));
+        };
+        const auto edits = MainWindow()->findChildren<QLineEdit*>();
+        for (const QLineEdit* const edit : edits) {
+            QVERIFY2(names(edit), qPrintable(edit->objectName()));
+        }
+        const auto boxes = MainWindow()->findChildren<QComboBox*>();
+        for (const QComboBox* const box : boxes) {
+            QVERIFY2(names(box), qPrintable(box->objectName()));
+        }
+        const auto tables = MainWindow()->findChildren<QTableWidget*>();
+        for (const QTableWidget* const table : tables) {
+            QVERIFY2(names(table), qPrintable(table->objectName()));
+        }
+    }
+
+    void theTabKeyWalksTheFieldsInReadingOrder_data()
+    {
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<QStringList>("order");
+        const auto row = [](const char* page, const QStringList& fields) {
+            QTest::newRow(page) << QString::fromLatin1(page) << fields;
+        };
+        row("Info", {QStringLiteral("txtMacAddress"), QStringLiteral("txtPartNumber"),
+                        QStringLiteral("txtProductIndex"), QStringLiteral("txtSerialNumber"),
+                        QStringLiteral("txtVersionNumber")});
+        row("Azimuth Configuration",
+            {QStringLiteral("tblMotorConfiguration"), QStringLiteral("0"), QStringLiteral("1"),
+                QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("4"), QStringLiteral("5"),
+                QStringLiteral("6"), QStringLiteral("7"), QStringLiteral("8"),
+                QStringLiteral("btnReadFromFile"), QStringLiteral("btnReset"),
+                QStringLiteral("btnWriteToFile"), QStringLiteral("listRotors"),
+                QStringLiteral("txtRotorType")});
+        row("Detect Z&K Device",
+            {QStringLiteral("txtStartIpAddress"), QStringLiteral("txtEndIpAddress"),
+                QStringLiteral("btnFindDevices"), QStringLiteral("tblDetectDevices")});
+    }
+    void theTabKeyWalksTheFieldsInReadingOrder()
+    {
+        QFETCH(QString, page);
+        QFETCH(QStringList, order);
+        ShowPage(page.toLatin1().constData());
+        Click(Find<QLineEdit>("txtIpAddress"));
+        QStringList walked;
+        for (int steps = 0; steps < order.size() + 3; ++steps) {
+            Press(Qt::Key_Tab);
+            walked.append(QApplication::focusWidget()->objectName());
+        }
+        const QStringList bar{QStringLiteral("btnConnect"), QStringLiteral("qt_tabwidget_tabbar")};
+        QCOMPARE(walked, bar + order + QStringList{QStringLiteral("txtIpAddress")});
+        ShowPage("Info");
+    }
+
+    void theTabKeyLeavesAnEmptyCell()
+    {
+        ShowPage("Azimuth Configuration");
+        Overtype(Cell(0), QString());
+        QCOMPARE(Cell(0)->text(), QString());
+        Press(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), Cell(1));
+        Press(Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget(), Cell(0));
+        Type(QStringLiteral("1"));
+        ShowPage("Info");
+    }
+
+    void connectingShowsWhoTheUnitIs_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<bool>("newFirmware");
+        QTest::newRow("new firmware") << QStringLiteral("3.10") << true;
+        QTest::newRow("old firmware") << QStringLiteral("2.99") << false;
+        QTest::newRow("the first of the new") << QStringLiteral("3.0") << true;
+    }
+    void connectingShowsWhoTheUnitIs()
+    {
+        QFETCH(QString, version);
+        QFETCH(bool, newFirmware);
+        SimulatorProcess unit({QStringLiteral("--firmware"), version, QStringLiteral("--part"),
+            QStringLiteral("1234.5678"), QStringLiteral("--serial"), QStringLiteral("000777"),
+            QStringLiteral("--azimuth"), QStringLiteral("1,2,3,4,5,6,7,8,9,10,11,0"),
+            QStringLiteral("--polar"),
+            QStringLiteral("101,102,103,104,105,106,107,108,109,110,99,1"),
+            QStringLiteral("--mask"), QStringLiteral("255.255.0.0")});
+        QVERIFY(unit.IsReady());
+        QStringList labels;
+        WhenProgressShows([&labels] { labels.append(VisibleProgress()->labelText()); });
+        ConnectTo(unit.Address());
+        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
+        QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connected"));
+        QCOMPARE(StatusLine(), QStringLiteral("Device motor configuration read successfully!"));
+        QCOMPARE(TextOf("txtPartNumber"), QStringLiteral("1234.5678"));
+        QCOMPARE(TextOf("txtSerialNumber"), QStringLiteral("000777"));
+        QCOMPARE(ColumnText(6), version + QLatin1Char('\r'));
+        QCOMPARE(ColumnText(5), QStringLiteral("255.255.0.0"));
+        QCOMPARE(unit.Commands(),
+            (QStringList{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF0")}));
+
+        ShowPage("Azimuth Configuration");
+        QCOMPARE(Cells().mid(0, 8),
+            (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"),
+                QStringLiteral("6"), QStringLiteral("7"), QStringLiteral("8"), QStringLiteral("9"),
+                QStringLiteral("10")}));
+        QCOMPARE(Find<QTableWidget>("tblMotorConfiguration")->isRowHidden(8), !newFirmware);
+        for (const char* const hidden :
+            {"listRotors", "txtRotorType", "lblRotorName", "lblRotorType"}) {
+            QCOMPARE(Find<QWidget>(hidden)->isVisible(), newFirmware);
+        }
+        for (const char* const button : {"btnSendToDevice", "btnReceiveFromDevice"}) {
+            QVERIFY(Find<QPushButton>(button)->isEnabled());
+        }
+        if (newFirmware) {
+            QCOMPARE(Cell(8)->text(), QStringLiteral("11"));
+            QCOMPARE(TextOf("txtRotorType"), QStringLiteral("Potentiometer"));
+        }
+        ShowPage("Pol/Eval Configuration");
+        QCOMPARE(Cells().mid(0, 8),
+            (QStringList{QStringLiteral("101"), QStringLiteral("102"), QStringLiteral("103"),
+                QStringLiteral("106"), QStringLiteral("107"), QStringLiteral("108"),
+                QStringLiteral("109"), QStringLiteral("110")}));
+        if (newFirmware) {
+            QCOMPARE(Cell(8)->text(), QStringLiteral("99"));
+            QCOMPARE(TextOf("txtRotorType"), QStringLiteral("Pulse"));
+        }
+        ShowPage("Info");
+    }
+
+    void connectingWhileConnectedClosesTheOldLinkAndReadsAnew()
+    {
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        unit.Forget();
+        Click(Find<QPushButton>("btnConnect"));
+        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
+        QVERIFY(unit.WaitForLine(QStringLiteral("disconnected")));
+        QVERIFY(unit.WaitForLine(QStringLiteral("connected ")));
+        QCOMPARE(unit.Commands(),
+            (QStringList{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF0")}));
+    }
+
+    void whileItLoadsTheWindowTakesNoClicksAndNoClose()
+    {
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        Overtype(Find<QLineEdit>("txtIpAddress"), unit.Address());
+        QStringList seen;
+        const std::function<void()> bother = [&] {
+            seen.append(VisibleProgress()->labelText());
+            Click(Find<QPushButton>("btnConnect"));
+            ShowPage("Detect Z&K Device");
+            CloseByTitleBar(MainWindow());
+            QTest::keyClick(VisibleProgress()->windowHandle(), Qt::Key_Escape);
+            if (!seen.last().startsWith(QLatin1String("Loading"))) {
+                WhenProgressShows([&] {
+                    // The next dialog: the loading one.
+                    if (VisibleProgress()->labelText().startsWith(QLatin1String("Loading"))) {
+                        bother();
+                    } else {
+                        WhenProgressShows(bother);
+                    }
+                });
+            }
+        };
+        WhenProgressShows(bother);
+        Click(Find<QPushButton>("btnConnect"));
+        QVERIFY(seen.contains(QStringLiteral("Loading Device Info ...")));
+        QVERIFY(MainWindow()->isVisible());
+        QCOMPARE(Tabs()->currentIndex(), 0);
+        QCOMPARE(unit.Commands(),
+            (QStringList{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF0")}));
+    }
+
+    void aDoubleClickOnConnectConnectsOnce()
+    {
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        Overtype(Find<QLineEdit>("txtIpAddress"), unit.Address());
+        auto* const button = Find<QPushButton>("btnConnect");
+        const QPoint place = button->mapTo(MainWindow(), button->rect().center());
+        // The second click is already waiting when the first one's work begins.
+        QMetaObject::invokeMethod(
+            button,
+            [&] { QTest::mouseClick(MainWindow()->windowHandle(), Qt::LeftButton, {}, place); },
+            Qt::QueuedConnection);
+        QTest::mouseClick(MainWindow()->windowHandle(), Qt::LeftButton, {}, place);
+        QCOMPARE(unit.Commands().count(QStringLiteral("*IDN?")), 1);
+    }
+
+    void aLostLinkTellsTheUserAndKeepsWhatIsKnown()
+    {
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        const QString part = TextOf("txtPartNumber");
+        QVERIFY(!part.isEmpty());
+        QVERIFY(unit.Tell(QStringLiteral("drop")));
+        ShowPage("Azimuth Configuration");
+        const QStringList cells = Cells();
+        Click(Find<QPushButton>("btnReceiveFromDevice"));
+        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(StatusLine(), QStringLiteral("Device motor configuration could not be read!"));
+        QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connect"));
+        QVERIFY(!Find<QPushButton>("btnSendToDevice")->isEnabled());
+        QVERIFY(!Find<QPushButton>("btnReceiveFromDevice")->isEnabled());
+        QCOMPARE(Cells(), cells);
+        ShowPage("Info");
+        QCOMPARE(TextOf("txtPartNumber"), part);
+    }
+
+    void afterALossTheUserConnectsAgain()
+    {
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        QVERIFY(unit.Tell(QStringLiteral("drop")));
+        ShowPage("Azimuth Configuration");
+        Click(Find<QPushButton>("btnReceiveFromDevice"));
+        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        Click(Find<QPushButton>("btnConnect"));
+        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
+        QVERIFY(Find<QPushButton>("btnSendToDevice")->isEnabled());
+        ShowPage("Info");
+    }
+};
+
+VX440_WINDOW_TEST_MAIN(MainDialogTest)
+#include "MainDialogTest.moc"
