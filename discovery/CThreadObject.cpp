@@ -87,7 +87,7 @@ bool CThreadObject::StartThread()
     if (handle == platform::InvalidHandle) {
         return false;
     }
-    parameter.release(); // the thread frees it
+    static_cast<void>(parameter.release()); // the thread frees it
     threadHandle = handle;
     return true;
 }
