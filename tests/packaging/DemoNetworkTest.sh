@@ -5,9 +5,9 @@ set -u
 lib=$1
 export VX440_SIMULATOR=$2
 
-"$lib/in-own-network" true || exit
 logs=$(mktemp --directory)
 demo_network() { "$lib/demo-network" "$logs" -- "$@"; }
+demo_network true || exit
 
 # identity ADDRESS: what the unit there says that it is.
 cat >"$logs/identity" <<'SCRIPT'
