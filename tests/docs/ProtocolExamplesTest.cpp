@@ -1,0 +1,718 @@
+#include "link/CDeviceCommunication.h"
+#include "link/ConnectToDevice.h"
+#include "link/DeviceReconfiguration.h"
+#include "model/CDeviceDatabase.h"
+#include "rotor/CDeviceParameters.h"
+#include "rotor/RotorCatalogue.h"
+#include "tests/docs/ProtocolPage.h"
+#include "tests/support/Warnings.h"
+#include "tests/support/scripted/ScriptedLink.h"
+
+#include <QRegularExpression>
+#include <QtTest>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+// Makes the tool send a command, and tells in words what it makes of the answer.
+using Call = std::function<QString(CDeviceCommunication&)>;
+
+struct sCALL
+{
+    QString example;
+    Call call;
+    QString outcome;
+};
+Q_DECLARE_METATYPE(Call)
+Q_DECLARE_METATYPE(sCALL)
+
+namespace {
+
+const QVector<ushort> ProSisTel{500, 3, 150, 1, 2, 10, 0, 0, 2000, 20};
+const QVector<ushort> NewProSisTel{500, 3, 150, 1, 2, 10, 0, 0, 2000, 20, 50, 1};
+const QVector<ushort> Polar{99, 3, 60, 1, 2, 5, 7, 8, 500, 21};
+
+const QStringList Commands{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF1"),
+    QStringLiteral("CF2 short"), QStringLiteral("CF2 long"), QStringLiteral("CF3"),
+    QStringLiteral("CF4"), QStringLiteral("CF5"), QStringLiteral("CF6"), QStringLiteral("CF7"),
+    QStringLiteral("CF8"), QStringLiteral("CF9"), QStringLiteral("CF10"), QStringLiteral("HCF"),
+    QStringLiteral("VCF"), QStringLiteral("GET:OPTION:INTERNAL?"),
+    QStringLiteral("GET:OPTION:DESC?")};
+
+const QString Options = QStringLiteral("VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0");
+const QString Descriptions =
+    QStringLiteral("Feed 13.8 V;0;0;0;0;Mast preamplifier;0;0;0;0;0;0;0;0;0;0;0;0;0");
+
+// The 44 bytes at the front of an EEPROM region.
+const QByteArray EepromBlock = QByteArray::fromHex("0200000000000000"
+                                                   "00000000"
+                                                   "4E61BC00" // 12345678
+                                                   "02076900"
+                                                   "15CD5B07" // 123456789
+                                                   "695C00006400") +
+                               QByteArray("VX440").leftJustified(14, '\0');
+
+const uchar* Unsigned(const QByteArray& bytes)
+{
+    return reinterpret_cast<const uchar*>(bytes.constData());
+}
+
+QString Hex(const QByteArray& bytes)
+{
+    return QString::fromLatin1(bytes.toHex(' ').toUpper());
+}
+
+QByteArray BigEndian(quint32 value, int size)
+{
+    QByteArray bytes;
+    for (int i = size - 1; i >= 0; --i) {
+        bytes.append(static_cast<char>(value >> (8 * i) & 0xFF));
+    }
+    return bytes;
+}
+
+quint32 SumOf(const QByteArray& bytes)
+{
+    quint32 sum = 0;
+    for (const char byte : bytes) {
+        sum += static_cast<uchar>(byte);
+    }
+    return sum;
+}
+
+const QByteArray SmallFile("VX440 sample image\r\n");
+const QByteArray TwoBlockFile = QByteArray(1136, '\xA5') + '\x5A';
+
+QByteArray StreamOf(const QByteArray& file)
+{
+    return QByteArray(3, '\0') + BigEndian(static_cast<quint32>(file.size()), 4) +
+           QByteArray(57, '\0') + file;
+}
+
+QByteArray FirmwareBlock(const QByteArray& file, int index)
+{
+    const QByteArray data = StreamOf(file).mid(1200 * index, 1200);
+    return BigEndian(static_cast<quint32>(data.size()), 2) + BigEndian(SumOf(data) % 65536, 2) +
+           BigEndian(static_cast<quint32>(index), 2) + QByteArray(14, '\0') +
+           data.leftJustified(1200, '\0');
+}
+
+QByteArray FirmwareEnd(const QByteArray& file)
+{
+    const QByteArray stream = StreamOf(file);
+    quint32 sum = 0;
+    for (int start = 0; start < stream.size(); start += 1200) {
+        sum += SumOf(stream.mid(start, 1200)) % 65536;
+    }
+    return BigEndian(sum, 4) + BigEndian(static_cast<quint32>(stream.size()), 4);
+}
+
+QMap<int, ushort> ById(const QVector<ushort>& values)
+{
+    QMap<int, ushort> parameters;
+    for (int id = 0; id < values.size(); ++id) {
+        parameters.insert(id, values.at(id));
+    }
+    return parameters;
+}
+
+QString Sent(bool sent)
+{
+    return sent ? QStringLiteral("sent") : QStringLiteral("not sent");
+}
+
+QString Acknowledged(bool returned, const CDeviceCommunication& device)
+{
+    return QStringLiteral("%1, result %2")
+        .arg(returned ? QStringLiteral("true") : QStringLiteral("false"))
+        .arg(device.GetLastResult());
+}
+
+QString WordsOf(CDeviceParameters& parameters, short motor)
+{
+    using Accessor = ushort (CDeviceParameters::*)(short);
+    static const Accessor InOrder[] = {&CDeviceParameters::GetSlowMotionDifference,
+        &CDeviceParameters::GetMotionHangUpDifference, &CDeviceParameters::GetStepDifference,
+        &CDeviceParameters::GetStepSleep, &CDeviceParameters::GetPulseDuration,
+        &CDeviceParameters::GetMaxPositionDifference, &CDeviceParameters::GetMaxPositionFromRight,
+        &CDeviceParameters::GetMaxPositionFromLeft, &CDeviceParameters::GetMaxMotionHangUpLoop,
+        &CDeviceParameters::GetLoopsInside, &CDeviceParameters::GetSlowMotionSpeed,
+        &CDeviceParameters::GetRotorType};
+    QStringList words;
+    for (int id = 0; id < parameters.GetParameterCount(); ++id) {
+        words.append(QString::number((parameters.*InOrder[id])(motor)));
+    }
+    return words.join(QLatin1Char(' '));
+}
+
+// The words of both motors and the mask, as the tool decodes them.
+QStringList Decoded(float firmware, const QByteArray& block)
+{
+    CDeviceParameters parameters(firmware);
+    QVector<ushort> words((block.size() + 1) / 2);
+    memcpy(words.data(), block.constData(), static_cast<size_t>(block.size()));
+    parameters.ParseDeviceBlock(words.data());
+    return {WordsOf(parameters, 0), WordsOf(parameters, 1), parameters.GetSubnetMask()};
+}
+
+QString ReadConfiguration(CDeviceCommunication& device, float firmware)
+{
+    QByteArray block(CDeviceParameters(firmware).GetDeviceBlockSize(), '\0');
+    if (!device.ReadConfiguration(
+            reinterpret_cast<uchar*>(block.data()), static_cast<ushort>(block.size()))) {
+        return QStringLiteral("no configuration");
+    }
+    return Decoded(firmware, block).join(QLatin1String(" | "));
+}
+
+QString ReadEeprom(CDeviceCommunication& device, ushort length, ushort offset)
+{
+    QByteArray request = BigEndian(length, 2) + BigEndian(offset, 2);
+    QVector<uchar> out;
+    if (!device.ReadEeprom(reinterpret_cast<uchar*>(request.data()), out)) {
+        return QStringLiteral("not sent");
+    }
+    return Hex(QByteArray(reinterpret_cast<const char*>(out.constData()), out.size()));
+}
+
+QString SendLongConfiguration(CDeviceCommunication& device)
+{
+    const QString identity =
+        BuildDeviceIdentity(QStringLiteral("1234.5678.02"), QStringLiteral("123456"));
+    return Sent(device.SendDeviceConfiguration(identity, QStringLiteral("02:4C:7E:00:01:29"),
+        QStringLiteral("192.168.0.129"), QStringLiteral("255.255.255.0"), ById(NewProSisTel),
+        ById(Polar)));
+}
+
+Call FirmwareBlockCall(const QByteArray& file, int index)
+{
+    return [file, index](CDeviceCommunication& device) {
+        const QByteArray block = FirmwareBlock(file, index);
+        return Acknowledged(device.SendFirmwareBlock(Unsigned(block)), device);
+    };
+}
+
+Call FirmwareEndCall(const QByteArray& file)
+{
+    return [file](CDeviceCommunication& device) {
+        return Sent(device.SendFirmwareChecksum(Unsigned(FirmwareEnd(file))));
+    };
+}
+
+Call MotorCall(int channel, const QVector<ushort>& values)
+{
+    return [channel, values](CDeviceCommunication& device) {
+        return Sent(device.SendMotorConfiguration(channel, values));
+    };
+}
+
+Call ConfigurationCall(float firmware)
+{
+    return [firmware](CDeviceCommunication& device) { return ReadConfiguration(device, firmware); };
+}
+
+QString SendOptions(CDeviceCommunication& device)
+{
+    return Acknowledged(device.SendOptions(Options), device);
+}
+
+QString Validate(CDeviceCommunication& device)
+{
+    return Acknowledged(device.ValidateFirmware(), device);
+}
+
+QVector<sCALL> CallsThatRead()
+{
+    return {
+        {QStringLiteral("*IDN?"), [](auto& d) { return d.ReadIdentity(); },
+            QStringLiteral("ZELMA&KOVINTH,VX440,1234.5678.02/123456,3.10\r")},
+        {QStringLiteral("CF0 old"), ConfigurationCall(2.99F),
+            QStringLiteral(
+                "500 3 150 1 2 10 0 0 2000 20 | 99 3 60 1 2 5 7 8 500 21 | 255.255.255.0")},
+        {QStringLiteral("CF0 new"), ConfigurationCall(3.0F),
+            QStringLiteral("500 3 150 1 2 10 0 0 2000 20 50 1 | 99 3 60 1 2 5 7 8 500 21 45 0 | "
+                           "255.255.255.0")},
+        {QStringLiteral("CF7"), [](auto& d) { return ReadEeprom(d, 64, 0); },
+            Hex(EepromBlock + QByteArray(20, '\xFF'))},
+        {QStringLiteral("CF7 short answer"), [](auto& d) { return ReadEeprom(d, 4, 2220); },
+            QStringLiteral("12 34 FF FF")},
+        {QStringLiteral("GET:OPTION:INTERNAL?"), [](auto& d) { return d.ReadOptions(); },
+            Options + QLatin1Char('\r')},
+        {QStringLiteral("GET:OPTION:DESC?"), [](auto& d) { return d.ReadOptionDescriptions(); },
+            Descriptions + QLatin1Char('\r')},
+    };
+}
+
+QVector<sCALL> CallsThatChange()
+{
+    const QString sent = QStringLiteral("sent");
+    return {
+        {QStringLiteral("CF1"),
+            [](auto& d) {
+                return Sent(
+                    d.SendIpConfiguration(Unsigned(QByteArray("\xC0\xA8\0\x82\xFF\xFF\xFF\0", 8))));
+            },
+            sent},
+        {QStringLiteral("CF2 short"),
+            [](auto& d) { return Sent(d.SendMacAddress(QStringLiteral("02:4C:7E:00:01:2A"))); },
+            sent},
+        {QStringLiteral("CF2 long"), SendLongConfiguration, sent},
+        {QStringLiteral("HCF old"), MotorCall(0, ProSisTel), sent},
+        {QStringLiteral("HCF new"), MotorCall(0, NewProSisTel), sent},
+        {QStringLiteral("VCF old"), MotorCall(1, ProSisTel), sent},
+        {QStringLiteral("VCF new"), MotorCall(1, NewProSisTel), sent},
+        {QStringLiteral("CF4"), FirmwareEndCall(SmallFile), sent},
+        {QStringLiteral("CF4 of two"), FirmwareEndCall(TwoBlockFile), sent},
+        {QStringLiteral("CF5"), [](auto& d) { return Sent(d.StartFirmwareUpdate()); }, sent},
+    };
+}
+
+QVector<sCALL> CallsThatAreAcknowledged()
+{
+    const QString done = QStringLiteral("true, result 1");
+    const QString refused = QStringLiteral("false, result 0");
+    return {
+        {QStringLiteral("CF3"), FirmwareBlockCall(SmallFile, 0), done},
+        {QStringLiteral("CF3 first of two"), FirmwareBlockCall(TwoBlockFile, 0), done},
+        {QStringLiteral("CF3 last of two"), FirmwareBlockCall(TwoBlockFile, 1), done},
+        {QStringLiteral("CF3 refused"), FirmwareBlockCall(TwoBlockFile, 0), refused},
+        {QStringLiteral("CF6"),
+            [](auto& d) {
+                const QByteArray block = QByteArray::fromHex("04B0") + EepromBlock;
+                return Acknowledged(d.WriteEeprom(Unsigned(block), 44), d);
+            },
+            done},
+        {QStringLiteral("CF8"), Validate, done},
+        {QStringLiteral("CF8 refused"), Validate, QStringLiteral("true, result 0")},
+        {QStringLiteral("CF9"), SendOptions, done},
+        {QStringLiteral("CF9 refused"), SendOptions, refused},
+        {QStringLiteral("CF10"),
+            [](auto& d) { return Acknowledged(d.SendOptionDescriptions(Descriptions), d); }, done},
+    };
+}
+
+QVector<sCALL> Calls()
+{
+    return CallsThatRead() + CallsThatChange() + CallsThatAreAcknowledged();
+}
+
+// What a command of that kind of answer waits for when the answer is there at once.
+QList<int> WaitsFor(const QString& kind, int answerLength)
+{
+    QList<int> waits{10};
+    if (kind == QLatin1String("block")) {
+        waits.append(1000);
+    } else if (kind == QLatin1String("acknowledgement")) {
+        waits.append(1);
+    } else if (kind == QLatin1String("text")) {
+        waits.append(QVector<int>(answerLength, 1).toList());
+    }
+    return waits;
+}
+
+QString NumbersOf(const QByteArray& words)
+{
+    QStringList numbers;
+    for (int i = 0; i + 1 < words.size(); i += 2) {
+        numbers.append(QString::number(
+            static_cast<uchar>(words.at(i)) << 8 | static_cast<uchar>(words.at(i + 1))));
+    }
+    return numbers.join(QLatin1Char(' '));
+}
+
+QString DottedOctets(const QByteArray& octets)
+{
+    QStringList numbers;
+    for (const char octet : octets) {
+        numbers.append(QString::number(static_cast<uchar>(octet)));
+    }
+    return numbers.join(QLatin1Char('.'));
+}
+
+// The bytes of a block's field, written as the field's kind is.
+QString FieldText(const QString& content, const QByteArray& bytes)
+{
+    if (content.contains(QLatin1String("parameters"))) {
+        return NumbersOf(bytes);
+    }
+    if (content == QLatin1String("MAC address")) {
+        return QString::fromLatin1(bytes.toHex(':').toUpper());
+    }
+    const bool isAddress =
+        content == QLatin1String("IP address") || content == QLatin1String("subnet mask");
+    return isAddress ? DottedOctets(bytes) : QString();
+}
+
+bool IsRequestTable(const sPAGE_TABLE& table)
+{
+    return table.header.value(2).startsWith(QLatin1String("Request"));
+}
+
+std::unique_ptr<CDeviceCommunication> Connected()
+{
+    scripted::Reset();
+    auto device = std::make_unique<CDeviceCommunication>();
+    device->StartConnection("127.0.0.1");
+    device->wait();
+    scripted::ForgetEvents();
+    return device;
+}
+
+// Whether the fields of a table follow each other from 0 to the end of a frame of that length.
+bool Covers(const sPAGE_TABLE& table, int length)
+{
+    int end = 0;
+    for (const QStringList& field : table.rows) {
+        const bool open = field.at(1) == QLatin1String("n");
+        const int size = open ? length - end : field.at(1).toInt();
+        if (field.at(0) != QString::number(end) || size < 1) {
+            return false;
+        }
+        end += size;
+    }
+    return end == length;
+}
+
+} // namespace
+
+class ProtocolExamplesTest : public WarningsFail
+{
+    Q_OBJECT
+
+private:
+    const ProtocolPage page{QStringLiteral(PROTOCOL_PAGE)};
+
+    sPAGE_TABLE TableOf(const QString& section) const { return page.TablesOf(section).value(0); }
+
+    // Milliseconds and times of a row of the table of waits.
+    QList<int> Wait(const QString& name) const
+    {
+        const QStringList row = TableOf(QStringLiteral("Waits")).Row(name);
+        return {row.value(1).toInt(), row.value(2).section(QLatin1Char(' '), 0, 0).toInt()};
+    }
+
+    // How often the commands since the last look slept, for each length; all sleeps are alike.
+    static QList<int> Slept(const QList<int>& sleeps)
+    {
+        const bool alike = sleeps.count(sleeps.value(0)) == sleeps.size();
+        return alike ? QList<int>{sleeps.value(0), sleeps.size()} : QList<int>();
+    }
+
+private slots:
+    void everyLineOfTheExamplesCanBeRead() { QCOMPARE(page.Errors(), QStringList()); }
+
+    void theSectionsAreTheCommands() { QCOMPARE(page.Commands(), Commands); }
+
+    void theCatalogueHasTheCommandsInOrder()
+    {
+        QCOMPARE(TableOf(QStringLiteral("Catalogue")).Column(0), Commands);
+    }
+
+    void everyCommandHasATableAndAnExampleInItsSection_data() { AddCommands(); }
+    void everyCommandHasATableAndAnExampleInItsSection()
+    {
+        QFETCH(QString, command);
+        const QVector<sPAGE_TABLE> tables = page.TablesOf(command);
+        QVERIFY(std::any_of(tables.cbegin(), tables.cend(), IsRequestTable));
+        const QVector<sWIRE_EXAMPLE> examples = page.ExamplesOf(command);
+        QVERIFY(!examples.isEmpty());
+        for (const sWIRE_EXAMPLE& example : examples) {
+            QVERIFY2(example.name == command || example.name.startsWith(command + QLatin1Char(' ')),
+                qPrintable(example.name));
+        }
+    }
+
+    void theExamplesAreThoseThatAreTriedHere()
+    {
+        QStringList onThePage;
+        for (const sWIRE_EXAMPLE& example : page.Examples()) {
+            onThePage.append(example.name);
+        }
+        QStringList tried;
+        const QVector<sCALL> calls = Calls();
+        for (const sCALL& call : calls) {
+            tried.append(call.example);
+        }
+        onThePage.sort();
+        tried.sort();
+        QCOMPARE(onThePage, tried);
+    }
+
+    void theToolSendsTheExampleAndUnderstandsItsAnswer_data()
+    {
+        QTest::addColumn<sCALL>("call");
+        const QVector<sCALL> calls = Calls();
+        for (const sCALL& call : calls) {
+            QTest::newRow(qPrintable(call.example)) << call;
+        }
+    }
+    void theToolSendsTheExampleAndUnderstandsItsAnswer()
+    {
+        QFETCH(sCALL, call);
+        const auto device = Connected();
+        const sWIRE_EXAMPLE example = page.Example(call.example);
+        QByteArray sent;
+        scripted::WhenSent([&sent, &example](const QByteArray& frame) {
+            sent.append(frame);
+            scripted::Deliver(example.answer);
+        });
+        QCOMPARE(call.call(*device), call.outcome);
+        QCOMPARE(Hex(sent), Hex(example.request));
+        QCOMPARE(scripted::Actions().size(), 1);
+
+        const QString kind = TableOf(QStringLiteral("Catalogue")).Row(example.section).value(2);
+        QCOMPARE(example.answer.isEmpty(), kind == QLatin1String("none"));
+        QCOMPARE(scripted::Sleeps(), WaitsFor(kind, example.answer.size()));
+    }
+
+    void theCatalogueTellsTheLengthOfTheFrame_data() { AddExamples(); }
+    void theCatalogueTellsTheLengthOfTheFrame()
+    {
+        QFETCH(QString, name);
+        const sWIRE_EXAMPLE example = page.Example(name);
+        const QStringList length = TableOf(QStringLiteral("Catalogue"))
+                                       .Row(example.section)
+                                       .value(1)
+                                       .split(QLatin1String(" + "));
+        if (length.value(1) == QLatin1String("n")) {
+            QVERIFY(example.request.size() > length.at(0).toInt());
+        } else {
+            QCOMPARE(length, QStringList{QString::number(example.request.size())});
+        }
+    }
+
+    void aTableOfTheSectionCoversTheFrame_data() { AddExamples(); }
+    void aTableOfTheSectionCoversTheFrame()
+    {
+        QFETCH(QString, name);
+        const sWIRE_EXAMPLE example = page.Example(name);
+        const QVector<sPAGE_TABLE> tables = page.TablesOf(example.section);
+        QVERIFY(std::any_of(tables.cbegin(), tables.cend(), [&example](const sPAGE_TABLE& table) {
+            return IsRequestTable(table) && Covers(table, example.request.size());
+        }));
+    }
+
+    void everyTableOfARequestCoversAnExample_data() { AddCommands(); }
+    void everyTableOfARequestCoversAnExample()
+    {
+        QFETCH(QString, command);
+        const QVector<sWIRE_EXAMPLE> examples = page.ExamplesOf(command);
+        const QVector<sPAGE_TABLE> tables = page.TablesOf(command);
+        for (const sPAGE_TABLE& table : tables) {
+            const auto covers = [&table](const sWIRE_EXAMPLE& example) {
+                return Covers(table, example.request.size());
+            };
+            QVERIFY(
+                !IsRequestTable(table) || std::any_of(examples.cbegin(), examples.cend(), covers));
+        }
+    }
+
+    void theBlocksOfConfigurationHoldWhatTheirTablesTell_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<QByteArray>("block");
+        QTest::newRow("below 3.0") << QStringLiteral("Block of 67 bytes") << QStringLiteral("CF0")
+                                   << page.Example(QStringLiteral("CF0 old")).answer;
+        QTest::newRow("3.0 and later")
+            << QStringLiteral("Block of 75 bytes") << QStringLiteral("CF0")
+            << page.Example(QStringLiteral("CF0 new")).answer;
+        QTest::newRow("long CF2") << QStringLiteral("Block of 127 bytes")
+                                  << QStringLiteral("CF2 long")
+                                  << page.Example(QStringLiteral("CF2 long")).request.mid(4);
+    }
+    void theBlocksOfConfigurationHoldWhatTheirTablesTell()
+    {
+        QFETCH(QString, title);
+        QFETCH(QString, section);
+        QFETCH(QByteArray, block);
+        const sPAGE_TABLE table = BlockTable(section, title);
+        QCOMPARE(title, QStringLiteral("Block of %1 bytes").arg(block.size()));
+        QVERIFY(Covers(table, block.size()));
+        for (const QStringList& field : table.rows) {
+            const QByteArray bytes = block.mid(field.at(0).toInt(), field.at(1).toInt());
+            QCOMPARE(field.at(3), FieldText(field.at(2), bytes));
+        }
+    }
+
+    void theToolDecodesFromTheBlocksWhatTheirTablesTell_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("example");
+        QTest::addColumn<float>("firmware");
+        QTest::newRow("below 3.0")
+            << QStringLiteral("Block of 67 bytes") << QStringLiteral("CF0 old") << 2.99F;
+        QTest::newRow("3.0 and later")
+            << QStringLiteral("Block of 75 bytes") << QStringLiteral("CF0 new") << 3.0F;
+    }
+    void theToolDecodesFromTheBlocksWhatTheirTablesTell()
+    {
+        QFETCH(QString, title);
+        QFETCH(QString, example);
+        QFETCH(float, firmware);
+        const QStringList told = BlockTable(QStringLiteral("CF0"), title).Column(3);
+        QCOMPARE(Decoded(firmware, page.Example(example).answer),
+            (QStringList{told.value(0), told.value(1), told.value(4)}));
+    }
+
+    void theGenerationsAreWhatTheyAreToTheTool_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<int>("column");
+        QTest::newRow("no number") << QStringLiteral("x") << 1;
+        QTest::newRow("2.99") << QStringLiteral("2.99") << 1;
+        QTest::newRow("3.0") << QStringLiteral("3.0") << 2;
+        QTest::newRow("3.01") << QStringLiteral("3.01") << 2;
+    }
+    void theGenerationsAreWhatTheyAreToTheTool()
+    {
+        QFETCH(QString, version);
+        QFETCH(int, column);
+        const sPAGE_TABLE table = TableOf(QStringLiteral("Firmware generations"));
+        const auto told = [&table, column](const char* row) {
+            return table.Row(QLatin1String(row)).value(column).toInt();
+        };
+        const CDeviceParameters parameters(version.toFloat());
+        QCOMPARE(int(parameters.GetParameterCount()), told("words for each rotator"));
+        QCOMPARE(int(parameters.GetDeviceBlockSize()), told("bytes of the CF0 answer"));
+        QCOMPARE(
+            4 + 2 * int(parameters.GetParameterCount()), told("bytes of the HCF and VCF frames"));
+        const QString form = column == 1 ? QStringLiteral("CF2 long") : QStringLiteral("CF2 short");
+        QCOMPARE(page.Example(form).request.size(),
+            told("bytes of the CF2 frame that changes the MAC address"));
+    }
+
+    void theParametersHaveTheNamesThatTheToolShows()
+    {
+        const sPAGE_TABLE table = TableOf(QStringLiteral("Rotator parameters"));
+        QCOMPARE(table.rows.size(), 12);
+        for (int id = 0; id < 11; ++id) {
+            const QString label = MotorParameterNames.value(id);
+            const QStringList row = table.Row(QString::number(id));
+            QCOMPARE(row.value(1), ParameterMnemonic(label));
+            QCOMPARE(QStringLiteral("%1 (%2)").arg(row.value(2), row.value(1)), label);
+            QCOMPARE(
+                row.value(3), id < 10 ? QStringLiteral("all") : QStringLiteral("3.0 and later"));
+        }
+        QCOMPARE(table.Row(QStringLiteral("11")).value(1), QString());
+    }
+
+    void anAcknowledgementMeansToTheToolWhatItsRowTells_data()
+    {
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<int>("polls");
+        QTest::newRow("done") << QStringLiteral("31 0D") << QByteArray("1\r") << 1;
+        QTest::newRow("refused") << QStringLiteral("30 0D") << QByteArray("0\r") << 1;
+        QTest::newRow("as silence") << QStringLiteral("32 0D") << QByteArray("2\r") << 10000;
+        QTest::newRow("other") << QStringLiteral("any other") << QByteArray("OK") << 1;
+    }
+    void anAcknowledgementMeansToTheToolWhatItsRowTells()
+    {
+        QFETCH(QString, row);
+        QFETCH(QByteArray, answer);
+        QFETCH(int, polls);
+        const auto device = Connected();
+        scripted::WhenSent([&answer](const QByteArray&) { scripted::Deliver(answer); });
+        device->ValidateFirmware();
+        const QVector<sPAGE_TABLE> tables = page.TablesOf(QStringLiteral("Frames"));
+        QCOMPARE(tables.value(1).Row(row).value(1), QString::number(device->GetLastResult()));
+        QCOMPARE(scripted::Sleeps().size(), 1 + polls);
+    }
+
+    void theDrainTakesAsLongAsItsRowTells()
+    {
+        const auto device = Connected();
+        device->SendMotorConfiguration(0, {});
+        QCOMPARE(Slept(scripted::Sleeps()), Wait(QStringLiteral("drain")));
+        scripted::ForgetEvents();
+        scripted::Deliver("abc");
+        device->SendMotorConfiguration(0, {});
+        QCOMPARE(scripted::Sleeps(), (QList<int>{10, 10, 10, 10}));
+    }
+
+    void aSilentUnitIsWaitedForAsLongAsTheRowTells_data()
+    {
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<Call>("call");
+        QTest::newRow("CF0") << QStringLiteral("reply delay of CF0 and CF7")
+                             << ConfigurationCall(3.0F);
+        QTest::newRow("CF7") << QStringLiteral("reply delay of CF0 and CF7")
+                             << Call([](auto& d) { return ReadEeprom(d, 4, 0); });
+        QTest::newRow("CF9") << QStringLiteral("poll of an acknowledgement") << Call(SendOptions);
+        QTest::newRow("*IDN?") << QStringLiteral("pass of a text")
+                               << Call([](auto& d) { return d.ReadIdentity(); });
+        QTest::newRow("GET:OPTION")
+            << QStringLiteral("pass of a text") << Call([](auto& d) { return d.ReadOptions(); });
+    }
+    void aSilentUnitIsWaitedForAsLongAsTheRowTells()
+    {
+        QFETCH(QString, row);
+        QFETCH(Call, call);
+        const auto device = Connected();
+        call(*device);
+        QCOMPARE(Slept(scripted::Sleeps().mid(1)), Wait(row));
+    }
+
+    void anAnswerThatBeginsLateReadsAsThePageTells()
+    {
+        const auto device = Connected();
+        const auto answerLate = [](const QByteArray&) { scripted::DeliverAfter(3, "A\r"); };
+        scripted::WhenSent(answerLate);
+        QCOMPARE(device->ReadIdentity(), QString(3, QChar(0)) + QStringLiteral("A\r"));
+        QCOMPARE(device->ReadOptions(), QStringLiteral("A\r"));
+    }
+
+    void theShortCf2IsFollowedByTheWaitOfItsRow()
+    {
+        scripted::Reset();
+        TheDeviceCommunication()->StartConnection("127.0.0.1");
+        TheDeviceCommunication()->wait();
+        scripted::ForgetEvents();
+        QString error;
+        QVERIFY(ChangeMacDirect(QStringLiteral("02:4C:7E:00:01:2A"), error));
+        QCOMPARE(Slept(scripted::Sleeps().mid(1)), Wait(QStringLiteral("behind the short CF2")));
+        TheDeviceCommunication()->Disconnect();
+    }
+
+    void anAttemptToConnectIsPolledAsItsRowTellsAndMadeFourTimes()
+    {
+        scripted::Reset();
+        TheDeviceDatabase()->SetIpAddress(QStringLiteral("127.0.0.1"));
+        scripted::SetConnectResult(scripted::ConnectResult::Fails);
+        QVERIFY(ConnectToDevice(3, QString()));
+        const QList<int> poll = Wait(QStringLiteral("poll of a connection attempt"));
+        QCOMPARE(scripted::Sleeps().count(poll.at(0)), 4 * poll.at(1));
+        QCOMPARE(poll, (QList<int>{100, 200}));
+        QVERIFY(scripted::Events().contains(QStringLiteral("connect 50000")));
+    }
+
+private:
+    static void AddCommands()
+    {
+        QTest::addColumn<QString>("command");
+        for (const QString& command : Commands) {
+            QTest::newRow(qPrintable(command)) << command;
+        }
+    }
+
+    void AddExamples() const
+    {
+        QTest::addColumn<QString>("name");
+        for (const sWIRE_EXAMPLE& example : page.Examples()) {
+            QTest::newRow(qPrintable(example.name)) << example.name;
+        }
+    }
+
+    sPAGE_TABLE BlockTable(const QString& section, const QString& title) const
+    {
+        const QVector<sPAGE_TABLE> tables = page.TablesOf(section);
+        const auto found = std::find_if(tables.cbegin(), tables.cend(),
+            [&title](const sPAGE_TABLE& table) { return table.header.value(2) == title; });
+        return found == tables.cend() ? sPAGE_TABLE() : *found;
+    }
+};
+
+QTEST_MAIN(ProtocolExamplesTest)
+#include "ProtocolExamplesTest.moc"
