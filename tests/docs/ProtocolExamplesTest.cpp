@@ -392,7 +392,7 @@ private:
         return {row.value(1).toInt(), row.value(2).section(QLatin1Char(' '), 0, 0).toInt()};
     }
 
-    // How often the commands since the last look slept, for each length; all sleeps are alike.
+    // The length and the number of sleeps that are all alike, as Wait() gives them.
     static QList<int> Slept(const QList<int>& sleeps)
     {
         const bool alike = sleeps.count(sleeps.value(0)) == sleeps.size();
@@ -573,6 +573,8 @@ private slots:
         const auto told = [&table, column](const char* row) {
             return table.Row(QLatin1String(row)).value(column).toInt();
         };
+        TheDeviceDatabase()->SetFirmwareVersion(version + QLatin1Char('\r'));
+        QCOMPARE(TheDeviceDatabase()->IsFirmwareBelowVersion3(), column == 1);
         const CDeviceParameters parameters(version.toFloat());
         QCOMPARE(int(parameters.GetParameterCount()), told("words for each rotator"));
         QCOMPARE(int(parameters.GetDeviceBlockSize()), told("bytes of the CF0 answer"));
