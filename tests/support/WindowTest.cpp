@@ -115,17 +115,23 @@ void ConnectTo(const QString& address)
     Click(Find<QWidget>("btnConnect"));
 }
 
-int RunInTheProgram(QObject& test, int argc, char** argv)
+int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
 {
     int result = 1;
+    QObject context;
     QMetaObject::invokeMethod(
-        &test,
+        &context,
         [&] {
-            result = QTest::qExec(&test, argc, argv);
+            result = work();
             MainWindow()->close();
         },
         Qt::QueuedConnection);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     const CVX440_AccessApplication application(argc, argv);
     return result;
+}
+
+int RunInTheProgram(QObject& test, int argc, char** argv)
+{
+    return RunInTheProgram([&] { return QTest::qExec(&test, argc, argv); }, argc, argv);
 }

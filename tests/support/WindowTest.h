@@ -50,6 +50,9 @@ QString ConnectionLine();
 /// Types an address and clicks Connect. Comes back when the program has.
 void ConnectTo(const QString& address);
 
+/// Runs `work` in the event loop of the program, then closes the window. What `work` returned, or 1
+/// when the program ended without it.
+int RunInTheProgram(const std::function<int()>& work, int argc, char** argv);
 /// Runs the test object inside the program. `argc` and `argv` go to both. The result of the tests.
 int RunInTheProgram(QObject& test, int argc, char** argv);
 

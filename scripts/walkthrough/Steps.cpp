@@ -1,0 +1,209 @@
+#include "scripts/walkthrough/Steps.h"
+
+#include "rotor/RotorCatalogue.h"
+#include "scripts/walkthrough/Walk.h"
+#include "tests/support/WindowTest.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTableWidget>
+
+namespace {
+
+struct Page
+{
+    const char* title;
+    const char* picture;
+};
+
+constexpr Page Info{"Info", "info"};
+constexpr Page UpdateFirmware{"Update FW", "update-fw"};
+constexpr Page IpConfiguration{"IP Configuration", "ip-configuration"};
+constexpr Page Azimuth{"Azimuth Configuration", "azimuth"};
+constexpr Page Polar{"Pol/Eval Configuration", "polar"};
+constexpr Page Options{"Options", "options"};
+constexpr Page Detect{"Detect Z&K Device", "detect"};
+
+constexpr const Page* Pages[] = {
+    &Info, &UpdateFirmware, &IpConfiguration, &Azimuth, &Polar, &Options, &Detect};
+
+// The words of a motor as they go over the wire, big-endian. Units with old firmware have the first
+// ten only.
+constexpr int OldWordsInHex = 40;
+constexpr char ProSisTelWords[] = "01F4000300960001"
+                                  "0002000A00000000"
+                                  "07D000140032"
+                                  "0001";
+// What the simulated units begin with, with the cells that are typed here.
+constexpr char TypedAzimuthWords[] = "0141000300960001"
+                                     "0002000A00000000"
+                                     "07D00019";
+constexpr char TypedPolarWords[] = "007B0003003C0001"
+                                   "0002000500000000"
+                                   "01F400140032"
+                                   "0000";
+
+QWidget* CurrentPage()
+{
+    return Find<QTabWidget>("tabWidget")->currentWidget();
+}
+
+// A table's cell goes by the short name in the brackets.
+QString NameOf(const QLineEdit* field)
+{
+    const QString name = field->accessibleName();
+    return name.contains(QLatin1Char('(')) ? ParameterMnemonic(name) : name;
+}
+
+// "name value" of each field that is seen.
+QString FieldsOf(const QWidget* page)
+{
+    QStringList texts;
+    const auto fields = page->findChildren<QLineEdit*>();
+    for (const QLineEdit* const field : fields) {
+        if (field->isVisible()) {
+            texts.append(NameOf(field) + QLatin1Char(' ') + field->text());
+        }
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
+bool HasRotorList()
+{
+    return Find<QComboBox>("listRotors")->isVisible();
+}
+
+QString WordsForUnit(const char* words)
+{
+    const QString all = QString::fromLatin1(words);
+    return HasRotorList() ? all : all.left(OldWordsInHex);
+}
+
+void SendPage(Walk& walk, const QString& motor, const QString& mnemonic, const QString& words)
+{
+    Click(Find<QWidget>("btnSendToDevice"));
+    walk.Expect(QStringLiteral("clicked Send to Device"), StatusLine(),
+        motor + QStringLiteral(" Motor configuration sent successfully."));
+    walk.Expect(QStringLiteral("the unit received %1").arg(mnemonic),
+        walk.Log().AwaitPayload(mnemonic), words);
+}
+
+void TypeIntoCell(Walk& walk, const char* row, const QString& value)
+{
+    auto* const cell = Find<QLineEdit>(row);
+    Overtype(cell, value);
+    walk.Expect(QStringLiteral("typed into %1").arg(NameOf(cell)), cell->text(), value);
+}
+
+void Connect(Walk& walk)
+{
+    ConnectTo(walk.Address());
+    walk.Expect(QStringLiteral("typed the address and clicked Connect"), ConnectionLine(),
+        QStringLiteral("Connected to ") + walk.Address());
+    walk.Say(QStringLiteral("  status line: ") + StatusLine());
+}
+
+void LookAtPages(Walk& walk)
+{
+    for (const Page* const page : Pages) {
+        ShowPage(page->title);
+        const auto* const pages = Find<QTabWidget>("tabWidget");
+        if (pages->tabText(pages->currentIndex()) == QLatin1String(page->title)) {
+            walk.Say(QStringLiteral("  page %1: %2")
+                         .arg(QLatin1String(page->title), FieldsOf(CurrentPage())));
+            walk.TakePicture(QLatin1String(page->picture));
+        }
+    }
+}
+
+// The reset before it, so that the choice has something to change.
+void ChooseRotor(Walk& walk)
+{
+    ShowPage(Azimuth.title);
+    if (!HasRotorList()) {
+        return;
+    }
+    Click(Find<QWidget>("btnReset"));
+    walk.Say(QStringLiteral("  clicked Reset to Default Settings: ") + FieldsOf(CurrentPage()));
+    auto* const rotors = Find<QComboBox>("listRotors");
+    Click(rotors);
+    Type(QStringLiteral("Pro"));
+    Press(Qt::Key_Return);
+    walk.Expect(
+        QStringLiteral("chose the rotor"), rotors->currentText(), QStringLiteral("ProSisTel"));
+    walk.Say(QStringLiteral("  fields: ") + FieldsOf(CurrentPage()));
+    walk.TakePicture(QStringLiteral("azimuth-prosistel"));
+    SendPage(walk, QStringLiteral("Azimuth"), QStringLiteral("HCF"), WordsForUnit(ProSisTelWords));
+}
+
+// Units with old firmware know no rotors: their parameters are typed.
+void EditAzimuth(Walk& walk)
+{
+    ShowPage(Azimuth.title);
+    if (HasRotorList()) {
+        return;
+    }
+    TypeIntoCell(walk, "0", QStringLiteral("321"));
+    TypeIntoCell(walk, "7", QStringLiteral("25"));
+    walk.TakePicture(QStringLiteral("azimuth-typed"));
+    SendPage(
+        walk, QStringLiteral("Azimuth"), QStringLiteral("HCF"), WordsForUnit(TypedAzimuthWords));
+}
+
+void EditPolar(Walk& walk)
+{
+    ShowPage(Polar.title);
+    TypeIntoCell(walk, "0", QStringLiteral("123"));
+    walk.TakePicture(QStringLiteral("polar-typed"));
+    SendPage(walk, QStringLiteral("Polar"), QStringLiteral("VCF"), WordsForUnit(TypedPolarWords));
+}
+
+void ReceivePolar(Walk& walk)
+{
+    TypeIntoCell(walk, "0", QStringLiteral("77"));
+    Click(Find<QWidget>("btnReceiveFromDevice"));
+    walk.Expect(QStringLiteral("clicked Recv from Device"), StatusLine(),
+        QStringLiteral("Device motor configuration read successfully!"));
+    auto* const cell = Find<QLineEdit>("0");
+    walk.Expect(
+        QStringLiteral("the unit kept %1").arg(NameOf(cell)), cell->text(), QStringLiteral("123"));
+    walk.TakePicture(QStringLiteral("polar-received"));
+}
+
+QString AddressesFound()
+{
+    QStringList addresses;
+    const auto* const table = Find<QTableWidget>("tblDetectDevices");
+    for (int row = 0; row < table->rowCount(); ++row) {
+        addresses.append(table->item(row, 0)->text());
+    }
+    addresses.sort();
+    return addresses.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+const QVector<Step>& UnitSteps()
+{
+    static const QVector<Step> steps{
+        Connect, LookAtPages, ChooseRotor, EditAzimuth, EditPolar, ReceivePolar};
+    return steps;
+}
+
+void SearchUnits(Walk& walk)
+{
+    const QStringList& range = walk.Settings().searchRange;
+    QStringList units = walk.Settings().addresses;
+    units.sort();
+    walk.Say(QStringLiteral("Search %1 to %2").arg(range.first(), range.last()));
+    ShowPage(Detect.title);
+    Overtype(Find<QWidget>("txtStartIpAddress"), range.first());
+    Overtype(Find<QWidget>("txtEndIpAddress"), range.last());
+    Click(Find<QWidget>("btnFindDevices"));
+    walk.Expect(QStringLiteral("clicked Find Z&K Devices"), StatusLine(),
+        QStringLiteral("Detect Z&K Devices: Ready"));
+    walk.Expect(QStringLiteral("found"), AddressesFound(), units.join(QStringLiteral(", ")));
+    walk.TakePicture(QStringLiteral("search"));
+}

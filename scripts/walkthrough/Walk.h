@@ -1,0 +1,50 @@
+#pragma once
+
+#include "scripts/walkthrough/UnitLog.h"
+
+#include <QDir>
+#include <QStringList>
+#include <QVector>
+
+/// What the command line asks for.
+struct WalkSettings
+{
+    QStringList addresses;
+    QDir pictures;
+    QDir unitLogs;
+    /// First and last address of the search; empty for no search.
+    QStringList searchRange;
+};
+
+/// The walk so far: the unit that it is at, what was wrong, and the ways to tell.
+class Walk
+{
+public:
+    explicit Walk(const WalkSettings& settings);
+
+    /// All steps at each unit, then the search. True when all was as expected. Steps that follow a
+    /// wrong one at the same unit are left out.
+    bool Run();
+
+    const WalkSettings& Settings() const { return settings; }
+    QString Address() const { return address; }
+    UnitLog& Log() { return *log; }
+
+    /// Prints a line.
+    void Say(const QString& line) const;
+    /// Prints the line, and what was seen if that is not what was expected.
+    void Expect(const QString& line, const QString& seen, const QString& expected);
+    /// Saves a picture of the window, as "<address>-<number>-<name>.png" and, at the first unit, as
+    /// "<name>.png" too.
+    void TakePicture(const QString& name);
+
+private:
+    void WalkThroughUnit(const QString& unit);
+    void Save(const QString& name);
+
+    WalkSettings settings;
+    QString address;
+    QScopedPointer<UnitLog> log;
+    int picturesOfUnit = 0;
+    int mistakes = 0;
+};
