@@ -131,7 +131,7 @@ QString Acknowledged(bool returned, const CDeviceCommunication& device)
 
 QString WordsOf(CDeviceParameters& parameters, short motor)
 {
-    using Accessor = ushort (CDeviceParameters::*)(short);
+    using Accessor = ushort (CDeviceParameters::*)(short) const;
     static const Accessor InOrder[] = {&CDeviceParameters::GetSlowMotionDifference,
         &CDeviceParameters::GetMotionHangUpDifference, &CDeviceParameters::GetStepDifference,
         &CDeviceParameters::GetStepSleep, &CDeviceParameters::GetPulseDuration,
