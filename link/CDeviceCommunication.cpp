@@ -74,7 +74,7 @@ QByteArray OneBytePerCharacter(const QString& text)
     return QByteArray(text.toUtf8().constData()).leftJustified(text.length(), '\0', true);
 }
 
-QByteArray OctetsOf(const QString& mac)
+QByteArray OctetsOfMac(const QString& mac)
 {
     QByteArray octets;
     const QStringList parts = mac.split(QLatin1Char(':'));
@@ -102,11 +102,14 @@ void PutMotor(QByteArray& block, int motor, const QMap<int, ushort>& parameters)
     }
 }
 
-void PutAddress(QByteArray& block, int offset, const QString& text)
+// Zeros for a text that is no address.
+QByteArray OctetsOfAddress(const QString& text)
 {
     QHostAddress address;
     address.setAddress(text);
-    qToBigEndian<quint32>(address.toIPv4Address(), reinterpret_cast<uchar*>(block.data()) + offset);
+    QByteArray octets(4, '\0');
+    qToBigEndian<quint32>(address.toIPv4Address(), octets.data());
+    return octets;
 }
 
 void PutIdentity(QByteArray& block, const QString& identity)
@@ -253,9 +256,9 @@ bool CDeviceCommunication::SendDeviceConfiguration(QString identity, QString mac
         }
         PutMotor(block, motor, *motors[motor]);
     }
-    Overwrite(block, MacOffset, OctetsOf(mac));
-    PutAddress(block, IpOffset, ip);
-    PutAddress(block, MaskOffset, mask);
+    Overwrite(block, MacOffset, OctetsOfMac(mac));
+    Overwrite(block, IpOffset, OctetsOfAddress(ip));
+    Overwrite(block, MaskOffset, OctetsOfAddress(mask));
     PutIdentity(block, identity);
     return SendFrame(Head("CF2") + block);
 }
@@ -266,7 +269,7 @@ bool CDeviceCommunication::SendMacAddress(QString mac)
     if (mac.length() <= 9) {
         return false;
     }
-    QByteArray octets = OctetsOf(mac);
+    QByteArray octets = OctetsOfMac(mac);
     if (octets.size() != MacSize) {
         octets.fill('\0', MacSize);
     }

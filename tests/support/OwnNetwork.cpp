@@ -69,6 +69,18 @@ bool OwnNetwork::AddHost(const QString& ip, const QString& mac)
            Ip(QStringLiteral("route add %1/32 dev to%2 src 192.168.77.1").arg(ip, number));
 }
 
+QStringList OwnNetwork::InLatestHost() const
+{
+    return {QStringLiteral("nsenter"), QStringLiteral("-t"),
+        QString::number(namespaces.back()->processId()), QStringLiteral("-n")};
+}
+
+bool OwnNetwork::AddSilentHost(const QString& ip)
+{
+    return Ip(QStringLiteral("neigh replace %1 lladdr 02:00:00:00:00:99 dev silent nud permanent")
+                  .arg(ip));
+}
+
 bool OwnNetwork::Ip(const QString& arguments)
 {
     return Run(QStringLiteral("ip"), Words(arguments));

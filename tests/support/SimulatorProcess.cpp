@@ -29,12 +29,16 @@ bool IsCommand(const QString& line)
 
 } // namespace
 
-SimulatorProcess::SimulatorProcess(const QStringList& options, const QString& address)
+SimulatorProcess::SimulatorProcess(
+    const QStringList& options, const QString& address, const QStringList& launcher)
     : address(address.isEmpty() ? UnusedLoopbackAddress() : address)
 {
+    QStringList words = launcher;
+    words << qEnvironmentVariable("VX440_SIMULATOR") << QStringLiteral("--address") << this->address
+          << options;
+    const QString program = words.takeFirst();
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(qEnvironmentVariable("VX440_SIMULATOR"),
-        QStringList{QStringLiteral("--address"), this->address} + options);
+    process.start(program, words);
     ready = process.waitForStarted(LongTimeMs) && WaitForLine(QStringLiteral("ready "));
 }
 

@@ -11,8 +11,9 @@ class SimulatorProcess
 {
 public:
     /// Starts a unit with these options and waits until it listens. `address` replaces the loopback
-    /// address that the process would get.
-    explicit SimulatorProcess(const QStringList& options = {}, const QString& address = {});
+    /// address that the process would get; `launcher` are the words that run it somewhere else.
+    explicit SimulatorProcess(const QStringList& options = {}, const QString& address = {},
+        const QStringList& launcher = {});
     ~SimulatorProcess();
     Q_DISABLE_COPY(SimulatorProcess)
 

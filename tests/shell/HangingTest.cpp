@@ -1,0 +1,183 @@
+#include "link/CDeviceCommunication.h"
+#include "model/CDeviceDatabase.h"
+#include "tests/support/OwnNetwork.h"
+#include "tests/support/SimulatorProcess.h"
+#include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
+
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTimer>
+#include <QWindow>
+#include <QtTest>
+
+namespace {
+
+QString SilentAddress()
+{
+    return QStringLiteral("192.168.77.200");
+}
+
+void FillRange(const char* start, const char* end)
+{
+    ShowPage("Detect Z&K Device");
+    Overtype(Find<QLineEdit>("txtStartIpAddress"), QString::fromLatin1(start));
+    Overtype(Find<QLineEdit>("txtEndIpAddress"), QString::fromLatin1(end));
+}
+
+QStringList Rows()
+{
+    const auto* const table = Find<QTableWidget>("tblDetectDevices");
+    QStringList rows;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        rows << table->item(row, 0)->text() + QLatin1Char(' ') + table->item(row, 1)->text();
+    }
+    return rows;
+}
+
+} // namespace
+
+/// The window towards hosts that answer, are silent, or are found, in a network of the test's own.
+class HangingTest : public WarningsFail
+{
+    Q_OBJECT
+
+private:
+    OwnNetwork network;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
+        QVERIFY2(network.Lay(), qPrintable(network.Error()));
+        QVERIFY2(network.AddSilentHost(SilentAddress()), qPrintable(network.Error()));
+        QVERIFY2(
+            network.AddHost(QStringLiteral("192.168.77.12"), QStringLiteral("02:4c:7e:0a:00:12")),
+            qPrintable(network.Error()));
+    }
+
+    void theProcessEndsWithinASecondWhileAThreadHangs_data()
+    {
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<QString>("address");
+        QTest::newRow("in connect") << QStringLiteral("connect") << SilentAddress();
+        QTest::newRow("in a resolution")
+            << QStringLiteral("search") << QStringLiteral("192.168.77.100");
+    }
+    void theProcessEndsWithinASecondWhileAThreadHangs()
+    {
+        QFETCH(QString, what);
+        QFETCH(QString, address);
+        QProcess program;
+        program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/HangingProgram"),
+            {what, address});
+        QVERIFY(program.waitForReadyRead(60000));
+        QCOMPARE(program.readLine(), QByteArray("closing\n"));
+        QElapsedTimer sinceClosing;
+        sinceClosing.start();
+        QVERIFY(program.waitForFinished(60000));
+        QVERIFY2(
+            sinceClosing.elapsed() < 1000, qPrintable(QString::number(sinceClosing.elapsed())));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+    }
+
+    void duringAnAttemptTheWindowTakesNoClicksAndNoClose()
+    {
+        QString label;
+        int labelsOfFirstAttempts = 0;
+        WhenProgressShows([&] {
+            Click(Find<QPushButton>("btnConnect"));
+            ShowPage("Detect Z&K Device");
+            CloseByTitleBar(MainWindow());
+            QTest::keyClick(VisibleProgress()->windowHandle(), Qt::Key_Escape);
+            label = VisibleProgress()->labelText();
+            for (const QWidget* const window : QApplication::topLevelWidgets()) {
+                labelsOfFirstAttempts += qobject_cast<const QProgressDialog*>(window) != nullptr;
+            }
+            QTimer::singleShot(0, [] { CloseByTitleBar(VisibleProgress()); });
+        });
+        ConnectTo(SilentAddress());
+        QCOMPARE(label, QStringLiteral("Connecting to VX440 (Attempt 1) ..."));
+        QCOMPARE(labelsOfFirstAttempts, 1);
+        QVERIFY(MainWindow()->isVisible());
+        QCOMPARE(Find<QTabWidget>("tabWidget")->currentIndex(), 0);
+        QCOMPARE(StatusLine(), QStringLiteral("Not connected to any device."));
+        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+    }
+
+    void aNewAttemptStartsAtOnceWhileTheOldOneHangs()
+    {
+        WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
+        ConnectTo(SilentAddress());
+        QVERIFY(TheDeviceCommunication()->isRunning());
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        QStringList labels;
+        WhenProgressShows([&labels] { labels << VisibleProgress()->labelText(); });
+        ConnectTo(unit.Address());
+        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
+        QVERIFY(!labels.contains(QStringLiteral("Connecting to VX440 (Attemp 2) ...")));
+        QVERIFY(!TheDeviceCommunication()->isRunning());
+    }
+
+    void theMacAddressOfTheUnitIsShownInUpperCase()
+    {
+        SimulatorProcess unit({}, QStringLiteral("192.168.77.12"), network.InLatestHost());
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        ShowPage("Info");
+        QCOMPARE(Find<QLineEdit>("txtMacAddress")->text(), QStringLiteral("02:4C:7E:0A:00:12"));
+    }
+
+    void anIdentityWithTooFewFieldsLeavesTheMacAddressShown()
+    {
+        SimulatorProcess unit({QStringLiteral("--fault"), QStringLiteral("wrong:*IDN?")},
+            QStringLiteral("192.168.77.12"), network.InLatestHost());
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        ShowPage("Info");
+        QCOMPARE(Find<QLineEdit>("txtMacAddress")->text(), QStringLiteral("02:4C:7E:0A:00:12"));
+        for (const char* const field : {"txtPartNumber", "txtSerialNumber", "txtVersionNumber"}) {
+            QCOMPARE(Find<QLineEdit>(field)->text(), QString());
+        }
+    }
+
+    void duringASearchTheWindowTakesNoClicksAndNoClose()
+    {
+        FillRange("192.168.77.10", "192.168.77.14");
+        QString status;
+        WhenProgressShows([&status] {
+            Click(Find<QPushButton>("btnConnect"));
+            Click(Find<QPushButton>("btnFindDevices"));
+            ShowPage("Info");
+            CloseByTitleBar(MainWindow());
+            QTest::keyClick(VisibleProgress()->windowHandle(), Qt::Key_Escape);
+            status = StatusLine();
+        });
+        Click(Find<QPushButton>("btnFindDevices"));
+        QCOMPARE(status, QStringLiteral("Detect Z&K Devices: in progress"));
+        QCOMPARE(StatusLine(), QStringLiteral("Detect Z&K Devices: Ready"));
+        QVERIFY(MainWindow()->isVisible());
+        QCOMPARE(Rows(), QStringList{QStringLiteral("192.168.77.12 02:4c:7e:0a:00:12")});
+        ShowPage("Info");
+    }
+
+    void closingTheSearchsDialogEndsItWithWhatIsListed()
+    {
+        FillRange("192.168.77.10", "192.168.77.250");
+        WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
+        Click(Find<QPushButton>("btnFindDevices"));
+        QCOMPARE(StatusLine(), QStringLiteral("Detect Z&K Devices: Ready"));
+        QCOMPARE(Rows(), QStringList());
+        ShowPage("Info");
+    }
+};
+
+VX440_WINDOW_TEST_MAIN(HangingTest)
+#include "HangingTest.moc"
