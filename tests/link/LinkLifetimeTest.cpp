@@ -1,0 +1,126 @@
+#include "link/CDeviceCommunication.h"
+#include "tests/support/SimulatorProcess.h"
+#include "tests/support/Warnings.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+int EntriesOf(const char* folder)
+{
+    return QDir(QLatin1String(folder))
+        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
+        .size();
+}
+
+int OpenDescriptors()
+{
+    return EntriesOf("/proc/self/fd");
+}
+
+int Threads()
+{
+    return EntriesOf("/proc/self/task");
+}
+
+} // namespace
+
+/// The real link against a unit, again and again.
+class LinkLifetimeTest : public WarningsFail
+{
+    Q_OBJECT
+
+private:
+    static bool Connect(const SimulatorProcess& unit)
+    {
+        TheDeviceCommunication()->StartConnection(unit.Address().toLatin1());
+        TheDeviceCommunication()->wait();
+        return TheDeviceCommunication()->IsConnected();
+    }
+
+private slots:
+    void aThousandConnectsAndDisconnectsLeakNeitherDescriptorsNorThreads()
+    {
+        const SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        QVERIFY(Connect(unit));
+        TheDeviceCommunication()->Disconnect();
+        const int descriptors = OpenDescriptors();
+        const int threads = Threads();
+        for (int i = 0; i < 1000; ++i) {
+            QVERIFY(Connect(unit));
+            TheDeviceCommunication()->Disconnect();
+        }
+        QCOMPARE(OpenDescriptors(), descriptors);
+        QCOMPARE(Threads(), threads);
+    }
+
+    void aThousandNewAttemptsOverALinkLeakNothingEither()
+    {
+        const SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        QVERIFY(Connect(unit));
+        const int descriptors = OpenDescriptors();
+        const int threads = Threads();
+        for (int i = 0; i < 1000; ++i) {
+            QVERIFY(Connect(unit));
+        }
+        QCOMPARE(OpenDescriptors(), descriptors);
+        QCOMPARE(Threads(), threads);
+        TheDeviceCommunication()->Disconnect();
+    }
+
+    void aRefusedConnectIsNoConnection()
+    {
+        TheDeviceCommunication()->StartConnection("127.0.0.1"); // nobody listens there
+        TheDeviceCommunication()->wait();
+        QVERIFY(!TheDeviceCommunication()->IsConnected());
+    }
+
+    void aStaleStreamNeverReachesADescriptorThatIsGivenOutAgain()
+    {
+        const SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        QVERIFY(Connect(unit));
+        TheDeviceCommunication()->Disconnect();
+        QFile taker(QDir::tempPath() +
+                    QStringLiteral("/vx440-taker-%1").arg(QCoreApplication::applicationPid()));
+        QVERIFY(taker.open(QIODevice::ReadWrite)); // has the socket's number now
+        const QSignalSpy lost(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost);
+        QVERIFY(!TheDeviceCommunication()->SendMotorConfiguration(0, {1, 2, 3}));
+        QCOMPARE(lost.count(), 1);
+        QCOMPARE(taker.size(), qint64(0));
+        taker.remove();
+    }
+
+    void aUnitThatResetsEndsTheLinkAtTheNextSendAndNoSignalKillsTheProcess()
+    {
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        QVERIFY(Connect(unit));
+        QVERIFY(unit.WaitForLine(QStringLiteral("connected ")));
+        QVERIFY(unit.Tell(QStringLiteral("drop")));
+        const QSignalSpy lost(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost);
+        QVERIFY(!TheDeviceCommunication()->SendMotorConfiguration(0, {1}));
+        QVERIFY(!TheDeviceCommunication()->IsConnected());
+        QCOMPARE(lost.count(), 1);
+    }
+
+    void aReadAfterAResetComesBack()
+    {
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        QVERIFY(Connect(unit));
+        QVERIFY(unit.WaitForLine(QStringLiteral("connected ")));
+        QVERIFY(unit.Tell(QStringLiteral("fault resetting:CF0")));
+        uchar block[75] = {};
+        QVERIFY(!TheDeviceCommunication()->ReadConfiguration(block, sizeof block));
+        QVERIFY(!TheDeviceCommunication()->ReadConfiguration(block, sizeof block));
+        QVERIFY(!TheDeviceCommunication()->IsConnected());
+    }
+};
+
+QTEST_GUILESS_MAIN(LinkLifetimeTest)
+#include "LinkLifetimeTest.moc"
