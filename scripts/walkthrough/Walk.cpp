@@ -17,6 +17,7 @@ bool Walk::Run()
         WalkThroughUnit(unit);
     }
     if (!settings.searchRange.isEmpty()) {
+        address.clear();
         SearchUnits(*this);
     }
     Say(mistakes == 0 ? QStringLiteral("All was as expected.")
@@ -59,9 +60,11 @@ void Walk::Expect(const QString& line, const QString& seen, const QString& expec
 
 void Walk::TakePicture(const QString& name)
 {
-    ++picturesOfUnit;
-    Save(QStringLiteral("%1-%2-%3.png").arg(address).arg(picturesOfUnit).arg(name));
-    if (address == settings.addresses.first()) {
+    if (!address.isEmpty()) {
+        ++picturesOfUnit;
+        Save(QStringLiteral("%1-%2-%3.png").arg(address).arg(picturesOfUnit).arg(name));
+    }
+    if (address.isEmpty() || address == settings.addresses.first()) {
         Save(name + QStringLiteral(".png"));
     }
 }

@@ -27,7 +27,9 @@ public:
     bool Run();
 
     const WalkSettings& Settings() const { return settings; }
+    /// Of the unit that it is at; empty in the search.
     QString Address() const { return address; }
+    /// Of the unit that it is at or was at last.
     UnitLog& Log() { return *log; }
 
     /// Prints a line.
@@ -35,7 +37,7 @@ public:
     /// Prints the line, and what was seen if that is not what was expected.
     void Expect(const QString& line, const QString& seen, const QString& expected);
     /// Saves a picture of the window, as "<address>-<number>-<name>.png" and, at the first unit, as
-    /// "<name>.png" too.
+    /// "<name>.png" too; only as "<name>.png" when it is not at a unit.
     void TakePicture(const QString& name);
 
 private:

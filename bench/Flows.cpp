@@ -1,0 +1,118 @@
+#include "bench/Flows.h"
+
+#include "bench/Table.h"
+#include "tests/support/SimulatorProcess.h"
+#include "tests/support/WindowTest.h"
+
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QTableWidget>
+
+#include <functional>
+
+namespace {
+
+// The waits, in milliseconds: before each command the input is drained, an answer of a fixed length
+// is given a second, a text is read a character a millisecond.
+constexpr double DrainMs = 10;
+constexpr double AnswerMs = 1000;
+constexpr double ConnectPollMs = 100;
+constexpr double AddressMs = 85;
+constexpr double SearchMs = 100 + 200;
+
+constexpr char NewIdentity[] = "ZELMA&KOVINTH,VX440,4400.1290.02/000129,3.10\r";
+constexpr char OldIdentity[] = "ZELMA&KOVINTH,VX440,4400.1290.02/000129,2.50\r";
+
+double TextWaits(const char* answer)
+{
+    return DrainMs + static_cast<double>(qstrlen(answer));
+}
+
+// One configuration block for each of the two motor tabs.
+double LoadWaits(const char* identity)
+{
+    return ConnectPollMs + TextWaits(identity) + 2 * (DrainMs + AnswerMs);
+}
+
+double MedianMs(
+    int repetitions, const std::function<void()>& prepare, const std::function<void()>& flow)
+{
+    QVector<double> times;
+    for (int i = 0; i < repetitions; ++i) {
+        prepare();
+        QElapsedTimer timer;
+        timer.start();
+        flow();
+        times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    return Median(times);
+}
+
+void Require(const QString& seen, const QString& expected)
+{
+    if (seen != expected) {
+        qFatal("seen \"%s\", expected \"%s\"", qPrintable(seen), qPrintable(expected));
+    }
+}
+
+double ConnectAndLoadMs(const QString& address, int repetitions)
+{
+    const double milliseconds = MedianMs(
+        repetitions, [&address] { Overtype(Find<QLineEdit>("txtIpAddress"), address); },
+        [] { Click(Find<QWidget>("btnConnect")); });
+    Require(StatusLine(), QStringLiteral("Device motor configuration read successfully!"));
+    return milliseconds;
+}
+
+double SendMs(int repetitions)
+{
+    ShowPage("Azimuth Configuration");
+    const double milliseconds = MedianMs(
+        repetitions, [] {}, [] { Click(Find<QWidget>("btnSendToDevice")); });
+    Require(StatusLine(), QStringLiteral("Azimuth Motor configuration sent successfully."));
+    return milliseconds;
+}
+
+int LastOctet(const QString& address)
+{
+    return address.section(QLatin1Char('.'), -1).toInt();
+}
+
+} // namespace
+
+void MeasureFlows(Table& table, int repetitions)
+{
+    const struct
+    {
+        QString name;
+        QStringList options;
+        const char* identity;
+        double target;
+    } generations[] = {
+        {QStringLiteral("new"), {}, NewIdentity, 1.02},
+        {QStringLiteral("old"), {QStringLiteral("--firmware"), QStringLiteral("2.50")}, OldIdentity,
+            1.03},
+    };
+    for (const auto& generation : generations) {
+        const SimulatorProcess unit(generation.options);
+        table.Add(QStringLiteral("connect and load, %1 firmware").arg(generation.name),
+            QStringLiteral("ms"), ConnectAndLoadMs(unit.Address(), repetitions),
+            LoadWaits(generation.identity), generation.target);
+        table.Add(QStringLiteral("send a motor, %1 firmware").arg(generation.name),
+            QStringLiteral("ms"), SendMs(5 * repetitions), DrainMs, 0);
+    }
+}
+
+void MeasureSearch(Table& table, const QStringList& range, int units, int repetitions)
+{
+    const int addresses = LastOctet(range.last()) - LastOctet(range.first()) + 1;
+    ShowPage("Detect Z&K Device");
+    Overtype(Find<QLineEdit>("txtStartIpAddress"), range.first());
+    Overtype(Find<QLineEdit>("txtEndIpAddress"), range.last());
+    const double milliseconds = MedianMs(
+        repetitions, [] {}, [] { Click(Find<QWidget>("btnFindDevices")); });
+    Require(QString::number(Find<QTableWidget>("tblDetectDevices")->rowCount()),
+        QString::number(units));
+    table.Add(QStringLiteral("search of %1 addresses").arg(addresses), QStringLiteral("ms"),
+        milliseconds, addresses * AddressMs + SearchMs, 1.02);
+}

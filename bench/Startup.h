@@ -1,0 +1,7 @@
+#pragma once
+
+class Table;
+
+/// Starts the tool and an empty dialog in turn, each as a process of its own, and adds the time
+/// until the window is painted and the most memory that the process had until then.
+void MeasureStartup(Table& table, int repetitions);
