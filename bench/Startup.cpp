@@ -45,8 +45,8 @@ void MeasureStartup(Table& table, int repetitions)
         StartOnce(QStringLiteral("bench-startup-tool"), tool);
         StartOnce(QStringLiteral("bench-startup-empty"), empty);
     }
-    table.Add(QStringLiteral("start-up, empty dialog"), QStringLiteral("ms"),
+    table.Add(QStringLiteral("start-up beside an empty dialog"), QStringLiteral("ms"),
         Median(tool.milliseconds), Median(empty.milliseconds), TimeTarget);
-    table.Add(QStringLiteral("peak memory, empty dialog"), QStringLiteral("MB"),
+    table.Add(QStringLiteral("peak memory beside an empty dialog"), QStringLiteral("MB"),
         Median(tool.megabytes), Median(empty.megabytes), MemoryTarget);
 }
