@@ -901,6 +901,7 @@ void TabMotorConfigurationTest::newFirmwareIsSentItsTwelveWords()
     ChooseRotor(motor, entry);
     const Notified notified;
     ClickSend(motor);
+    QCOMPARE(StatusLine(), WithName("%1 Motor configuration sent successfully.", motor));
     QVERIFY(newUnit->WaitForLine(Text(MnemonicOf[motor])));
     QCOMPARE(newUnit->Commands().size(), 1);
     QCOMPARE(newUnit->Commands().first().toLower(),
@@ -910,7 +911,6 @@ void TabMotorConfigurationTest::newFirmwareIsSentItsTwelveWords()
         QVector<int>{StatusColumn} + RowColumns(motor) + QVector<int>{StatusColumn});
     QCOMPARE(notified.texts, (QStringList{WithName("Sending %1 Motor Configuration .. ", motor),
                                  WithName("%1 Motor configuration sent successfully.", motor)}));
-    QCOMPARE(StatusLine(), WithName("%1 Motor configuration sent successfully.", motor));
 }
 
 void TabMotorConfigurationTest::whatIsTypedIsSent()
@@ -924,6 +924,7 @@ void TabMotorConfigurationTest::whatIsTypedIsSent()
         expected[ParameterOfRow[row]] = static_cast<ushort>(51 + row);
     }
     ClickSend(motor);
+    QCOMPARE(StatusLine(), WithName("%1 Motor configuration sent successfully.", motor));
     QVERIFY(newUnit->WaitForLine(Text(MnemonicOf[motor])));
     QCOMPARE(newUnit->State(Text(NameOf[motor]).toLower()), JoinedNumbers(expected));
     QCOMPARE(Stored(motor), expected);
@@ -1149,6 +1150,7 @@ void TabMotorConfigurationTest::oldFirmwareIsSentItsTenWords()
     for (int twice = 0; twice < 2; ++twice) {
         oldUnit->Forget();
         ClickSend(motor);
+        QCOMPARE(StatusLine(), WithName("%1 Motor configuration sent successfully.", motor));
         QVERIFY(oldUnit->WaitForLine(Text(MnemonicOf[motor])));
         // A word too many would stand in front of the second frame.
         QCOMPARE(oldUnit->Commands().size(), 1);
@@ -1156,7 +1158,6 @@ void TabMotorConfigurationTest::oldFirmwareIsSentItsTenWords()
             Text(MnemonicOf[motor]).toLower() + QLatin1Char(' ') + payload);
     }
     QCOMPARE(QByteArray(MnemonicOf[motor]).size() + 1 + payload.size() / 2, 24);
-    QCOMPARE(StatusLine(), WithName("%1 Motor configuration sent successfully.", motor));
 }
 
 void TabMotorConfigurationTest::aReceiveFromOldFirmwareLeavesSpeedAndTypeAlone()
