@@ -5,6 +5,7 @@
 
 #include <QPixmap>
 #include <QTextStream>
+#include <QtTest>
 
 Walk::Walk(const WalkSettings& settings)
     : settings(settings)
@@ -13,15 +14,20 @@ Walk::Walk(const WalkSettings& settings)
 
 bool Walk::Run()
 {
+    Require(QTest::qWaitForWindowExposed(MainWindow()), QStringLiteral("the window is not shown"));
+    Require(settings.pictures.mkpath(QStringLiteral(".")),
+        QStringLiteral("the folder of the pictures cannot be made"));
     for (const QString& unit : qAsConst(settings.addresses)) {
         WalkThroughUnit(unit);
     }
-    if (!settings.searchRange.isEmpty()) {
+    if (settings.searchRange.isEmpty()) {
+        Say(QStringLiteral("No search."));
+    } else {
         address.clear();
         SearchUnits(*this);
     }
     Say(mistakes == 0 ? QStringLiteral("All was as expected.")
-                      : QStringLiteral("%1 things were wrong, see above.").arg(mistakes));
+                      : QStringLiteral("Wrong above: %1.").arg(mistakes));
     return mistakes == 0;
 }
 
@@ -52,9 +58,14 @@ void Walk::Say(const QString& line) const
 void Walk::Expect(const QString& line, const QString& seen, const QString& expected)
 {
     Say(QStringLiteral("  %1: %2").arg(line, seen));
-    if (seen != expected) {
+    Require(seen == expected, QStringLiteral("expected \"%1\"").arg(expected));
+}
+
+void Walk::Require(bool right, const QString& complaint)
+{
+    if (!right) {
         ++mistakes;
-        Say(QStringLiteral("  WRONG: expected \"%1\"").arg(expected));
+        Say(QStringLiteral("  WRONG: ") + complaint);
     }
 }
 
@@ -71,8 +82,6 @@ void Walk::TakePicture(const QString& name)
 
 void Walk::Save(const QString& name)
 {
-    if (!MainWindow()->grab().save(settings.pictures.filePath(name))) {
-        ++mistakes;
-        Say(QStringLiteral("  WRONG: the picture %1 cannot be written").arg(name));
-    }
+    Require(MainWindow()->grab().save(settings.pictures.filePath(name)),
+        QStringLiteral("the picture %1 cannot be written").arg(name));
 }

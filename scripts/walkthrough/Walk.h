@@ -42,6 +42,7 @@ public:
 
 private:
     void WalkThroughUnit(const QString& unit);
+    void Require(bool right, const QString& complaint);
     void Save(const QString& name);
 
     WalkSettings settings;

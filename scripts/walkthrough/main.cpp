@@ -4,7 +4,6 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QHostAddress>
-#include <QtTest>
 
 #include <algorithm>
 
@@ -67,10 +66,5 @@ WalkSettings ReadCommandLine(int argc, char** argv)
 int main(int argc, char** argv)
 {
     const WalkSettings settings = ReadCommandLine(argc, argv);
-    const auto walk = [&settings] {
-        const bool shown = QTest::qWaitForWindowExposed(MainWindow());
-        return shown && settings.pictures.mkpath(QStringLiteral(".")) && Walk(settings).Run() ? 0
-                                                                                              : 1;
-    };
-    return RunInTheProgram(walk, argc, argv);
+    return RunInTheProgram([&settings] { return Walk(settings).Run() ? 0 : 1; }, argc, argv);
 }

@@ -74,6 +74,7 @@ class ConnectToDeviceTest : public WarningsFail
 private slots:
     void init()
     {
+        WarningsFail::init();
         TheDeviceCommunication()->Disconnect();
         scripted::Reset();
         TheDeviceDatabase()->ResetData();

@@ -3,12 +3,13 @@
 #include <QObject>
 #include <QStringList>
 
-/// Base of a test class in which a warning of the program fails the test function that caused it.
+/// Base of a test class in which a warning of the program fails the test function that caused it. A
+/// class with an init() of its own calls this one first.
 class WarningsFail : public QObject
 {
     Q_OBJECT
 
-private slots:
+protected slots:
     void init();
     void cleanup();
 };
