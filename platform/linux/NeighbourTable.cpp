@@ -14,8 +14,11 @@
 #include <linux/neighbour.h>
 #include <linux/rtnetlink.h>
 #include <netinet/in.h>
+#include <netlink/addr.h>
 #include <netlink/msg.h>
 #include <netlink/netlink.h>
+#include <netlink/route/nexthop.h>
+#include <netlink/route/route.h>
 #include <netlink/socket.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -41,6 +44,8 @@ struct FreeBy
 
 using NetlinkSocket = std::unique_ptr<nl_sock, FreeBy<nl_socket_free>>;
 using Message = std::unique_ptr<nl_msg, FreeBy<nlmsg_free>>;
+using Address = std::unique_ptr<nl_addr, FreeBy<nl_addr_put>>;
+using Route = std::unique_ptr<rtnl_route, FreeBy<rtnl_route_put>>;
 
 NetlinkSocket ConnectToKernel()
 {
@@ -74,36 +79,18 @@ int KeepRow(nl_msg* message, void* rows)
     return NL_OK;
 }
 
-// Keeps the interface of a route that has no other host on it.
-int KeepDirectInterface(nl_msg* message, void* interfaceIndex)
-{
-    nlmsghdr* header = nlmsg_hdr(message);
-    nlattr* attributes[RTA_MAX + 1] = {};
-    if (nlmsg_parse(header, sizeof(rtmsg), attributes, RTA_MAX, nullptr) < 0 ||
-        attributes[RTA_OIF] == nullptr) {
-        return NL_SKIP;
-    }
-    const auto* head = static_cast<const rtmsg*>(nlmsg_data(header));
-    if (head->rtm_type == RTN_UNICAST && attributes[RTA_GATEWAY] == nullptr &&
-        attributes[RTA_VIA] == nullptr) {
-        *static_cast<int*>(interfaceIndex) = static_cast<int>(nla_get_u32(attributes[RTA_OIF]));
-    }
-    return NL_OK;
-}
-
 int KeepError(sockaddr_nl*, nlmsgerr* answer, void* error)
 {
     *static_cast<unsigned*>(error) = static_cast<unsigned>(-answer->error);
     return NL_STOP;
 }
 
-// Sends one request and takes the whole answer: `keep` gets each message in it, and `kept`. 0, or
-// the error.
-unsigned Ask(nl_sock* kernel, nl_msg* request, nl_recvmsg_msg_cb_t keep, void* kept)
+// Sends one request and takes the whole answer: the neighbours in it go to `rows`. 0, or the error.
+unsigned Ask(nl_sock* kernel, nl_msg* request, std::vector<NeighbourRow>* rows)
 {
     unsigned error = 0;
     nl_socket_modify_err_cb(kernel, NL_CB_CUSTOM, KeepError, &error);
-    nl_socket_modify_cb(kernel, NL_CB_VALID, NL_CB_CUSTOM, keep, kept);
+    nl_socket_modify_cb(kernel, NL_CB_VALID, NL_CB_CUSTOM, KeepRow, rows);
     if (nl_send_auto(kernel, request) < 0) {
         return EIO;
     }
@@ -123,7 +110,7 @@ unsigned AskForNeighbour(nl_sock* kernel, int type, int flags, std::uint32_t add
         nla_put_u32(request.get(), NDA_DST, address) < 0) {
         return ENOMEM;
     }
-    return Ask(kernel, request.get(), KeepRow, rows);
+    return Ask(kernel, request.get(), rows);
 }
 
 unsigned ReadRows(std::vector<NeighbourRow>& rows)
@@ -136,7 +123,7 @@ unsigned ReadRows(std::vector<NeighbourRow>& rows)
         nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0) {
         return EIO;
     }
-    const unsigned error = Ask(kernel.get(), request.get(), KeepRow, &rows);
+    const unsigned error = Ask(kernel.get(), request.get(), &rows);
     // The kernel's own entries for loopback, multicast and broadcast.
     rows.erase(std::remove_if(rows.begin(), rows.end(),
                    [](const NeighbourRow& row) { return row.type == NUD_NOARP; }),
@@ -167,16 +154,17 @@ void CopyOut(const std::vector<NeighbourRow>& rows, NeighbourTable* table)
 // The interface on which an address is reached directly, or 0.
 int DirectInterface(nl_sock* kernel, std::uint32_t destination)
 {
-    const Message request(nlmsg_alloc_simple(RTM_GETROUTE, 0));
-    rtmsg head{};
-    head.rtm_family = AF_INET;
-    head.rtm_dst_len = 32;
-    int interfaceIndex = 0;
-    if (request != nullptr && nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) >= 0 &&
-        nla_put_u32(request.get(), RTA_DST, destination) >= 0) {
-        Ask(kernel, request.get(), KeepDirectInterface, &interfaceIndex);
+    const Address address(nl_addr_build(AF_INET, &destination, sizeof destination));
+    rtnl_route* found = nullptr;
+    if (address == nullptr || rtnl_route_lookup(kernel, address.get(), &found) < 0) {
+        return 0;
     }
-    return interfaceIndex;
+    const Route route(found);
+    rtnl_nexthop* hop = rtnl_route_nexthop_n(found, 0);
+    const bool direct = rtnl_route_get_type(found) == RTN_UNICAST && hop != nullptr &&
+                        rtnl_route_nh_get_gateway(hop) == nullptr &&
+                        rtnl_route_nh_get_via(hop) == nullptr;
+    return direct ? rtnl_route_nh_get_ifindex(hop) : 0;
 }
 
 sockaddr_in UdpAddress(std::uint32_t address, std::uint16_t port)
