@@ -47,8 +47,8 @@ unsigned DeleteNeighbour(const NeighbourRow& row);
 unsigned ResolveNeighbour(std::uint32_t destination, std::uint32_t source,
     std::uint8_t* physicalAddress, std::uint32_t* length);
 
-/// The address that a dotted text names, with a part that begins with 0 read as octal. All ones when
-/// it names none.
+/// The address that a dotted text names, with a part that begins with 0 read as octal. All ones
+/// when it names none.
 std::uint32_t ParseIpv4Address(const char* text);
 
 /// Writes the dotted text, without padding, and its terminator. `size` is at least 16.

@@ -7,8 +7,8 @@
 
 namespace {
 
-// Lets the user leave a field by the Tab key whatever stands in it. An editor's own delegate holds the
-// key back while the text is not acceptable, and an empty MAC address is not.
+// Lets the user leave a field by the Tab key whatever stands in it. An editor's own delegate holds
+// the key back while the text is not acceptable, and an empty MAC address is not.
 class CFieldDelegate : public QItemDelegate
 {
 public:

@@ -54,7 +54,7 @@ private slots:
             TheDeviceCommunication()->Disconnect();
         }
         QCOMPARE(OpenDescriptors(), descriptors);
-        QCOMPARE(Threads(), threads);
+        QTRY_VERIFY(Threads() <= threads); // a thread that has been waited for may still be going
     }
 
     void aThousandNewAttemptsOverALinkLeakNothingEither()
@@ -68,7 +68,7 @@ private slots:
             QVERIFY(Connect(unit));
         }
         QCOMPARE(OpenDescriptors(), descriptors);
-        QCOMPARE(Threads(), threads);
+        QTRY_VERIFY(Threads() <= threads); // a thread that has been waited for may still be going
         TheDeviceCommunication()->Disconnect();
     }
 

@@ -15,7 +15,13 @@
 namespace scripted {
 
 /// SucceedsWhenTold waits for a later SetConnectResult.
-enum class ConnectResult { Succeeds, Fails, Hangs, SucceedsWhenTold };
+enum class ConnectResult
+{
+    Succeeds,
+    Fails,
+    Hangs,
+    SucceedsWhenTold
+};
 
 /// Everything as at the start of the process: the clock at 0, no bytes, connects succeed at once.
 void Reset();
