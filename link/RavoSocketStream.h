@@ -27,5 +27,5 @@ public:
 
 private:
     platform::SocketHandle handle;
-    qint32 state = 1;
+    [[maybe_unused]] qint32 state = 1;
 };

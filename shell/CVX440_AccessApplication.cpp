@@ -20,7 +20,7 @@ constexpr int FormFontPixels = 11;
 
 void UseFormLook()
 {
-    QApplication::setStyle(new CFormStyle);
+    QApplication::setStyle(new CFormStyle); // NOLINT(*-NewDeleteLeaks): the application owns it
     QFont font;
     font.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans Condensed"),
         QStringLiteral("Arial")});

@@ -25,12 +25,12 @@ extern "C" void* RunThread(void* parameter)
 
 SystemHandle StartThread(ThreadEntry entry, void* parameter)
 {
-    auto start = std::make_unique<ThreadStart>(ThreadStart{entry, parameter});
+    auto* const start = new ThreadStart{entry, parameter}; // the thread frees it
     pthread_t thread{};
-    if (pthread_create(&thread, nullptr, RunThread, start.get()) != 0) {
+    if (pthread_create(&thread, nullptr, RunThread, start) != 0) {
+        delete start;
         return InvalidHandle;
     }
-    start.release(); // the thread frees it
     pthread_detach(thread);
     return static_cast<SystemHandle>(thread);
 }
