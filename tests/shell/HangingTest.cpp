@@ -118,11 +118,17 @@ private slots:
         QVERIFY(TheDeviceCommunication()->isRunning());
         SimulatorProcess unit;
         QVERIFY(unit.IsReady());
-        QStringList labels;
-        WhenProgressShows([&labels] { labels << VisibleProgress()->labelText(); });
+        int attempts = 0;
+        const auto counting = connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
+            [&attempts](const QModelIndex& cell) {
+                const bool isStatus = cell.column() == CDeviceDatabase::ConnectionStatusColumn;
+                attempts +=
+                    isStatus && cell.data().toString().startsWith(QLatin1String("Reconnecting"));
+            });
         ConnectTo(unit.Address());
+        disconnect(counting);
         QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
-        QVERIFY(!labels.contains(QStringLiteral("Connecting to VX440 (Attemp 2) ...")));
+        QCOMPARE(attempts, 1);
         QVERIFY(!TheDeviceCommunication()->isRunning());
     }
 

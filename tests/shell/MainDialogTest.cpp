@@ -371,22 +371,6 @@ private slots:
             (QStringList{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF0")}));
     }
 
-    void aDoubleClickOnConnectConnectsOnce()
-    {
-        SimulatorProcess unit;
-        QVERIFY(unit.IsReady());
-        Overtype(Find<QLineEdit>("txtIpAddress"), unit.Address());
-        auto* const button = Find<QPushButton>("btnConnect");
-        const QPoint place = button->mapTo(MainWindow(), button->rect().center());
-        // The second click is already waiting when the first one's work begins.
-        QMetaObject::invokeMethod(
-            button,
-            [&] { QTest::mouseClick(MainWindow()->windowHandle(), Qt::LeftButton, {}, place); },
-            Qt::QueuedConnection);
-        QTest::mouseClick(MainWindow()->windowHandle(), Qt::LeftButton, {}, place);
-        QCOMPARE(unit.Commands().count(QStringLiteral("*IDN?")), 1);
-    }
-
     void aLostLinkTellsTheUserAndKeepsWhatIsKnown()
     {
         SimulatorProcess unit;
