@@ -3,10 +3,14 @@
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "rotor/CDeviceParameters.h"
+#include "rotor/CFileIO.h"
 #include "rotor/CTableValueValidator.h"
+#include "rotor/ConfigurationFileLines.h"
 #include "rotor/RotorCatalogue.h"
+#include "rotor/StringTokenizer.h"
 #include "ui_TabMotorConfiguration.h"
 
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QHostAddress>
 #include <QLineEdit>
@@ -63,6 +67,16 @@ const QMap<int, ushort>& ResetDefaultsOf(int motor)
 QString NotConnectedText()
 {
     return QStringLiteral("Not connected to any device.");
+}
+
+QString EmptyFileNameText()
+{
+    return QStringLiteral("Empty filename!!");
+}
+
+QString FileFilter()
+{
+    return QStringLiteral("files *.txt");
 }
 
 bool IsKeyEvent(const QEvent& event)
@@ -136,6 +150,10 @@ void CTabMotorConfiguration::OrderTabKey()
 
 void CTabMotorConfiguration::ConnectButtons()
 {
+    connect(ui->btnReadFromFile, &QPushButton::clicked, this,
+        &CTabMotorConfiguration::ReadMotorConfigurationButtonClicked);
+    connect(ui->btnWriteToFile, &QPushButton::clicked, this,
+        &CTabMotorConfiguration::WriteMotorConfigurationButtonClicked);
     connect(ui->btnSendToDevice, &QPushButton::clicked, this,
         &CTabMotorConfiguration::SendConfigurationButtonClicked);
     connect(ui->btnReceiveFromDevice, &QPushButton::clicked, this,
@@ -306,6 +324,89 @@ void CTabMotorConfiguration::ReceiveConfigurationButtonClicked()
     }
     database->SetSubnetMask(QHostAddress(database->GetSubnetMask()).toString());
     database->SetApplicationStatus(QStringLiteral("Device motor configuration read successfully!"));
+}
+
+void CTabMotorConfiguration::WriteMotorConfigurationButtonClicked()
+{
+    CDeviceDatabase* const database = TheDeviceDatabase();
+    database->SetApplicationStatus(
+        QStringLiteral("Preparing to write device configuration to file .."));
+    emit ReadFromUi();
+    database->SetApplicationStatus(WriteTables());
+}
+
+// These give the text that the status line ends with.
+QString CTabMotorConfiguration::WriteTables()
+{
+    for (const int any : {Azimuth, Polar}) {
+        const QString error = TheDeviceDatabase()->GetMotorValidationError(any);
+        if (!error.isEmpty()) {
+            return error;
+        }
+    }
+    return SaveToChosenFile();
+}
+
+QString CTabMotorConfiguration::SaveToChosenFile()
+{
+    const QString suffix = QStringLiteral(".txt");
+    QString fileName = QFileDialog::getSaveFileName(
+        this, QStringLiteral("Select file to save configuration"), QString(), FileFilter());
+    if (fileName.isEmpty()) {
+        return EmptyFileNameText();
+    }
+    if (!fileName.endsWith(suffix)) {
+        fileName.append(suffix);
+    }
+    if (!WriteConfigurationFile(fileName)) {
+        return QStringLiteral("Could not write device configuration to file !!");
+    }
+    return QStringLiteral("Saved to file ") + fileName;
+}
+
+bool CTabMotorConfiguration::WriteConfigurationFile(QString fileName)
+{
+    CFileIO file(fileName);
+    return file.OpenForWrite() && file.WriteBanner() && WriteIdentityLines(file) &&
+           WriteParameterLines(file, Azimuth) && WriteParameterLines(file, Polar);
+}
+
+void CTabMotorConfiguration::ReadMotorConfigurationButtonClicked()
+{
+    TheDeviceDatabase()->SetApplicationStatus(
+        QStringLiteral("Reading Device configuration from file .."));
+    TheDeviceDatabase()->SetApplicationStatus(ReadChosenFile());
+}
+
+QString CTabMotorConfiguration::ReadChosenFile()
+{
+    const QString fileName = QFileDialog::getOpenFileName(
+        this, QStringLiteral("Select Device Configuration file"), QString(), FileFilter());
+    if (fileName.isEmpty()) {
+        return EmptyFileNameText();
+    }
+    QString error;
+    if (!ReadConfigurationFile(fileName, error, motor)) {
+        return error;
+    }
+    return QStringLiteral("Read file successfully.");
+}
+
+bool CTabMotorConfiguration::ReadConfigurationFile(QString fileName, QString& error, int motor)
+{
+    CFileIO file(fileName);
+    if (!file.OpenForRead()) {
+        return false;
+    }
+    while (!file.IsAtEnd()) {
+        QString line;
+        file.ReadLine(line);
+        if (!ApplyConfigurationLine(line, motor)) {
+            error = QStringLiteral("Invalid line:") + line;
+            return false;
+        }
+    }
+    return true;
 }
 
 bool CTabMotorConfiguration::eventFilter(QObject* watched, QEvent* event)

@@ -12,7 +12,8 @@ class TabMotorConfiguration;
 }
 
 /// The parameters of one motor. The table follows the model; what the user types reaches the model
-/// only when ReadParamValuesFromUi() runs. Receiving and sending handle this motor alone.
+/// only when ReadParamValuesFromUi() runs. Receiving, sending and reading a file handle this motor
+/// alone; a written file holds both.
 class CTabMotorConfiguration : public CTabBaseClass
 {
     Q_OBJECT
@@ -39,6 +40,11 @@ public slots:
     /// Stores the table in the model, row by row up to the first value out of range, which leaves
     /// its message as the motor's validation error. An empty message: all is stored.
     void ReadParamValuesFromUi();
+    /// Stores the tables of both motors, asks for a file and writes all that is known of the unit
+    /// into it. A value out of range in either table: no file.
+    void WriteMotorConfigurationButtonClicked();
+    /// Asks for a file and takes this motor's parameters from it. Nothing is sent.
+    void ReadMotorConfigurationButtonClicked();
     /// Stores the table and sends the motor's parameters. The unit does not confirm them.
     void SendConfigurationButtonClicked();
     /// Reads the motor's parameters and the subnet mask from the unit. Blocks for a second.
@@ -58,6 +64,14 @@ private:
     QString RowHeader(int row) const;
     QString SendTable();
     void GuardRange(QLineEdit& edit);
+
+    QString WriteTables();
+    QString SaveToChosenFile();
+    bool WriteConfigurationFile(QString fileName);
+    QString ReadChosenFile();
+    // `error` is for an invalid line alone; the lines above it are stored.
+    bool ReadConfigurationFile(QString fileName, QString& error, int motor);
+
     bool ReadMotorConfigurationFromDevice(int motor);
     QVector<ushort> CollectMotorValues() const;
 

@@ -1,0 +1,127 @@
+#include "rotor/CFileIO.h"
+
+#include <QStringView>
+
+namespace {
+
+constexpr QLatin1Char CommentCharacter('#');
+constexpr QLatin1Char KeySeparator('=');
+constexpr QLatin1Char LineFeed('\n');
+constexpr QLatin1Char CarriageReturn('\r');
+
+bool IsComment(const QString& line)
+{
+    return line.startsWith(CommentCharacter);
+}
+
+bool IsBlank(const QString& line)
+{
+    return QStringView(line).trimmed().isEmpty();
+}
+
+} // namespace
+
+CFileIO::CFileIO(QString fileName)
+    : fileName(fileName)
+{
+}
+
+CFileIO::~CFileIO()
+{
+    if (isOpen) {
+        stream->flush();
+        file->close();
+    }
+}
+
+bool CFileIO::OpenForRead()
+{
+    return Open(QIODevice::ReadOnly);
+}
+
+bool CFileIO::OpenForWrite()
+{
+    return Open(QIODevice::WriteOnly);
+}
+
+bool CFileIO::Open(QIODevice::OpenMode mode)
+{
+    if (fileName.isEmpty()) {
+        return false;
+    }
+    stream.reset();
+    file.reset(new QFile(fileName));
+    atEnd = false;
+    isOpen = file->open(mode);
+    if (!isOpen) {
+        file->close();
+        return false;
+    }
+    stream.reset(new QTextStream(file.data()));
+    return true;
+}
+
+bool CFileIO::IsAtEnd() const
+{
+    return atEnd;
+}
+
+int CFileIO::ReadLine(QString& line)
+{
+    line.clear();
+    if (!isOpen) {
+        return 0;
+    }
+    QString text;
+    do {
+        text = ReadToLineFeed();
+        if (atEnd || text.isEmpty()) {
+            return 0;
+        }
+    } while (IsComment(text) || IsBlank(text));
+    line = text;
+    return 1;
+}
+
+QString CFileIO::ReadToLineFeed()
+{
+    QString text;
+    QChar character;
+    while (ReadCharacter(character) && character != LineFeed) {
+        if (character != CarriageReturn) {
+            text.append(character);
+        }
+    }
+    return text;
+}
+
+bool CFileIO::ReadCharacter(QChar& character)
+{
+    *stream >> character;
+    atEnd = stream->status() != QTextStream::Ok;
+    return !atEnd;
+}
+
+bool CFileIO::WriteBanner()
+{
+    return Write(QStringLiteral("#---------------------------------------------\n"
+                                "# VX 440 Config\n"
+                                "# Do NOT Edit, file is generated automatically\n"
+                                "#---------------------------------------------\n"
+                                "\n"));
+}
+
+bool CFileIO::WriteKeyValue(QString key, QString value)
+{
+    return Write(key + KeySeparator + value + LineFeed);
+}
+
+bool CFileIO::Write(const QString& text)
+{
+    if (!isOpen || stream.isNull()) {
+        return false;
+    }
+    *stream << text;
+    stream->flush(); // a full disk shows here
+    return stream->status() == QTextStream::Ok;
+}
