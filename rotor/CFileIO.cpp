@@ -9,6 +9,8 @@ constexpr QLatin1Char KeySeparator('=');
 constexpr QLatin1Char LineFeed('\n');
 constexpr QLatin1Char CarriageReturn('\r');
 
+constexpr int BlockLength = 4096;
+
 bool IsComment(const QString& line)
 {
     return line.startsWith(CommentCharacter);
@@ -52,6 +54,8 @@ bool CFileIO::Open(QIODevice::OpenMode mode)
     stream.reset();
     file.reset(new QFile(fileName));
     atEnd = false;
+    block.clear();
+    blockPosition = 0;
     isOpen = file->open(mode);
     if (!isOpen) {
         file->close();
@@ -95,10 +99,17 @@ QString CFileIO::ReadToLineFeed()
     return text;
 }
 
+// The stream's own way to give single characters is slow: it looks ahead over each run of blanks.
 bool CFileIO::ReadCharacter(QChar& character)
 {
-    *stream >> character;
-    atEnd = stream->status() != QTextStream::Ok;
+    if (blockPosition == block.size()) {
+        block = stream->read(BlockLength);
+        blockPosition = 0;
+    }
+    atEnd = block.isEmpty();
+    if (!atEnd) {
+        character = block.at(blockPosition++);
+    }
     return !atEnd;
 }
 

@@ -49,4 +49,8 @@ private:
     QString fileName;
     bool isOpen = false;
     bool atEnd = false;
+
+    // What was read ahead, and where the next character stands in it.
+    QString block;
+    int blockPosition = 0;
 };

@@ -1,0 +1,414 @@
+#include "rotor/CFileIO.h"
+#include "tests/support/Warnings.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <ctime>
+#include <sys/resource.h>
+
+namespace {
+
+const QByteArray Banner = "#---------------------------------------------\n"
+                          "# VX 440 Config\n"
+                          "# Do NOT Edit, file is generated automatically\n"
+                          "#---------------------------------------------\n"
+                          "\n";
+
+constexpr int HundredMegabytes = 100 * 1000 * 1000;
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+// No file of this process grows beyond `bytes` as long as the object lives: a disk that is full.
+class FileSizeLimit
+{
+    Q_DISABLE_COPY(FileSizeLimit)
+
+public:
+    explicit FileSizeLimit(int bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before);
+        rlimit limit = before;
+        limit.rlim_cur = static_cast<rlim_t>(bytes);
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before); }
+
+private:
+    rlimit before;
+};
+
+QString ReadLineOf(CFileIO& file, int* result = nullptr)
+{
+    QString line = QStringLiteral("untouched");
+    const int answer = file.ReadLine(line);
+    if (result != nullptr) {
+        *result = answer;
+    }
+    return line;
+}
+
+} // namespace
+
+class FileIOTest : public WarningsFail
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void aFileThatIsNotOpenNeitherReadsNorWrites();
+    void withoutANameNothingOpens();
+    void whatIsNotThereCannotBeRead();
+    void aFolderCannotBeOpened();
+    void aFileInAFolderThatIsNotThereCannotBeWritten();
+    void aFailedOpenLeavesTheFileClosed();
+    void makingTheObjectOpensNothing();
+    void aFileIsReadLineByLine_data();
+    void aFileIsReadLineByLine();
+    void theByteOrderMarkDecidesTheEncoding_data();
+    void theByteOrderMarkDecidesTheEncoding();
+    void theEndIsMetOnlyBehindTheLastLine();
+    void theEndStaysMet();
+    void openingAgainBeginsAnew();
+    void theBannerIsFiveLines();
+    void aKeyAndItsValueAreOneLine_data();
+    void aKeyAndItsValueAreOneLine();
+    void eachLineIsInTheFileWhenTheCallReturns();
+    void openingForWritingEmptiesTheFile();
+    void aDiskThatIsFullAfterAnyByteFailsItsLine();
+    void afterAFailedLineNoOtherIsWritten();
+    void hundredMegabytesTakeLessThanTenSeconds_data();
+    void hundredMegabytesTakeLessThanTenSeconds();
+
+private:
+    QString NewPath();
+    QString NewFile(const QByteArray& content);
+    static QByteArray Content(const QString& path);
+
+    QTemporaryDir folder;
+    int paths = 0;
+};
+
+void FileIOTest::initTestCase()
+{
+    QVERIFY(folder.isValid());
+}
+
+QString FileIOTest::NewPath()
+{
+    return folder.filePath(QString::number(++paths));
+}
+
+QString FileIOTest::NewFile(const QByteArray& content)
+{
+    const QString path = NewPath();
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+        return QString();
+    }
+    return path;
+}
+
+QByteArray FileIOTest::Content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+}
+
+void FileIOTest::aFileThatIsNotOpenNeitherReadsNorWrites()
+{
+    const QString path = NewFile("a=1\n");
+    CFileIO file(path);
+    int result = -1;
+    QCOMPARE(ReadLineOf(file, &result), QString());
+    QCOMPARE(result, 0);
+    QVERIFY(!file.IsAtEnd());
+    QVERIFY(!file.WriteBanner());
+    QVERIFY(!file.WriteKeyValue(Text("key"), Text("value")));
+    QCOMPARE(Content(path), QByteArray("a=1\n"));
+}
+
+void FileIOTest::withoutANameNothingOpens()
+{
+    CFileIO file{QString()};
+    QVERIFY(!file.OpenForRead());
+    QVERIFY(!file.OpenForWrite());
+    QVERIFY(!file.WriteBanner());
+}
+
+void FileIOTest::whatIsNotThereCannotBeRead()
+{
+    const QString path = NewPath();
+    CFileIO file(path);
+    QVERIFY(!file.OpenForRead());
+    QVERIFY(!QFile::exists(path));
+}
+
+void FileIOTest::aFolderCannotBeOpened()
+{
+    CFileIO file(folder.path());
+    QVERIFY(!file.OpenForRead());
+    QVERIFY(!file.OpenForWrite());
+}
+
+void FileIOTest::aFileInAFolderThatIsNotThereCannotBeWritten()
+{
+    CFileIO file(NewPath() + Text("/file.txt"));
+    QVERIFY(!file.OpenForWrite());
+    QVERIFY(!file.WriteBanner());
+}
+
+void FileIOTest::aFailedOpenLeavesTheFileClosed()
+{
+    const QString path = NewFile("a=1\n");
+    CFileIO file(path);
+    QVERIFY(file.OpenForRead());
+    QVERIFY(QFile::remove(path));
+    QVERIFY(!file.OpenForRead());
+    QCOMPARE(ReadLineOf(file), QString());
+    QVERIFY(!file.WriteBanner());
+}
+
+void FileIOTest::makingTheObjectOpensNothing()
+{
+    const QString path = NewPath();
+    {
+        const CFileIO file(path);
+        QVERIFY(!file.IsAtEnd());
+    }
+    QVERIFY(!QFile::exists(path));
+}
+
+void FileIOTest::aFileIsReadLineByLine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    // What each call gives until the end: "1:" with the line, or "0:".
+    QTest::addColumn<QStringList>("lines");
+    const auto row = [](const char* name, const QByteArray& content, const char* lines) {
+        QTest::newRow(name) << content << Text(lines).split(QLatin1Char('|'));
+    };
+    row("empty file", "", "0:");
+    row("one line", "a=1\n", "1:a=1|0:");
+    row("two lines", "a=1\nb=2\n", "1:a=1|1:b=2|0:");
+    row("a line without a sign", "abc\n", "1:abc|0:");
+    row("no last line feed loses the line", "a=1\nb=2", "1:a=1|0:");
+    row("a single line without a line feed is lost", "a=1", "0:");
+    row("carriage returns before line feeds go", "a=1\r\nb=2\r\n", "1:a=1|1:b=2|0:");
+    row("carriage returns go wherever they stand", "\ra\r=\r\r1\n", "1:a=1|0:");
+    row("a carriage return ends no line", "a=1\rb=2\n", "1:a=1b=2|0:");
+    row("a carriage return before a comment goes", "\r#a=1\nb=2\n", "1:b=2|0:");
+    row("an empty line is not passed over", "\na=1\n\n\nb=2\n", "0:|1:a=1|0:|0:|1:b=2|0:");
+    row("a line of a carriage return is an empty one", "\r\na=1\r\n", "0:|1:a=1|0:");
+    row("a comment is passed over", "#a=1\n# b\n#\nc=3\n", "1:c=3|0:");
+    row("a comment at the end", "a=1\n#b\n", "1:a=1|0:");
+    row("a comment without its line feed", "a=1\n#b", "1:a=1|0:");
+    row("a comment and then an empty line", "#b\n\na=1\n", "0:|1:a=1|0:");
+    row("a blank before the sign of a comment makes it a line", " #a=1\n", "1: #a=1|0:");
+    row("a line of blanks is passed over", "  \n\t\n \t \na=1\n", "1:a=1|0:");
+    row("a line is not trimmed", "  a = 1 \t\n", "1:  a = 1 \t|0:");
+    row("a sign of a comment inside a line stays", "a=1 # one\n", "1:a=1 # one|0:");
+    const QByteArray longLine(3 * 4096, 'x');
+    row("a line longer than what is read at once", longLine + "\nb=2\n",
+        "1:" + longLine + "|1:b=2|0:");
+    row("the banner", Banner + "a=1\n", "0:|1:a=1|0:");
+}
+
+void FileIOTest::aFileIsReadLineByLine()
+{
+    QFETCH(QByteArray, content);
+    CFileIO file(NewFile(content));
+    QVERIFY(file.OpenForRead());
+    QStringList lines;
+    while (!file.IsAtEnd()) {
+        int result = -1;
+        const QString line = ReadLineOf(file, &result);
+        lines.append(QString::number(result) + QLatin1Char(':') + line);
+    }
+    QTEST(lines, "lines");
+}
+
+void FileIOTest::theByteOrderMarkDecidesTheEncoding_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("UTF-8") << QByteArray("\xEF\xBB\xBFk=\xC3\xA9\n");
+    QTest::newRow("UTF-16, little end first") << QByteArray("\xFF\xFEk\0=\0\xE9\0\n\0", 10);
+    QTest::newRow("UTF-16, big end first") << QByteArray("\xFE\xFF\0k\0=\0\xE9\0\n", 10);
+}
+
+void FileIOTest::theByteOrderMarkDecidesTheEncoding()
+{
+    QFETCH(QByteArray, content);
+    CFileIO file(NewFile(content));
+    QVERIFY(file.OpenForRead());
+    QCOMPARE(ReadLineOf(file), QStringLiteral("k=\u00E9"));
+}
+
+void FileIOTest::theEndIsMetOnlyBehindTheLastLine()
+{
+    CFileIO file(NewFile("a=1\n"));
+    QVERIFY(file.OpenForRead());
+    QVERIFY(!file.IsAtEnd());
+    QCOMPARE(ReadLineOf(file), Text("a=1"));
+    QVERIFY(!file.IsAtEnd());
+    QCOMPARE(ReadLineOf(file), QString());
+    QVERIFY(file.IsAtEnd());
+}
+
+void FileIOTest::theEndStaysMet()
+{
+    CFileIO file(NewFile("a=1"));
+    QVERIFY(file.OpenForRead());
+    for (int twice = 0; twice < 2; ++twice) {
+        int result = -1;
+        QCOMPARE(ReadLineOf(file, &result), QString());
+        QCOMPARE(result, 0);
+        QVERIFY(file.IsAtEnd());
+    }
+}
+
+void FileIOTest::openingAgainBeginsAnew()
+{
+    CFileIO file(NewFile("a=1\n"));
+    for (int twice = 0; twice < 2; ++twice) {
+        QVERIFY(file.OpenForRead());
+        QVERIFY(!file.IsAtEnd());
+        QCOMPARE(ReadLineOf(file), Text("a=1"));
+        QCOMPARE(ReadLineOf(file), QString());
+        QVERIFY(file.IsAtEnd());
+    }
+}
+
+void FileIOTest::theBannerIsFiveLines()
+{
+    const QString path = NewPath();
+    CFileIO file(path);
+    QVERIFY(file.OpenForWrite());
+    QVERIFY(file.WriteBanner());
+    QCOMPARE(Content(path), Banner);
+}
+
+void FileIOTest::aKeyAndItsValueAreOneLine_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("no blank around the sign")
+        << Text("key") << Text("value") << QByteArray("key=value\n");
+    QTest::newRow("an empty value") << Text("key") << QString() << QByteArray("key=\n");
+    QTest::newRow("blanks are kept") << Text(" a b ") << Text(" c ") << QByteArray(" a b = c \n");
+}
+
+void FileIOTest::aKeyAndItsValueAreOneLine()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, value);
+    const QString path = NewPath();
+    {
+        CFileIO file(path);
+        QVERIFY(file.OpenForWrite());
+        QVERIFY(file.WriteKeyValue(key, value));
+    }
+    QTEST(Content(path), "line");
+}
+
+void FileIOTest::eachLineIsInTheFileWhenTheCallReturns()
+{
+    const QString path = NewPath();
+    CFileIO file(path);
+    QVERIFY(file.OpenForWrite());
+    QVERIFY(file.WriteKeyValue(Text("a"), Text("1")));
+    QCOMPARE(Content(path), QByteArray("a=1\n"));
+    QVERIFY(file.WriteKeyValue(Text("b"), Text("2")));
+    QCOMPARE(Content(path), QByteArray("a=1\nb=2\n"));
+}
+
+void FileIOTest::openingForWritingEmptiesTheFile()
+{
+    const QString path = NewFile("what was there before\n");
+    CFileIO file(path);
+    QVERIFY(file.OpenForWrite());
+    QCOMPARE(Content(path), QByteArray());
+}
+
+void FileIOTest::aDiskThatIsFullAfterAnyByteFailsItsLine()
+{
+    const QByteArray whole = Banner + "first=1\nsecond=22\n";
+    for (int bytes = 0; bytes <= whole.size(); ++bytes) {
+        const QString path = NewPath();
+        {
+            CFileIO file(path);
+            QVERIFY(file.OpenForWrite());
+            const FileSizeLimit limit(bytes);
+            const bool first = file.WriteBanner();
+            const bool second = file.WriteKeyValue(Text("first"), Text("1"));
+            const bool third = file.WriteKeyValue(Text("second"), Text("22"));
+            QCOMPARE(first, bytes >= Banner.size());
+            QCOMPARE(second, bytes >= Banner.size() + 8);
+            QCOMPARE(third, bytes >= whole.size());
+        }
+        QVERIFY(whole.startsWith(Content(path)));
+    }
+}
+
+void FileIOTest::afterAFailedLineNoOtherIsWritten()
+{
+    const QString path = NewPath();
+    CFileIO file(path);
+    QVERIFY(file.OpenForWrite());
+    {
+        const FileSizeLimit limit(4);
+        QVERIFY(file.WriteKeyValue(Text("a"), Text("1")));
+        QVERIFY(!file.WriteKeyValue(Text("b"), Text("2")));
+    }
+    QVERIFY(!file.WriteKeyValue(Text("c"), Text("3")));
+    QVERIFY(!file.WriteBanner());
+    QCOMPARE(Content(path), QByteArray("a=1\n"));
+}
+
+void FileIOTest::hundredMegabytesTakeLessThanTenSeconds_data()
+{
+    QTest::addColumn<QByteArray>("piece");
+    QTest::newRow("one line without a line feed") << QByteArray(1000, 'x');
+    QTest::newRow("carriage returns") << QByteArray(1000, '\r');
+    QTest::newRow("empty lines") << QByteArray(1000, '\n');
+    QTest::newRow("blanks") << QByteArray(1000, ' ');
+    QTest::newRow("lines") << QByteArray(99, 'x') + '\n';
+    QTest::newRow("comments") << '#' + QByteArray(98, 'x') + '\n';
+}
+
+// Of the processor's time: how busy the machine is does not matter.
+void FileIOTest::hundredMegabytesTakeLessThanTenSeconds()
+{
+    QFETCH(QByteArray, piece);
+    const QByteArray block = piece.repeated(1000 * 1000 / piece.size());
+    const QString path = NewPath();
+    QFile large(path);
+    QVERIFY(large.open(QIODevice::WriteOnly));
+    for (int written = 0; written < HundredMegabytes; written += block.size()) {
+        QCOMPARE(large.write(block), qint64(block.size()));
+    }
+    large.close();
+    CFileIO file(path);
+    QVERIFY(file.OpenForRead());
+    const std::clock_t begin = std::clock();
+    int lines = 0;
+    while (!file.IsAtEnd()) {
+        QString line;
+        lines += file.ReadLine(line);
+    }
+    const double seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(lines, piece.startsWith("xx") && piece.endsWith('\n') ? 1000 * 1000 : 0);
+    qInfo("%.1f s", seconds);
+    QVERIFY(seconds < 10);
+}
+
+QTEST_GUILESS_MAIN(FileIOTest)
+
+#include "FileIOTest.moc"
