@@ -1,0 +1,71 @@
+#include "rotor/CFileIO.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+constexpr char FolderVariable[] = "VX440_TEST_FULL_DISK";
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+// Mounts a small disk that goes with the process, and runs the rest of the words.
+const QString OnASmallDisk =
+    QStringLiteral("mount -t tmpfs -o size=64k none \"$1\" && shift && exec \"$@\"");
+
+} // namespace
+
+class FullDiskTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aLineThatFindsNoRoomFails();
+};
+
+// Runs itself again where a disk of its own is mounted.
+void FullDiskTest::aLineThatFindsNoRoomFails()
+{
+    if (!qEnvironmentVariableIsSet(FolderVariable)) {
+        const QTemporaryDir folder;
+        const QStringList words{
+            Text("-m"), Text("sh"), Text("-c"), OnASmallDisk, Text("sh"), folder.path()};
+        if (QProcess::execute(Text("unshare"), words + QStringList{Text("true")}) != 0) {
+            QSKIP("this system does not let the test mount a disk");
+        }
+        qputenv(FolderVariable, QFile::encodeName(folder.path()));
+        QCOMPARE(QProcess::execute(
+                     Text("unshare"), words + QStringList{QCoreApplication::applicationFilePath()}),
+            0);
+        return;
+    }
+    const QString folder = QFile::decodeName(qgetenv(FolderVariable));
+    CFileIO file(folder + Text("/configuration.txt"));
+    QVERIFY(file.OpenForWrite());
+    QVERIFY(file.WriteBanner());
+
+    QFile rest(folder + Text("/rest"));
+    QVERIFY(rest.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    const QByteArray page(4096, 'x');
+    int pages = 0;
+    while (rest.write(page) == page.size()) {
+        ++pages;
+    }
+    QVERIFY(pages > 0 && pages <= 16);
+
+    // What is left of the file's own page still takes lines.
+    int lines = 0;
+    while (lines <= page.size() && file.WriteKeyValue(Text("key"), Text("value"))) {
+        ++lines;
+    }
+    QVERIFY(lines < page.size() / 10);
+    QVERIFY(!file.WriteKeyValue(Text("key"), Text("value")));
+}
+
+QTEST_GUILESS_MAIN(FullDiskTest)
+
+#include "FullDiskTest.moc"
