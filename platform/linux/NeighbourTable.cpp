@@ -28,7 +28,9 @@ namespace {
 
 constexpr std::uint16_t DiscardPort = 9;
 constexpr int NetlinkBufferBytes = 256 * 1024; // a whole table of a few hundred rows in few reads
-constexpr unsigned PollingPauseMs = 40;
+// An answer comes within milliseconds or not at all, and dozens of threads may wait at once.
+constexpr unsigned FirstPauseMs = 10;
+constexpr unsigned LongestPauseMs = 160;
 // The kernel gives up by itself, after three seconds as it is delivered.
 constexpr std::chrono::seconds LongestResolution{20};
 
@@ -227,10 +229,12 @@ Resolution LookAt(nl_sock* kernel, NeighbourRow& row)
 bool AwaitAnswer(nl_sock* kernel, NeighbourRow& row)
 {
     const auto start = std::chrono::steady_clock::now();
+    unsigned pause = FirstPauseMs;
     Resolution resolution = LookAt(kernel, row);
     while (resolution == Resolution::Waiting &&
            std::chrono::steady_clock::now() - start < LongestResolution) {
-        Sleep(PollingPauseMs);
+        Sleep(pause);
+        pause = std::min(2 * pause, LongestPauseMs);
         resolution = LookAt(kernel, row);
     }
     return resolution == Resolution::Answered;
@@ -240,12 +244,19 @@ bool AwaitAnswer(nl_sock* kernel, NeighbourRow& row)
 
 unsigned ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted)
 {
+    // The rows that a call only counted, for the call that comes back for them.
+    thread_local std::vector<NeighbourRow> counted;
+
     std::vector<NeighbourRow> rows;
-    const unsigned error = ReadRows(rows);
+    rows.swap(counted);
+    const unsigned error = rows.empty() ? ReadRows(rows) : 0;
     if (error != 0) {
         rows.clear();
     }
     const std::size_t needed = BytesFor(rows.size());
+    if (table == nullptr) {
+        counted = rows;
+    }
     if (table == nullptr || *size < needed) {
         *size = static_cast<std::uint32_t>(needed);
         return error != 0 ? error : NeighbourBufferTooSmall;
