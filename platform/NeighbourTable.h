@@ -33,6 +33,8 @@ constexpr unsigned NeighbourBufferTooSmall = 122;
 /// room is too small, or `table` is null, nothing is copied and `*size` becomes the number of bytes
 /// needed. Any other result is the system's error number, and then a given table that has room for
 /// one row has a count of 0.
+///
+/// A call without a table counts for the next one in the same thread, which gets the rows counted.
 unsigned ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted);
 
 /// Takes one row out of the table. 0, or the system's error number: it needs a privilege on Linux.
