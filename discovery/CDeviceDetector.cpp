@@ -38,12 +38,9 @@ quint32 AddressOf(const QString& ip)
     return platform::ParseIpv4Address(ip.toLatin1().constData());
 }
 
-// Painted once, and not by the bar first: painting is what a search spends most of its own time on.
 void ShowProgress(QProgressDialog* progress, int value)
 {
-    progress->setUpdatesEnabled(false);
     progress->setValue(value);
-    progress->setUpdatesEnabled(true);
     progress->repaint();
 }
 

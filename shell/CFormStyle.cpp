@@ -1,10 +1,56 @@
 #include "shell/CFormStyle.h"
 
+#include <QPainter>
+#include <QStyleOptionProgressBar>
 #include <QStyleOptionTab>
+
+namespace {
+
+bool HasExtent(const QStyleOptionProgressBar& bar)
+{
+    return bar.minimum < bar.maximum;
+}
+
+QRect FilledPart(const QStyleOptionProgressBar& bar)
+{
+    const QRect inside = bar.rect.adjusted(1, 1, -1, -1);
+    const double done = double(qint64(bar.progress) - bar.minimum);
+    const double whole = double(qint64(bar.maximum) - bar.minimum);
+    const QSize filled(qRound(inside.width() * qBound(0.0, done / whole, 1.0)), inside.height());
+    return {inside.topLeft(), filled};
+}
+
+void DrawGroove(QPainter& painter, const QStyleOptionProgressBar& bar)
+{
+    painter.fillRect(bar.rect, bar.palette.dark());
+    painter.fillRect(bar.rect.adjusted(1, 1, -1, -1), bar.palette.base());
+}
+
+} // namespace
 
 CFormStyle::CFormStyle()
     : QProxyStyle(QStringLiteral("Fusion"))
 {
+}
+
+void CFormStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+    const QWidget* widget) const
+{
+    const auto* const bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+    if (bar == nullptr) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+    } else if (element == CE_ProgressBar) {
+        for (const ControlElement part :
+            {CE_ProgressBarGroove, CE_ProgressBarContents, CE_ProgressBarLabel}) {
+            drawControl(part, option, painter, widget);
+        }
+    } else if (element == CE_ProgressBarGroove) {
+        DrawGroove(*painter, *bar);
+    } else if (element == CE_ProgressBarContents && HasExtent(*bar)) {
+        painter->fillRect(FilledPart(*bar), bar->palette.highlight());
+    } else {
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
 }
 
 void CFormStyle::drawItemText(QPainter* painter, const QRect& rectangle, int flags,

@@ -3,7 +3,9 @@
 #include <QProxyStyle>
 
 /// The style that the forms were drawn for. Their texts have ampersands and no mnemonics: an
-/// ampersand is shown as it stands, and a page's title gets the room for it.
+/// ampersand is shown as it stands, and a page's title gets the room for it. A progress bar is made
+/// of plain rectangles: a search paints it for each address, and shaded, rounded shapes would be
+/// most of what that costs.
 class CFormStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -11,6 +13,8 @@ class CFormStyle : public QProxyStyle
 public:
     CFormStyle();
 
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+        const QWidget* widget = nullptr) const override;
     void drawItemText(QPainter* painter, const QRect& rectangle, int flags, const QPalette& palette,
         bool enabled, const QString& text,
         QPalette::ColorRole textRole = QPalette::NoRole) const override;

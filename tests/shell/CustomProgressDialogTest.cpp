@@ -3,9 +3,27 @@
 #include "tests/support/WindowTest.h"
 
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QWindow>
 #include <QtTest>
+
+namespace {
+
+// How much of the bar's width has the colour of what is done, in percent. Looked at below the text.
+int PercentFilled(const CCustomProgressDialog& dialog)
+{
+    auto* const bar = dialog.findChild<QProgressBar*>();
+    const QImage image = bar->grab().toImage();
+    const QColor done = bar->palette().color(QPalette::Highlight);
+    int filled = 0;
+    for (int x = 0; x < image.width(); ++x) {
+        filled += image.pixelColor(x, image.height() - 3) == done ? 1 : 0;
+    }
+    return qRound(100.0 * filled / image.width());
+}
+
+} // namespace
 
 class CustomProgressDialogTest : public WarningsFail
 {
@@ -38,6 +56,29 @@ private slots:
         QVERIFY(!dialog.isVisible());
         dialog.setValue(value);
         QVERIFY(dialog.isVisible());
+    }
+
+    void theBarIsFilledAsFarAsTheWorkIs_data()
+    {
+        QTest::addColumn<int>("minimum");
+        QTest::addColumn<int>("maximum");
+        QTest::addColumn<int>("value");
+        QTest::addColumn<int>("percent");
+        QTest::newRow("begun") << 0 << 100 << 0 << 0;
+        QTest::newRow("a quarter") << 0 << 300064 << 75016 << 25;
+        QTest::newRow("three quarters, from 1") << 1 << 401 << 301 << 75;
+        QTest::newRow("almost done") << 0 << 100 << 97 << 97;
+    }
+    void theBarIsFilledAsFarAsTheWorkIs()
+    {
+        QFETCH(int, minimum);
+        QFETCH(int, maximum);
+        QFETCH(int, value);
+        CCustomProgressDialog dialog(QStringLiteral("Working ..."), minimum, maximum, MainWindow());
+        dialog.setValue(value);
+        QFETCH(int, percent);
+        const int filled = PercentFilled(dialog);
+        QVERIFY2(qAbs(filled - percent) <= 1, qPrintable(QString::number(filled)));
     }
 
     void escapeChangesNothing()
