@@ -1,6 +1,7 @@
 #include "shell/CMainDialog.h"
 
 #include "discovery/CTabDetectZKDevices.h"
+#include "firmware/CTabLoadFirmware.h"
 #include "identity/CTabInfo.h"
 #include "link/CDeviceCommunication.h"
 #include "link/ConnectToDevice.h"
@@ -73,6 +74,7 @@ void CMainDialog::SetupDialog()
 void CMainDialog::CreateTabs()
 {
     infoTab = new CTabInfo(ui->tabWidget);
+    firmwareTab = new CTabLoadFirmware(ui->tabWidget);
     detectTab = new CTabDetectZKDevices(ui->tabWidget);
     azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Azimuth);
     polarTab = new CTabMotorConfiguration(ui->tabWidget, Polar);
@@ -119,6 +121,12 @@ void CMainDialog::ConnectSignals()
     connect(ui->txtIpAddress, &QLineEdit::returnPressed, ui->btnConnect, &QPushButton::click);
     connect(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost, this,
         &CMainDialog::CheckForConnectionLoss);
+
+    const auto* const firmware = qobject_cast<CTabLoadFirmware*>(firmwareTab);
+    connect(firmware, &CTabLoadFirmware::ReconnectAfterFirmwareUpDate, this,
+        &CMainDialog::ReconnectAfterFirmwareUpdate);
+    connect(this, &CMainDialog::AttemptedReconnection, firmware,
+        &CTabLoadFirmware::ValidateFirmwareUpdate);
 
     const auto* const azimuth = qobject_cast<CTabMotorConfiguration*>(azimuthTab);
     const auto* const polar = qobject_cast<CTabMotorConfiguration*>(polarTab);
@@ -184,7 +192,8 @@ void CMainDialog::LoadDeviceInfo()
     const int step = 100 / tabs.size();
     int progress = 0;
     for (CTabBaseClass** const tab : qAsConst(tabs)) {
-        if (IsOneOf<CTabInfo, CTabMotorConfiguration, CTabDetectZKDevices>(*tab)) {
+        if (IsOneOf<CTabInfo, CTabLoadFirmware, CTabMotorConfiguration, CTabDetectZKDevices>(
+                *tab)) {
             (*tab)->ConnectionStatusChanged();
         }
         progress += step;

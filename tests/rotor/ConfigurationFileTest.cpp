@@ -3,15 +3,12 @@
 #include "tests/support/WindowTest.h"
 
 #include <QComboBox>
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTemporaryDir>
-#include <QTimer>
-#include <QWindow>
 #include <QtTest>
 
 namespace {
@@ -107,40 +104,6 @@ Words With(Words words, int parameter, int value)
     return words;
 }
 
-// Runs `action` once, from the event loop, as soon as a window of that class is up.
-template<class Window>
-void WhenShown(const std::function<void(Window&)>& action)
-{
-    auto* const watch = new QTimer(MainWindow());
-    QObject::connect(watch, &QTimer::timeout, watch, [watch, action] {
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        for (QWidget* const any : windows) {
-            auto* const window = qobject_cast<Window*>(any);
-            if (window != nullptr && window->isVisible()) {
-                watch->stop();
-                watch->deleteLater();
-                action(*window);
-                return;
-            }
-        }
-    });
-    watch->start(0);
-}
-
-// The keys of a user who answers a file dialog with this path. The list of suggestions may take the
-// first Return.
-void Answer(QFileDialog& dialog, const QString& path)
-{
-    QWindow* const window = dialog.windowHandle();
-    for (const QChar character : path) {
-        QTest::keyClick(window, character.toLatin1());
-    }
-    while (dialog.isVisible()) {
-        QTest::keyClick(window, Qt::Key_Return);
-        QCoreApplication::processEvents();
-    }
-}
-
 struct Asked
 {
     QString title;
@@ -166,15 +129,8 @@ Asked Press(int motor, const char* button, const QString& path)
 {
     ShowPage(TitleOf[motor]);
     Asked asked;
-    WhenShown<QFileDialog>([&asked, path](QFileDialog& dialog) {
-        Note(asked, dialog);
-        if (path.isEmpty()) {
-            QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
-        } else {
-            Answer(dialog, path);
-        }
-    });
-    Click(Child<QPushButton>(motor, button));
+    ClickAndChooseFile(Child<QPushButton>(motor, button), path,
+        [&asked](const QFileDialog& dialog) { Note(asked, dialog); });
     return asked;
 }
 

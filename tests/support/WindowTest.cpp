@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTimer>
 #include <QWindow>
 #include <QtTest>
 
@@ -29,6 +28,20 @@ void ClickAt(QWidget* widget, const QPoint& position)
 {
     QTest::mouseClick(widget->window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
         widget->mapTo(widget->window(), position));
+}
+
+// The keys of a user who answers a file dialog with this path. The list of suggestions may take the
+// first Return.
+void Answer(QFileDialog& dialog, const QString& path)
+{
+    QWindow* const window = dialog.windowHandle();
+    for (const QChar character : path) {
+        QTest::keyClick(window, character.toLatin1());
+    }
+    while (dialog.isVisible()) {
+        QTest::keyClick(window, Qt::Key_Return);
+        QCoreApplication::processEvents();
+    }
 }
 
 } // namespace
@@ -81,6 +94,20 @@ void CloseByTitleBar(QWidget* window)
     QCoreApplication::processEvents();
 }
 
+void ClickAndChooseFile(
+    QWidget* button, const QString& path, const std::function<void(const QFileDialog&)>& look)
+{
+    WhenShown<QFileDialog>([path, look](QFileDialog& dialog) {
+        look(dialog);
+        if (path.isEmpty()) {
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
+        } else {
+            Answer(dialog, path);
+        }
+    });
+    Click(button);
+}
+
 QProgressDialog* VisibleProgress()
 {
     return TopLevel<QProgressDialog>([](const QWidget* window) { return window->isVisible(); });
@@ -88,15 +115,7 @@ QProgressDialog* VisibleProgress()
 
 void WhenProgressShows(const std::function<void()>& action)
 {
-    auto* const watch = new QTimer;
-    QObject::connect(watch, &QTimer::timeout, watch, [watch, action] {
-        if (VisibleProgress() != nullptr) {
-            watch->stop();
-            watch->deleteLater();
-            action();
-        }
-    });
-    watch->start(0);
+    WhenShown<QProgressDialog>([action](QProgressDialog&) { action(); });
 }
 
 QString StatusLine()

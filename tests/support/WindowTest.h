@@ -1,7 +1,9 @@
 #pragma once
 
-#include <QPoint>
+#include <QApplication>
+#include <QFileDialog>
 #include <QProgressDialog>
+#include <QTimer>
 #include <QWidget>
 
 #include <functional>
@@ -37,6 +39,32 @@ void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void Overtype(QWidget* field, const QString& text);
 /// Asks a window to close as its title bar's button does.
 void CloseByTitleBar(QWidget* window);
+
+/// Runs `action` once, from the event loop, as soon as a window of that class is up.
+template<class Window>
+void WhenShown(const std::function<void(Window&)>& action)
+{
+    auto* const watch = new QTimer(MainWindow());
+    QObject::connect(watch, &QTimer::timeout, watch, [watch, action] {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget* const any : windows) {
+            auto* const window = qobject_cast<Window*>(any);
+            if (window != nullptr && window->isVisible()) {
+                watch->stop();
+                watch->deleteLater();
+                action(*window);
+                return;
+            }
+        }
+    });
+    watch->start(0);
+}
+
+/// Clicks a button and answers the file dialog that it opens by keys; an empty path cancels. `look`
+/// sees the dialog first.
+void ClickAndChooseFile(
+    QWidget* button, const QString& path,
+    const std::function<void(const QFileDialog&)>& look = [](const QFileDialog&) {});
 
 /// The progress dialog that is up, or null.
 QProgressDialog* VisibleProgress();

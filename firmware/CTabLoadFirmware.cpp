@@ -1,0 +1,300 @@
+#include "firmware/CTabLoadFirmware.h"
+
+#include "link/CDeviceCommunication.h"
+#include "model/CDeviceDatabase.h"
+#include "platform/Sleep.h"
+#include "shell/CCustomProgressDialog.h"
+#include "ui_TabLoadFirmware.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QtEndian>
+
+#include <array>
+
+namespace {
+
+constexpr int InstallationPasses = 300;
+constexpr unsigned InstallationPassMs = 100;
+
+constexpr ushort Acknowledged = 1;
+constexpr ushort Refused = 0;
+constexpr ushort StoppedSilently = 65535;
+
+// A block as it travels: its fields big-endian, then the data. What is not named is zero.
+constexpr int DataLengthOffset = 0;
+constexpr int SumOffset = 2;
+constexpr int SequenceOffset = 4;
+constexpr int DataOffset = 20;
+constexpr int DataSize = 1200;
+using Block = std::array<uchar, DataOffset + DataSize>;
+
+/// What travels in the blocks: a head that tells how long the image is, and the image as it stands.
+class FirmwareStream
+{
+public:
+    explicit FirmwareStream(const QByteArray& image)
+        : image(image)
+    {
+        qToBigEndian(static_cast<quint32>(image.size()), head.data() + ImageLengthOffset);
+    }
+
+    quint32 Size() const { return HeadSize + static_cast<quint32>(image.size()); }
+
+    /// As the unit counts them, in 16 bits.
+    quint16 BlockCount() const { return static_cast<quint16>((Size() + DataSize - 1) / DataSize); }
+
+    quint16 DataLength(quint32 block) const
+    {
+        return static_cast<quint16>(block == Size() / DataSize ? Size() % DataSize : DataSize);
+    }
+
+    /// Zero behind the end.
+    uchar At(quint32 position) const
+    {
+        if (position < HeadSize) {
+            return head[position];
+        }
+        return position < Size() ? static_cast<uchar>(image[int(position - HeadSize)]) : 0;
+    }
+
+private:
+    static constexpr quint32 HeadSize = 64;
+    static constexpr int ImageLengthOffset = 3;
+
+    const QByteArray& image;
+    std::array<uchar, HeadSize> head{};
+};
+
+/// One transfer: the blocks of a stream on their way, each sent once and acknowledged before the
+/// next.
+class Transfer
+{
+public:
+    Transfer(const FirmwareStream& stream, CCustomProgressDialog& progress)
+        : stream(stream)
+        , progress(progress)
+    {
+    }
+
+    /// Whether all blocks went through. Otherwise `error` tells why, or stays as it is where there
+    /// is nothing to tell.
+    bool SendBlocks(QString& error)
+    {
+        for (quint16 block = 0; block < stream.BlockCount(); ++block) {
+            if (!FillBlock(block)) {
+                error = QStringLiteral("FW send cancelled!");
+                return false;
+            }
+            TheDeviceCommunication()->SendFirmwareBlock(payload.data());
+            if (!TakeAnswer(error)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool SendChecksum() const
+    {
+        std::array<uchar, 2 * sizeof(quint32)> sumAndSize{};
+        qToBigEndian(totalSum, sumAndSize.data());
+        qToBigEndian(stream.Size(), sumAndSize.data() + sizeof(quint32));
+        return TheDeviceCommunication()->SendFirmwareChecksum(sumAndSize.data());
+    }
+
+private:
+    // False when the user has closed the dialog, which each byte looks at.
+    bool FillBlock(quint16 block)
+    {
+        payload.fill(0);
+        blockSum = 0;
+        for (quint32 j = 0; j < DataSize; ++j) {
+            const uchar byte = stream.At(block * quint32{DataSize} + j);
+            payload[DataOffset + j] = byte;
+            blockSum = static_cast<quint16>(blockSum + byte);
+            progress.setValue(position++);
+            if (progress.wasCanceled()) {
+                return false;
+            }
+        }
+        qToBigEndian(stream.DataLength(block), payload.data() + DataLengthOffset);
+        qToBigEndian(blockSum, payload.data() + SumOffset);
+        qToBigEndian(sequence, payload.data() + SequenceOffset);
+        return true;
+    }
+
+    bool TakeAnswer(QString& error)
+    {
+        switch (TheDeviceCommunication()->GetLastResult()) {
+        case Acknowledged:
+            totalSum += blockSum;
+            ++sequence;
+            return true;
+        case Refused:
+            error = QStringLiteral("An error occoured during transmission");
+            return false;
+        case StoppedSilently:
+            return false;
+        default:
+            error = QStringLiteral("unknown error");
+            return false;
+        }
+    }
+
+    const FirmwareStream& stream;
+    CCustomProgressDialog& progress;
+    int position = 0;
+    Block payload{};
+    quint16 blockSum = 0;
+    quint16 sequence = 0;
+    quint32 totalSum = 0;
+};
+
+// False when not all of the file could be read.
+bool ReadImage(QFile& file, QByteArray& image)
+{
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    image = file.readAll();
+    const bool whole = file.error() == QFileDevice::NoError && image.size() >= file.size();
+    file.close();
+    return whole;
+}
+
+// What the user clicked meanwhile is for the window as it is when the work is done.
+void ProcessEventsBesidesInput()
+{
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+} // namespace
+
+CTabLoadFirmware::CTabLoadFirmware(QWidget* parent)
+    : CTabBaseClass(parent)
+    , ui(new Ui::TabLoadFirmware)
+{
+    ui->setupUi(this);
+    ui->btnLoadFirmware->setEnabled(false);
+    ui->btnUpdateFirmware->setEnabled(false);
+    ui->lblCompatibility->setVisible(false);
+    connect(ui->btnSelectFirmware, &QToolButton::clicked, this,
+        &CTabLoadFirmware::FirmwareFileSelectButtonClicked);
+    connect(ui->btnLoadFirmware, &QPushButton::clicked, this,
+        &CTabLoadFirmware::FirmwareLoadButtonClicked);
+    connect(ui->btnUpdateFirmware, &QPushButton::clicked, this,
+        &CTabLoadFirmware::FirmwareUpdateButtonClicked);
+}
+
+CTabLoadFirmware::~CTabLoadFirmware() = default;
+
+void CTabLoadFirmware::ConnectionStatusChanged()
+{
+    const CDeviceDatabase* const database = TheDeviceDatabase();
+    const bool compatible = !database->IsFirmwareBelowVersion3() || !database->GetUnsupportedFlag();
+    if (compatible) {
+        UpdateControls();
+    }
+    ui->lblCompatibility->setVisible(!compatible);
+    setEnabled(compatible);
+}
+
+void CTabLoadFirmware::UpdateControls()
+{
+    const bool connected = TheDeviceCommunication()->IsConnected();
+    ui->btnLoadFirmware->setEnabled(connected && !firmwareFile.fileName().isEmpty());
+    ui->btnUpdateFirmware->setEnabled(connected && firmwareSent && !updatePendingValidation);
+}
+
+void CTabLoadFirmware::FirmwareFileSelectButtonClicked()
+{
+    firmwareFile.setFileName(QFileDialog::getOpenFileName(
+        this, QStringLiteral("Select Firmware File"), QString(), QStringLiteral("files *.cyacd")));
+    ui->txtFirmwareFile->setText(QFileInfo(firmwareFile).fileName());
+    UpdateControls();
+}
+
+void CTabLoadFirmware::FirmwareLoadButtonClicked()
+{
+    CDeviceDatabase* const database = TheDeviceDatabase();
+    if (!TheDeviceCommunication()->IsConnected()) {
+        database->SetApplicationStatus(QStringLiteral("Not connected to any device."));
+        return;
+    }
+    database->SetApplicationStatus(QStringLiteral("Sending Firmware file to the Device .."));
+    ProcessEventsBesidesInput();
+    QString error;
+    firmwareSent = SendFirmwareFile(error);
+    updatePendingValidation = false;
+    database->SetApplicationStatus(
+        firmwareSent ? QStringLiteral("Firmware sent to device successfully!") : error);
+    UpdateControls();
+}
+
+bool CTabLoadFirmware::SendFirmwareFile(QString& error)
+{
+    const bool exists = firmwareFile.exists();
+    error.clear();
+    if (!TheDeviceCommunication()->IsConnected()) {
+        return false;
+    }
+    QByteArray image;
+    const bool available = exists && ReadImage(firmwareFile, image);
+    if (exists && !available) {
+        error = firmwareFile.fileName() + QStringLiteral(" File could not be found or open");
+        image.clear();
+    }
+    const FirmwareStream stream(image);
+    CCustomProgressDialog progress(
+        QStringLiteral("Do Firmware Update..."), 0, static_cast<int>(stream.Size()), this);
+    progress.setLabelText(QStringLiteral("Sending %1 bytes...").arg(stream.Size()));
+    progress.setAutoReset(false); // the last block is still on its way when all bytes are in it
+    Transfer transfer(stream, progress);
+    const bool acknowledged = available && transfer.SendBlocks(error);
+    progress.setValue(stream.BlockCount());
+    const bool sent = acknowledged && TheDeviceCommunication()->GetLastResult() == Acknowledged &&
+                      transfer.SendChecksum();
+    progress.close();
+    ProcessEventsBesidesInput();
+    return sent;
+}
+
+void CTabLoadFirmware::FirmwareUpdateButtonClicked()
+{
+    CDeviceDatabase* const database = TheDeviceDatabase();
+    database->SetApplicationStatus(QStringLiteral("Updating firmware .."));
+    ProcessEventsBesidesInput();
+    TheDeviceCommunication()->StartFirmwareUpdate();
+    updateProgressDialog.reset(
+        new CCustomProgressDialog(QStringLiteral("Firmware Update in progress... "), 0, 0, this));
+    updateProgressDialog->SetCloseButtonHidden(true);
+    for (int pass = 0; pass < InstallationPasses; ++pass) {
+        updateProgressDialog->setValue(pass);
+        platform::Sleep(InstallationPassMs);
+    }
+    TheDeviceCommunication()->Disconnect();
+    firmwareSent = false;
+    updatePendingValidation = true;
+    UpdateControls();
+    database->SetApplicationStatus(QStringLiteral("Validating Firmware Update .. "));
+    emit ReconnectAfterFirmwareUpDate();
+    ProcessEventsBesidesInput();
+}
+
+RAVOBoolean CTabLoadFirmware::ValidateFirmwareUpdate()
+{
+    CDeviceDatabase* const database = TheDeviceDatabase();
+    const bool validated =
+        TheDeviceCommunication()->IsConnected() && TheDeviceCommunication()->ValidateFirmware();
+    database->SetApplicationStatus(validated
+                                       ? QStringLiteral("Firmware Updated successfully to v") +
+                                             database->GetFirmwareVersion() + QLatin1Char('.')
+                                       : QStringLiteral("Firmware Update Failed!"));
+    ProcessEventsBesidesInput();
+    if (updateProgressDialog != nullptr) {
+        updateProgressDialog->close();
+        updateProgressDialog.reset();
+    }
+    return validated ? 1 : 0;
+}
