@@ -1,5 +1,6 @@
 #include "firmware/CTabLoadFirmware.h"
 
+#include "firmware/FirmwareStream.h"
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
@@ -27,45 +28,7 @@ constexpr int DataLengthOffset = 0;
 constexpr int SumOffset = 2;
 constexpr int SequenceOffset = 4;
 constexpr int DataOffset = 20;
-constexpr int DataSize = 1200;
-using Block = std::array<uchar, DataOffset + DataSize>;
-
-/// What travels in the blocks: a head that tells how long the image is, and the image as it stands.
-class FirmwareStream
-{
-public:
-    explicit FirmwareStream(const QByteArray& image)
-        : image(image)
-    {
-        qToBigEndian(static_cast<quint32>(image.size()), head.data() + ImageLengthOffset);
-    }
-
-    quint32 Size() const { return HeadSize + static_cast<quint32>(image.size()); }
-
-    /// As the unit counts them, in 16 bits.
-    quint16 BlockCount() const { return static_cast<quint16>((Size() + DataSize - 1) / DataSize); }
-
-    quint16 DataLength(quint32 block) const
-    {
-        return static_cast<quint16>(block == Size() / DataSize ? Size() % DataSize : DataSize);
-    }
-
-    /// Zero behind the end.
-    uchar At(quint32 position) const
-    {
-        if (position < HeadSize) {
-            return head[position];
-        }
-        return position < Size() ? static_cast<uchar>(image[int(position - HeadSize)]) : 0;
-    }
-
-private:
-    static constexpr quint32 HeadSize = 64;
-    static constexpr int ImageLengthOffset = 3;
-
-    const QByteArray& image;
-    std::array<uchar, HeadSize> head{};
-};
+using Block = std::array<uchar, DataOffset + FirmwareStream::DataSize>;
 
 /// One transfer: the blocks of a stream on their way, each sent once and acknowledged before the
 /// next.
@@ -109,8 +72,8 @@ private:
     {
         payload.fill(0);
         blockSum = 0;
-        for (quint32 j = 0; j < DataSize; ++j) {
-            const uchar byte = stream.At(block * quint32{DataSize} + j);
+        for (quint32 j = 0; j < FirmwareStream::DataSize; ++j) {
+            const uchar byte = stream.At(block * FirmwareStream::DataSize + j);
             payload[DataOffset + j] = byte;
             blockSum = static_cast<quint16>(blockSum + byte);
             progress.setValue(position++);
