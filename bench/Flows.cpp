@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QTableWidget>
+#include <QTemporaryDir>
 
 #include <functional>
 
@@ -19,6 +20,15 @@ constexpr double AnswerMs = 1000;
 constexpr double ConnectPollMs = 100;
 constexpr double AddressMs = 85;
 constexpr double SearchMs = 100 + 200;
+// An acknowledgement is looked for each millisecond. That of a unit which answers at once is not
+// there at the first look, right behind the block, but at the second.
+constexpr double AcknowledgementMs = 2;
+
+constexpr int ImageBytes = 300000;
+// So large that nothing else counts.
+constexpr int LargeImageBytes = 50 * 1024 * 1024;
+constexpr int BlockBytes = 1200;
+constexpr int Blocks = (64 + ImageBytes + BlockBytes - 1) / BlockBytes;
 
 constexpr char NewIdentity[] = "ZELMA&KOVINTH,VX440,4400.1290.02/000129,3.10\r";
 constexpr char OldIdentity[] = "ZELMA&KOVINTH,VX440,4400.1290.02/000129,2.50\r";
@@ -73,6 +83,62 @@ double SendMs(int repetitions)
     return milliseconds;
 }
 
+QString MakeImage(const QTemporaryDir& folder, int bytes)
+{
+    QFile file(folder.filePath(QStringLiteral("%1.cyacd").arg(bytes)));
+    if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray(bytes, 'x')) != bytes) {
+        qFatal("no image could be made");
+    }
+    return file.fileName();
+}
+
+void ChooseImage(const QString& image)
+{
+    ClickAndChooseFile(Find<QWidget>("btnSelectFirmware"), image);
+}
+
+void Transfer()
+{
+    Click(Find<QWidget>("btnLoadFirmware"));
+    Require(StatusLine(), QStringLiteral("Firmware sent to device successfully!"));
+}
+
+// A line of the process's status, in kB.
+double StatusKb(const QByteArray& name)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly)) {
+        for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
+            if (line.startsWith(name)) {
+                return line.simplified().split(' ').value(1).toDouble();
+            }
+        }
+    }
+    return 0;
+}
+
+// The peak begins anew from what is in use now.
+void ForgetPeakMemory()
+{
+    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write("5") != 1) {
+        qFatal("the peak of the memory cannot be reset");
+    }
+}
+
+// What a transfer takes at its peak, in kB. It has all that it needs before its first block: the
+// user ends it there.
+double TransferKb(const QString& image)
+{
+    ChooseImage(image);
+    WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
+    ForgetPeakMemory();
+    const double before = StatusKb("VmRSS:");
+    Click(Find<QWidget>("btnLoadFirmware"));
+    Require(StatusLine(), QStringLiteral("FW send cancelled!"));
+    return StatusKb("VmHWM:") - before;
+}
+
 int LastOctet(const QString& address)
 {
     return address.section(QLatin1Char('.'), -1).toInt();
@@ -115,4 +181,23 @@ void MeasureSearch(Table& table, const QStringList& range, int units, int repeti
         QString::number(units));
     table.Add(QStringLiteral("search of %1 addresses").arg(addresses), QStringLiteral("ms"),
         milliseconds, addresses * AddressMs + SearchMs, 1.02);
+}
+
+void MeasureTransfer(Table& table, int repetitions)
+{
+    const QTemporaryDir folder;
+    const SimulatorProcess unit;
+    ConnectTo(unit.Address());
+    ShowPage("Update FW");
+    ChooseImage(MakeImage(folder, ImageBytes));
+    const double milliseconds = MedianMs(
+        repetitions, [] {}, Transfer);
+    const double waits = Blocks * (DrainMs + AcknowledgementMs) + DrainMs;
+    table.Add(QStringLiteral("%1 bytes of firmware").arg(ImageBytes), QStringLiteral("ms"),
+        milliseconds, waits, 0);
+    table.Add(QStringLiteral("a byte of them above the waits"), QStringLiteral("us"),
+        (milliseconds - waits) * 1000 / ImageBytes, 4, 1);
+    table.Add(QStringLiteral("memory for a large image"), QStringLiteral("kB"),
+        TransferKb(MakeImage(folder, LargeImageBytes)), (LargeImageBytes + BlockBytes) / 1024.0,
+        1.01);
 }

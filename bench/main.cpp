@@ -28,6 +28,7 @@ int Measure(const Repetitions& repetitions)
     Table table;
     MeasureStartup(table, repetitions.startup);
     MeasureFlows(table, repetitions.flows);
+    MeasureTransfer(table, repetitions.flows);
     MeasureSearch(table, {QStringLiteral("192.168.9.1"), QStringLiteral("192.168.9.255")},
         UnitsInNetwork, repetitions.search);
     return table.AllReached() ? 0 : 1;

@@ -70,3 +70,16 @@ QSize CFormStyle::sizeFromContents(
     }
     return result;
 }
+
+QRect CFormStyle::subElementRect(
+    SubElement element, const QStyleOption* option, const QWidget* widget) const
+{
+    switch (element) {
+    case SE_ProgressBarGroove:
+    case SE_ProgressBarContents:
+    case SE_ProgressBarLabel:
+        return option->rect;
+    default:
+        return QProxyStyle::subElementRect(element, option, widget);
+    }
+}

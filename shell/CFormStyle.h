@@ -4,8 +4,9 @@
 
 /// The style that the forms were drawn for. Their texts have ampersands and no mnemonics: an
 /// ampersand is shown as it stands, and a page's title gets the room for it. A progress bar is made
-/// of plain rectangles: a search paints it for each address, and shaded, rounded shapes would be
-/// most of what that costs.
+/// of plain rectangles, one over the other: a search paints it for each address, and shaded,
+/// rounded shapes would be most of what that costs; a firmware transfer sets it for each byte, and
+/// measuring its text would be most of that.
 class CFormStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -20,4 +21,6 @@ public:
         QPalette::ColorRole textRole = QPalette::NoRole) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
         const QWidget* widget) const override;
+    QRect subElementRect(SubElement element, const QStyleOption* option,
+        const QWidget* widget = nullptr) const override;
 };
