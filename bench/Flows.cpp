@@ -1,6 +1,7 @@
 #include "bench/Flows.h"
 
 #include "bench/Table.h"
+#include "tests/support/ProcessMemory.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/WindowTest.h"
 
@@ -103,40 +104,19 @@ void Transfer()
     Require(StatusLine(), QStringLiteral("Firmware sent to device successfully!"));
 }
 
-// A line of the process's status, in kB.
-double StatusKb(const QByteArray& name)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (status.open(QIODevice::ReadOnly)) {
-        for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
-            if (line.startsWith(name)) {
-                return line.simplified().split(' ').value(1).toDouble();
-            }
-        }
-    }
-    return 0;
-}
-
-// The peak begins anew from what is in use now.
-void ForgetPeakMemory()
-{
-    QFile file(QStringLiteral("/proc/self/clear_refs"));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write("5") != 1) {
-        qFatal("the peak of the memory cannot be reset");
-    }
-}
-
 // What a transfer takes at its peak, in kB. It has all that it needs before its first block: the
 // user ends it there.
 double TransferKb(const QString& image)
 {
     ChooseImage(image);
     WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
-    ForgetPeakMemory();
-    const double before = StatusKb("VmRSS:");
+    if (!ForgetPeakMemory()) {
+        qFatal("the peak of the memory cannot be reset");
+    }
+    const double before = MemoryInUseKb();
     Click(Find<QWidget>("btnLoadFirmware"));
     Require(StatusLine(), QStringLiteral("FW send cancelled!"));
-    return StatusKb("VmHWM:") - before;
+    return PeakMemoryKb() - before;
 }
 
 int LastOctet(const QString& address)

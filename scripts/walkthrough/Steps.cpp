@@ -1,5 +1,6 @@
 #include "scripts/walkthrough/Steps.h"
 
+#include "model/CDeviceDatabase.h"
 #include "rotor/RotorCatalogue.h"
 #include "scripts/walkthrough/Walk.h"
 #include "tests/support/WindowTest.h"
@@ -9,6 +10,7 @@
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -44,6 +46,8 @@ constexpr char TypedPolarWords[] = "007B0003003C0001"
                                    "0002000500000000"
                                    "01F400140032"
                                    "0000";
+
+constexpr int FirmwareBytes = 5000;
 
 QWidget* CurrentPage()
 {
@@ -172,6 +176,59 @@ void ReceivePolar(Walk& walk)
     walk.TakePicture(QStringLiteral("polar-received"));
 }
 
+// Another value is typed in between, so that the one at the end comes from the file.
+void KeepConfiguration(Walk& walk)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("station.txt"));
+    ShowPage(Azimuth.title);
+    auto* const cell = Find<QLineEdit>("0");
+    const QString kept = cell->text();
+    ClickAndChooseFile(Find<QWidget>("btnWriteToFile"), path);
+    walk.Expect(QStringLiteral("clicked Write to File and typed a name"), StatusLine(),
+        QStringLiteral("Saved to file ") + path);
+    TypeIntoCell(walk, "0", QStringLiteral("78"));
+    ClickAndChooseFile(Find<QWidget>("btnReadFromFile"), path);
+    walk.Expect(QStringLiteral("clicked Read from File"), StatusLine(),
+        QStringLiteral("Read file successfully."));
+    walk.Expect(QStringLiteral("the file kept %1").arg(NameOf(cell)), cell->text(), kept);
+    walk.TakePicture(QStringLiteral("azimuth-from-file"));
+}
+
+QString MakeFirmwareImage(const QTemporaryDir& folder)
+{
+    QFile file(folder.filePath(QStringLiteral("VX440.cyacd")));
+    const bool made = file.open(QIODevice::WriteOnly) &&
+                      file.write(QByteArray(FirmwareBytes, 'x')) == FirmwareBytes;
+    return made ? file.fileName() : QString();
+}
+
+// As the unit names the version that it has after an update, with its answer's carriage return.
+QString NextVersion(const QString& version)
+{
+    const QStringList numbers = version.trimmed().split(QLatin1Char('.'));
+    return QStringLiteral("%1.%2\r").arg(numbers.first()).arg(numbers.last().toInt() + 1);
+}
+
+void UpdateUnitsFirmware(Walk& walk)
+{
+    const QTemporaryDir folder;
+    const QString version = TheDeviceDatabase()->GetFirmwareVersion();
+    ShowPage(UpdateFirmware.title);
+    ClickAndChooseFile(Find<QWidget>("btnSelectFirmware"), MakeFirmwareImage(folder));
+    Click(Find<QWidget>("btnLoadFirmware"));
+    walk.Expect(QStringLiteral("chose an image and clicked Send FW to Device"), StatusLine(),
+        QStringLiteral("Firmware sent to device successfully!"));
+    walk.Expect(QStringLiteral("the unit received the size in CF4"),
+        walk.Log().AwaitPayload(QStringLiteral("CF4")).right(8), QStringLiteral("000013C8"));
+    walk.TakePicture(QStringLiteral("update-fw-sent"));
+    walk.Say(QStringLiteral("  clicked Initiate FW Update; the unit has half a minute"));
+    Click(Find<QWidget>("btnUpdateFirmware"));
+    walk.Expect(QStringLiteral("the update has ended"), StatusLine(),
+        QStringLiteral("Firmware Updated successfully to v%1.").arg(NextVersion(version)));
+    walk.TakePicture(QStringLiteral("update-fw-done"));
+}
+
 QString AddressesFound()
 {
     QStringList addresses;
@@ -187,8 +244,8 @@ QString AddressesFound()
 
 const QVector<Step>& UnitSteps()
 {
-    static const QVector<Step> steps{
-        Connect, LookAtPages, ChooseRotor, EditAzimuth, EditPolar, ReceivePolar};
+    static const QVector<Step> steps{Connect, LookAtPages, ChooseRotor, EditAzimuth, EditPolar,
+        ReceivePolar, KeepConfiguration, UpdateUnitsFirmware};
     return steps;
 }
 
