@@ -1,0 +1,91 @@
+#include "hardware/CBoardDataAccess.h"
+
+#include "hardware/CZKHardwareComponent.h"
+#include "link/CDeviceCommunication.h"
+
+#include <QProgressDialog>
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace {
+
+constexpr quint16 DeviceRegion = 0;
+constexpr quint16 BoardRegion = 1200;
+constexpr quint16 RegionSize = 1200;
+constexpr quint16 BlockRequestSize = 64;
+constexpr int LargestRequest = 255;
+
+constexpr quint32 ComponentCode = 3;
+constexpr quint8 ComponentGroup = 0;
+constexpr quint8 OtherGroup = 1;
+
+CZKHardwareComponent MakeComponent()
+{
+    return CZKHardwareComponent(GetEepromDirectory(), QStringLiteral("VX440"), ComponentCode, 0,
+        BlockRequestSize, ComponentGroup);
+}
+
+bool ReadBytes(
+    CDeviceCommunication* communication, QVector<uchar>& out, quint16 count, quint16 offset)
+{
+    uchar request[2 * sizeof(quint16)];
+    qToBigEndian(count, request);
+    qToBigEndian(offset, request + sizeof(quint16));
+    return communication->ReadEeprom(request, out);
+}
+
+} // namespace
+
+bool CBoardDataAccess::ReadBlockTexts(
+    CDeviceCommunication* communication, QStringList& texts, quint16 offset)
+{
+    texts.clear();
+    CZKHardwareComponent component = MakeComponent();
+    QVector<uchar> image;
+    bool ok = false;
+    if (!ReadBytes(communication, image, BlockRequestSize, offset) ||
+        !component.ParseImage(image, ok)) {
+        return false;
+    }
+    component.AppendRowTexts(texts, OtherGroup);
+    component.AppendRowTexts(texts, ComponentGroup);
+    return true;
+}
+
+// The regions are saved here once more: the same bytes under the same name.
+bool CBoardDataAccess::ReadEepromImages(
+    CDeviceCommunication* communication, QVector<uchar>& image, QProgressDialog* dialog)
+{
+    image.clear();
+    dialog->setMaximum(2 * RegionSize);
+    dialog->setValue(0);
+    if (ReadEepromRegion(communication, image, DeviceRegion, RegionSize, dialog)) {
+        SaveRegionImage(image);
+    }
+    image.clear();
+    return ReadEepromRegion(communication, image, BoardRegion, RegionSize, dialog) &&
+           SaveRegionImage(image);
+}
+
+bool CBoardDataAccess::ReadEepromRegion(CDeviceCommunication* communication, QVector<uchar>& image,
+    quint16 offset, quint16 size, QProgressDialog* dialog)
+{
+    image.clear();
+    for (int done = 0; done < size; done += LargestRequest) {
+        const auto chunk = static_cast<quint16>(std::min(LargestRequest, size - done));
+        if (!ReadBytes(communication, image, chunk, static_cast<quint16>(offset + done))) {
+            return false;
+        }
+        dialog->setValue(dialog->value() + LargestRequest);
+    }
+    return SaveRegionImage(image);
+}
+
+bool CBoardDataAccess::SaveRegionImage(const QVector<uchar>& image)
+{
+    CZKHardwareComponent component = MakeComponent();
+    bool ok = false;
+    return component.ParseImage(image, ok) &&
+           component.SaveImage(component.ReadImageFileName(), image);
+}
