@@ -39,10 +39,11 @@ double TextWaits(const char* answer)
     return DrainMs + static_cast<double>(qstrlen(answer));
 }
 
-// One configuration block for each of the two motor tabs.
-double LoadWaits(const char* identity)
+// One configuration block for each of the two motor tabs; from firmware 3.0 on also two EEPROM
+// blocks.
+double LoadWaits(const char* identity, int blocks)
 {
-    return ConnectPollMs + TextWaits(identity) + 2 * (DrainMs + AnswerMs);
+    return ConnectPollMs + TextWaits(identity) + blocks * (DrainMs + AnswerMs);
 }
 
 double MedianMs(
@@ -66,12 +67,12 @@ void Require(const QString& seen, const QString& expected)
     }
 }
 
-double ConnectAndLoadMs(const QString& address, int repetitions)
+double ConnectAndLoadMs(const QString& address, const char* status, int repetitions)
 {
     const double milliseconds = MedianMs(
         repetitions, [&address] { Overtype(Find<QLineEdit>("txtIpAddress"), address); },
         [] { Click(Find<QWidget>("btnConnect")); });
-    Require(StatusLine(), QStringLiteral("Device motor configuration read successfully!"));
+    Require(StatusLine(), QString::fromLatin1(status));
     return milliseconds;
 }
 
@@ -133,17 +134,19 @@ void MeasureFlows(Table& table, int repetitions)
         QString name;
         QStringList options;
         const char* identity;
+        int blocks;
+        const char* status;
         double target;
     } generations[] = {
-        {QStringLiteral("new"), {}, NewIdentity, 1.02},
+        {QStringLiteral("new"), {}, NewIdentity, 4, "Eeprom data valid", 1.02},
         {QStringLiteral("old"), {QStringLiteral("--firmware"), QStringLiteral("2.50")}, OldIdentity,
-            1.03},
+            2, "Device motor configuration read successfully!", 1.03},
     };
     for (const auto& generation : generations) {
         const SimulatorProcess unit(generation.options);
         table.Add(QStringLiteral("connect and load, %1 firmware").arg(generation.name),
-            QStringLiteral("ms"), ConnectAndLoadMs(unit.Address(), repetitions),
-            LoadWaits(generation.identity), generation.target);
+            QStringLiteral("ms"), ConnectAndLoadMs(unit.Address(), generation.status, repetitions),
+            LoadWaits(generation.identity, generation.blocks), generation.target);
         table.Add(QStringLiteral("send a motor, %1 firmware").arg(generation.name),
             QStringLiteral("ms"), SendMs(5 * repetitions), DrainMs, 0);
     }

@@ -2,6 +2,7 @@
 
 #include "discovery/CTabDetectZKDevices.h"
 #include "firmware/CTabLoadFirmware.h"
+#include "hardware/CTabBoardDataNew.h"
 #include "identity/CTabInfo.h"
 #include "link/CDeviceCommunication.h"
 #include "link/ConnectToDevice.h"
@@ -78,6 +79,7 @@ void CMainDialog::CreateTabs()
     detectTab = new CTabDetectZKDevices(ui->tabWidget);
     azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Azimuth);
     polarTab = new CTabMotorConfiguration(ui->tabWidget, Polar);
+    boardDataTab = new CTabBoardDataNew(nullptr);
 }
 
 // The board data tab has no page: it takes part in the passes and stays out of sight.
@@ -192,8 +194,8 @@ void CMainDialog::LoadDeviceInfo()
     const int step = 100 / tabs.size();
     int progress = 0;
     for (CTabBaseClass** const tab : qAsConst(tabs)) {
-        if (IsOneOf<CTabInfo, CTabLoadFirmware, CTabMotorConfiguration, CTabDetectZKDevices>(
-                *tab)) {
+        if (IsOneOf<CTabInfo, CTabLoadFirmware, CTabMotorConfiguration, CTabBoardDataNew,
+                CTabDetectZKDevices>(*tab)) {
             (*tab)->ConnectionStatusChanged();
         }
         progress += step;

@@ -44,6 +44,16 @@ QStringList Cells()
     return texts;
 }
 
+// What a unit is asked after it has been connected to.
+QStringList LoadCommands(bool newFirmware)
+{
+    QStringList commands{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF0")};
+    if (newFirmware) {
+        commands << QStringLiteral("CF7 00400000") << QStringLiteral("CF7 004004B0");
+    }
+    return commands;
+}
+
 } // namespace
 
 class MainDialogTest : public WarningsFail
@@ -277,7 +287,7 @@ private slots:
         QFETCH(QString, version);
         QFETCH(bool, newFirmware);
         SimulatorProcess unit({QStringLiteral("--firmware"), version, QStringLiteral("--part"),
-            QStringLiteral("1234.5678"), QStringLiteral("--serial"), QStringLiteral("000777"),
+            QStringLiteral("1234.5678.02"), QStringLiteral("--serial"), QStringLiteral("000777"),
             QStringLiteral("--azimuth"), QStringLiteral("1,2,3,4,5,6,7,8,9,10,11,0"),
             QStringLiteral("--polar"),
             QStringLiteral("101,102,103,104,105,106,107,108,109,110,99,1"),
@@ -288,13 +298,15 @@ private slots:
         ConnectTo(unit.Address());
         QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
         QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connected"));
-        QCOMPARE(StatusLine(), QStringLiteral("Device motor configuration read successfully!"));
-        QCOMPARE(TextOf("txtPartNumber"), QStringLiteral("1234.5678"));
+        QCOMPARE(StatusLine(),
+            newFirmware ? QStringLiteral("Eeprom data valid")
+                        : QStringLiteral("Device motor configuration read successfully!"));
+        QCOMPARE(TextOf("txtPartNumber"), QStringLiteral("1234.5678.02"));
+        QCOMPARE(TextOf("txtProductIndex"), newFirmware ? QStringLiteral("01.00") : QString());
         QCOMPARE(TextOf("txtSerialNumber"), QStringLiteral("000777"));
         QCOMPARE(ColumnText(6), version + QLatin1Char('\r'));
         QCOMPARE(ColumnText(5), QStringLiteral("255.255.0.0"));
-        QCOMPARE(unit.Commands(),
-            (QStringList{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF0")}));
+        QCOMPARE(unit.Commands(), LoadCommands(newFirmware));
 
         ShowPage("Azimuth Configuration");
         QCOMPARE(Cells().mid(0, 8),
@@ -335,8 +347,7 @@ private slots:
         QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
         QVERIFY(unit.WaitForLine(QStringLiteral("disconnected")));
         QVERIFY(unit.WaitForLine(QStringLiteral("connected ")));
-        QCOMPARE(unit.Commands(),
-            (QStringList{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF0")}));
+        QCOMPARE(unit.Commands(), LoadCommands(true));
     }
 
     void whileItLoadsTheWindowTakesNoClicksAndNoClose()
@@ -367,8 +378,7 @@ private slots:
         QVERIFY(seen.contains(QStringLiteral("Loading Device Info ...")));
         QVERIFY(MainWindow()->isVisible());
         QCOMPARE(Tabs()->currentIndex(), 0);
-        QCOMPARE(unit.Commands(),
-            (QStringList{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF0")}));
+        QCOMPARE(unit.Commands(), LoadCommands(true));
     }
 
     void aLostLinkTellsTheUserAndKeepsWhatIsKnown()

@@ -65,12 +65,16 @@ private slots:
                 QStringLiteral("*IDN?"),
                 QStringLiteral("CF0"),
                 QStringLiteral("CF0"),
+                QStringLiteral("CF7 00400000"),
+                QStringLiteral("CF7 004004B0"),
                 QStringLiteral("HCF 01F40003009600010002000A0000000007D0001400320001"),
                 QStringLiteral("VCF 012C0003003C0001000200050000000001F40014004B0000"),
                 QStringLiteral("CF0"),
                 QStringLiteral("*IDN?"),
                 QStringLiteral("CF0"),
                 QStringLiteral("CF0"),
+                QStringLiteral("CF7 00400000"),
+                QStringLiteral("CF7 004004B0"),
             }));
     }
 
@@ -138,6 +142,7 @@ private slots:
         QTest::addColumn<QString>("command");
         QTest::newRow("identity") << QStringLiteral("*IDN?");
         QTest::newRow("first configuration") << QStringLiteral("CF0:1");
+        QTest::newRow("first EEPROM block") << QStringLiteral("CF7:1");
     }
     void aResetAtAnyCommandOfTheLoadEndsNotConnected()
     {
