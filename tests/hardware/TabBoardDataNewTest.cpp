@@ -1,5 +1,6 @@
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
+#include "shell/CMainDialog.h"
 #include "tests/hardware/BoardDataWindow.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
@@ -136,6 +137,7 @@ private slots:
     void init();
 
     void theToolsWindowNeverShowsIt();
+    void theDialogsSlotsShowAPageOnly();
     void theFormHasItsSizes();
     void everyWidgetIsThere_data();
     void everyWidgetIsThere();
@@ -322,6 +324,33 @@ void TabBoardDataNewTest::theToolsWindowNeverShowsIt()
     for (int page = 0; page < pages->count(); ++page) {
         QVERIFY(qobject_cast<CTabBoardDataNew*>(pages->widget(page)) == nullptr);
     }
+}
+
+void TabBoardDataNewTest::theDialogsSlotsShowAPageOnly()
+{
+    auto* const dialog = qobject_cast<CMainDialog*>(MainWindow());
+    auto* const pages = Find<QTabWidget>("tabWidget");
+    CTabBoardDataNew* const tab = window->Tab();
+    tab->hide();
+    for (int index = -1; index <= pages->count(); ++index) {
+        dialog->DisableBoardDataTab(index);
+        dialog->HideBoardDataTab(index);
+        QVERIFY(!tab->isVisible());
+    }
+    const int current = pages->currentIndex();
+    const int page = pages->addTab(tab, Text("Board Data"));
+    pages->setCurrentIndex(page);
+    for (const bool enabled : {false, true}) {
+        tab->setEnabled(enabled);
+        dialog->DisableBoardDataTab(page);
+        QCOMPARE(tab->isEnabled(), enabled);
+        dialog->HideBoardDataTab(page);
+        QCOMPARE(tab->isVisible(), enabled);
+    }
+    pages->removeTab(page);
+    pages->setCurrentIndex(current);
+    tab->setParent(MainWindow(), Qt::Window);
+    tab->show();
 }
 
 void TabBoardDataNewTest::theFormHasItsSizes()
