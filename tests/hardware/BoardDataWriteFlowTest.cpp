@@ -1,0 +1,207 @@
+#include "link/CDeviceCommunication.h"
+#include "model/CDeviceDatabase.h"
+#include "tests/hardware/BoardDataWindow.h"
+#include "tests/support/SimulatorProcess.h"
+#include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QToolButton>
+#include <QWindow>
+#include <QtTest>
+
+namespace {
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+QByteArray Content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+}
+
+QString Hex(const QByteArray& bytes)
+{
+    return QString::fromLatin1(bytes.toHex().toUpper());
+}
+
+// Part 12345678.02, product index 1.05, serial number 123456789, 2026-03-09, name REWRITTEN.
+const QByteArray Block = QByteArray::fromHex("0200000000000000000000004E61BC0002036900"
+                                             "15CD5B07695C0000D200") +
+                         QByteArray("REWRITTEN\0\0\0\0\0", 14);
+
+QByteArray RegionFile(int size)
+{
+    QByteArray content = Block;
+    while (content.size() < size) {
+        content.append(static_cast<char>(content.size() % 251));
+    }
+    return content.left(size);
+}
+
+} // namespace
+
+/// Writes to the simulated unit, in the program, by clicks.
+class BoardDataWriteFlowTest : public WarningsFail
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void aFileReachesTheUnitButForItsLastByte_data();
+    void aFileReachesTheUnitButForItsLastByte();
+    void anAnswerOfTheUnitIsTold_data();
+    void anAnswerOfTheUnitIsTold();
+    void anOldUnitGetsItsNumbersAndKeepsItsMotors();
+
+private:
+    void WriteFile(const QByteArray& region, const QByteArray& content);
+    void Retype(const char* field, const QString& text);
+    QString Saved() const { return folder.filePath(Text("saved.eeprom")); }
+    QStringList UnitOptions() const { return {Text("--save-eeprom"), Saved()}; }
+
+    QTemporaryDir folder;
+    std::unique_ptr<BoardDataWindow> window;
+};
+
+void BoardDataWriteFlowTest::initTestCase()
+{
+    qputenv("PROGRAMDATA", QFile::encodeName(folder.path()));
+    window = std::make_unique<BoardDataWindow>();
+}
+
+void BoardDataWriteFlowTest::cleanupTestCase()
+{
+    TheDeviceCommunication()->Disconnect();
+    window.reset();
+}
+
+void BoardDataWriteFlowTest::WriteFile(const QByteArray& region, const QByteArray& content)
+{
+    QFile file(folder.filePath(Text("data.bin")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), qint64(content.size()));
+    file.close();
+    ClickAndChoose(window->Child<QToolButton>(("btn" + region + "DataFileSelector").constData()),
+        file.fileName());
+    Click(window->Child<QPushButton>(("btnWrite" + region + "Data").constData()));
+}
+
+void BoardDataWriteFlowTest::Retype(const char* field, const QString& text)
+{
+    Click(window->Child<QLineEdit>(field));
+    QWindow* const keys = window->Tab()->windowHandle();
+    QTest::keyClick(keys, Qt::Key_A, Qt::ControlModifier);
+    for (const QChar character : text) {
+        QTest::keyClick(keys, character.toLatin1());
+    }
+}
+
+void BoardDataWriteFlowTest::aFileReachesTheUnitButForItsLastByte_data()
+{
+    QTest::addColumn<QByteArray>("region");
+    QTest::addColumn<int>("offset");
+    QTest::newRow("device") << QByteArray("Device") << 0;
+    QTest::newRow("board") << QByteArray("Board") << 1200;
+}
+
+void BoardDataWriteFlowTest::aFileReachesTheUnitButForItsLastByte()
+{
+    QFETCH(QByteArray, region);
+    QFETCH(int, offset);
+    SimulatorProcess unit(UnitOptions());
+    QVERIFY(unit.IsReady());
+    ConnectTo(unit.Address());
+    WriteFile(region, Block + '\0'); // so that the memory is in the file
+    QByteArray memory = Content(Saved());
+    QCOMPARE(memory.mid(offset, Block.size()), Block);
+    const QString address = offset == 0 ? Text("0000") : Text("04B0");
+    const QStringList reading{Text("CF7 00400000"), Text("CF7 004004B0")};
+    for (const int size : {0, 1, 2, 1199, 1200, 1500}) {
+        unit.Forget();
+        const QByteArray content = RegionFile(size);
+        const QByteArray sent = content.left(qMin(size, 1200)).chopped(size > 0 ? 1 : 0);
+        WriteFile(region, content);
+        QCOMPARE(unit.Commands(), QStringList{Text("CF6 ") + address + Hex(sent)} + reading);
+        QCOMPARE(Content(Saved()), memory.replace(offset, sent.size(), sent));
+        QCOMPARE(StatusLine(), Text("Data written to the device successfully."));
+    }
+    QCOMPARE(window->TextOf(("txt" + region + "Name").constData()), Text("REWRITTEN"));
+    QCOMPARE(window->TextOf(("txt" + region + "SerialNumber").constData()), Text("123456"));
+}
+
+void BoardDataWriteFlowTest::anAnswerOfTheUnitIsTold_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("status");
+    QTest::newRow("refused") << Text("refusing") << Text("EEPROM data write failed!");
+    QTest::newRow("no answer") << Text("silent") << Text("An error occoured during transmission.");
+    QTest::newRow("reset") << Text("resetting") << Text("An error occoured during transmission.");
+}
+
+void BoardDataWriteFlowTest::anAnswerOfTheUnitIsTold()
+{
+    QFETCH(QString, fault);
+    SimulatorProcess unit(UnitOptions() + QStringList{Text("--fault"), fault + Text(":CF6")});
+    QVERIFY(unit.IsReady());
+    ConnectTo(unit.Address());
+    const QString name = window->TextOf("txtDeviceName");
+    unit.Forget();
+    WriteFile("Device", Block + '\0');
+    QTEST(StatusLine(), "status");
+    QCOMPARE(unit.Commands(), QStringList{Text("CF6 0000") + Hex(Block)});
+    QCOMPARE(window->TextOf("txtDeviceName"), name);
+    QCOMPARE(window->TextOf("txtDeviceDataFile"), QString());
+    QVERIFY(!window->IsEnabled("btnWriteDeviceData"));
+}
+
+void BoardDataWriteFlowTest::anOldUnitGetsItsNumbersAndKeepsItsMotors()
+{
+    const QString azimuth = Text("501,502,503,504,505,506,507,508,509,510");
+    const QString polar = Text("601,602,603,604,605,606,607,608,609,610");
+    SimulatorProcess unit(
+        {Text("--firmware"), Text("2.99"), Text("--azimuth"), azimuth, Text("--polar"), polar});
+    QVERIFY(unit.IsReady());
+    ConnectTo(unit.Address());
+    QCOMPARE(unit.Commands(), (QStringList{Text("*IDN?"), Text("CF0"), Text("CF0")}));
+    QVERIFY(!window->IsVisible("boxBoard"));
+    TheDeviceDatabase()->SetMacAddress(Text("02:4C:7E:00:01:29")); // the loopback has none
+    Retype("txtDevicePartNumber", Text("9876.5432.10"));
+    Retype("txtDeviceSerialNumber", Text("424242"));
+    unit.Forget();
+
+    Click(window->Child<QPushButton>("btnWriteOld"));
+
+    QCOMPARE(StatusLine(), Text("Board Data updated successfully. "));
+    QCOMPARE(ConnectionLine(), Text("Connected to ") + unit.Address());
+    QVERIFY(unit.WaitForLine(Text("connected ")));
+    const QStringList commands = unit.Commands();
+    QCOMPARE(commands.size(), 1);
+    QCOMPARE(commands.first().size(), 4 + 2 * 127);
+    QCOMPARE(unit.State(Text("part")), Text("9876.5432.10"));
+    QCOMPARE(unit.State(Text("serial")), Text("424242"));
+    QCOMPARE(unit.State(Text("mac")), Text("02:4C:7E:00:01:29"));
+    QCOMPARE(unit.State(Text("azimuth")), azimuth);
+    QCOMPARE(unit.State(Text("polar")), polar);
+    QCOMPARE(unit.State(Text("address")), unit.Address());
+    QCOMPARE(window->TextOf("txtDevicePartNumber"), Text("9876.5432.10"));
+    QCOMPARE(window->TextOf("txtDeviceSerialNumber"), Text("424242"));
+}
+
+// Qt's dialog keeps its last folder in the user's settings: not in those of whoever runs the test.
+int main(int argc, char** argv)
+{
+    const QTemporaryDir settings;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(settings.path()));
+    BoardDataWriteFlowTest test;
+    return RunInTheProgram(test, argc, argv);
+}
+
+#include "BoardDataWriteFlowTest.moc"
