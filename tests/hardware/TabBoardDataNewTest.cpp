@@ -180,6 +180,7 @@ private slots:
     void aRefusalLeavesTheModel();
     void aWriteOnALinkThatWasClosedHereSaysSo();
     void aFileThatIsGoneIsWrittenAsNothing();
+    void aFileWithoutPermissionIsWrittenAsNothing();
     void aRefusalIsToldInPlaceOfTheMissingFile();
     void whatWasWrittenIsReadBack();
     void aWriteForgetsItsFileAlone();
@@ -189,6 +190,8 @@ private slots:
     void readingAllTellsWhatItDoes();
     void aBadBoardRegionFailsTheReading();
     void aBadDeviceRegionGoesUnnoticed();
+    void aDirectoryThatCannotBeMadeFailsTheReading();
+    void aReadOnlyFileFailsTheReading();
     void withoutALinkReadAllDoesNothing();
     void aClosedProgressDialogDoesNotEndTheReading();
 
@@ -911,6 +914,19 @@ void TabBoardDataNewTest::aFileThatIsGoneIsWrittenAsNothing()
                                     Text("Eeprom data valid"), told}));
 }
 
+void TabBoardDataNewTest::aFileWithoutPermissionIsWrittenAsNothing()
+{
+    const QString path = MakeFile("abc");
+    QVERIFY(QFile::setPermissions(path, QFileDevice::Permissions()));
+    if (QFileInfo(path).isReadable()) {
+        QSKIP("this user may read every file");
+    }
+    ChooseFile("Board", path);
+    Click(window->Child<QPushButton>("btnWriteBoardData"));
+    QCOMPARE(scripted::Actions(), Texts("send 4346360D04B0") + BlockRequests);
+    QCOMPARE(StatusLine(), path + Text(" File could not be found or open"));
+}
+
 void TabBoardDataNewTest::aRefusalIsToldInPlaceOfTheMissingFile()
 {
     acknowledgement = "0\r";
@@ -1005,6 +1021,27 @@ void TabBoardDataNewTest::aBadDeviceRegionGoesUnnoticed()
     QCOMPARE(StatusLine(), Text("Successfully read from device EEPROM."));
     QCOMPARE(FieldTexts(DeviceFields), NoTexts);
     QCOMPARE(FieldTexts(BoardFields), BoardTexts);
+}
+
+void TabBoardDataNewTest::aDirectoryThatCannotBeMadeFailsTheReading()
+{
+    qputenv("PROGRAMDATA", QFile::encodeName(MakeFile("in its place")));
+    Click(window->Child<QPushButton>("btnReadAll"));
+    QCOMPARE(StatusLine(), Text("Could not read data from device EEPROM."));
+    QCOMPARE(scripted::Actions().size(), 10);
+}
+
+void TabBoardDataNewTest::aReadOnlyFileFailsTheReading()
+{
+    Click(window->Child<QPushButton>("btnReadAll"));
+    const QString board =
+        folder->filePath(Text("Zelma-Kovinth/VX440/Eeprom/VX440Read_VX440_001234.bin"));
+    QVERIFY(QFile::setPermissions(board, QFileDevice::ReadOwner));
+    if (QFileInfo(board).isWritable()) {
+        QSKIP("this user may write every file");
+    }
+    Click(window->Child<QPushButton>("btnReadAll"));
+    QCOMPARE(StatusLine(), Text("Could not read data from device EEPROM."));
 }
 
 void TabBoardDataNewTest::withoutALinkReadAllDoesNothing()

@@ -96,6 +96,8 @@ private slots:
     void anImageOfNoBytesIsAnEmptyFile();
     void whereNoFileCanBeMadeNothingIsSaved_data();
     void whereNoFileCanBeMadeNothingIsSaved();
+    void anOrdinaryUsersClosedFilesAreNotReplaced_data();
+    void anOrdinaryUsersClosedFilesAreNotReplaced();
 
 private:
     QString EepromDirectory() const { return folder->path() + Tail; }
@@ -353,6 +355,29 @@ void ZKHardwareComponentTest::whereNoFileCanBeMadeNothingIsSaved()
     qputenv(Variable, QFile::encodeName(folder->filePath(data)));
     QVERIFY(!Component().SaveImage(name, Image(Block)));
     QVERIFY(!QDir(folder->filePath(QStringLiteral("missing"))).exists());
+}
+
+void ZKHardwareComponentTest::anOrdinaryUsersClosedFilesAreNotReplaced_data()
+{
+    QTest::addColumn<QString>("closed");
+    QTest::newRow("a file that is read-only") << QStringLiteral("a.bin");
+    QTest::newRow("a folder that is read-only, and the file is new") << QString();
+}
+
+void ZKHardwareComponentTest::anOrdinaryUsersClosedFilesAreNotReplaced()
+{
+    QFETCH(QString, closed);
+    QVERIFY(Component().SaveImage(QStringLiteral("a.bin"), Image("before")));
+    const QString path = EepromDirectory() + closed;
+    QVERIFY(QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+    if (QFileInfo(path).isWritable()) {
+        QSKIP("this user may write every file");
+    }
+    const QString name = closed.isEmpty() ? QStringLiteral("b.bin") : closed;
+    QVERIFY(!Component().SaveImage(name, Image(Block)));
+    QCOMPARE(Content(EepromDirectory() + QStringLiteral("a.bin")), QByteArray("before"));
+    QVERIFY(QFile::setPermissions(
+        path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
 }
 
 QTEST_GUILESS_MAIN(ZKHardwareComponentTest)

@@ -1,0 +1,83 @@
+#include "hardware/CBoardDataAccess.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+constexpr char Variable[] = "PROGRAMDATA";
+constexpr char Mark[] = "VX440_TEST_ON_A_SMALL_DISK";
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+// Mounts a small disk that goes with the process, and runs the rest of the words.
+const QString OnASmallDisk =
+    QStringLiteral("mount -t tmpfs -o size=64k none \"$1\" && shift && exec \"$@\"");
+
+// A region whose block has the serial number 123456789.
+QVector<uchar> Region()
+{
+    QVector<uchar> region(1200, 0);
+    region[0] = 2;
+    region[20] = 0x15;
+    region[21] = 0xCD;
+    region[22] = 0x5B;
+    region[23] = 0x07;
+    return region;
+}
+
+} // namespace
+
+class EepromFullDiskTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void anImageThatFindsNoRoomIsNotSaved();
+};
+
+// Runs itself again where a disk of its own is mounted.
+void EepromFullDiskTest::anImageThatFindsNoRoomIsNotSaved()
+{
+    if (!qEnvironmentVariableIsSet(Mark)) {
+        const QTemporaryDir folder;
+        const QStringList words{
+            Text("-m"), Text("sh"), Text("-c"), OnASmallDisk, Text("sh"), folder.path()};
+        if (QProcess::execute(Text("unshare"), words + QStringList{Text("true")}) != 0) {
+            QSKIP("this system does not let the test mount a disk");
+        }
+        qputenv(Mark, "1");
+        qputenv(Variable, QFile::encodeName(folder.path()));
+        QCOMPARE(QProcess::execute(
+                     Text("unshare"), words + QStringList{QCoreApplication::applicationFilePath()}),
+            0);
+        return;
+    }
+    CBoardDataAccess access;
+    QVERIFY(access.SaveRegionImage(Region()));
+    const QString folder = QFile::decodeName(qgetenv(Variable));
+    const QDir eeprom(folder + Text("/Zelma-Kovinth/VX440/Eeprom"));
+    QVERIFY(QFile::remove(eeprom.filePath(Text("VX440Read_VX440_123456.bin"))));
+
+    QFile rest(folder + Text("/rest"));
+    QVERIFY(rest.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    const QByteArray page(4096, 'x');
+    int pages = 0;
+    while (rest.write(page) == page.size()) {
+        ++pages;
+    }
+    QVERIFY(pages > 0 && pages <= 16);
+
+    QVERIFY(!access.SaveRegionImage(Region()));
+    QVERIFY(rest.resize(0));
+    QVERIFY(access.SaveRegionImage(Region()));
+}
+
+QTEST_GUILESS_MAIN(EepromFullDiskTest)
+
+#include "EepromFullDiskTest.moc"
