@@ -8,14 +8,16 @@ namespace {
 
 constexpr int LongTimeMs = 60000;
 
+// Another one for each process: none of them ends in 0 or 255.
 QString UnusedLoopbackAddress()
 {
+    constexpr quint32 LastHost = 254;
     static int used = 0;
     const auto pid = static_cast<quint32>(QCoreApplication::applicationPid());
     return QStringLiteral("127.%1.%2.%3")
         .arg(++used)
-        .arg((pid >> 8) & 0xFF)
-        .arg(std::clamp<quint32>(pid & 0xFF, 1, 254));
+        .arg(pid / LastHost % 256U)
+        .arg(1 + pid % LastHost);
 }
 
 bool IsCommand(const QString& line)
