@@ -1,11 +1,11 @@
 #include "platform/NeighbourTable.h"
 
+#include "platform/NeighbourRows.h"
 #include "platform/Sleep.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstddef>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -115,44 +115,6 @@ unsigned AskForNeighbour(nl_sock* kernel, int type, int flags, std::uint32_t add
     return Ask(kernel, request.get(), rows);
 }
 
-unsigned ReadRows(std::vector<NeighbourRow>& rows)
-{
-    const NetlinkSocket kernel = ConnectToKernel();
-    const Message request(nlmsg_alloc_simple(RTM_GETNEIGH, NLM_F_DUMP));
-    ndmsg head{};
-    head.ndm_family = AF_INET;
-    if (kernel == nullptr || request == nullptr ||
-        nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0) {
-        return EIO;
-    }
-    const unsigned error = Ask(kernel.get(), request.get(), &rows);
-    // The kernel's own entries for loopback, multicast and broadcast.
-    rows.erase(std::remove_if(rows.begin(), rows.end(),
-                   [](const NeighbourRow& row) { return row.type == NUD_NOARP; }),
-        rows.end());
-    return error;
-}
-
-bool IsBelow(const NeighbourRow& left, const NeighbourRow& right)
-{
-    return ntohl(left.ipAddress) < ntohl(right.ipAddress);
-}
-
-std::size_t BytesFor(std::size_t rows)
-{
-    return std::max(
-        sizeof(NeighbourTable), offsetof(NeighbourTable, rows) + rows * sizeof(NeighbourRow));
-}
-
-void CopyOut(const std::vector<NeighbourRow>& rows, NeighbourTable* table)
-{
-    table->count = static_cast<std::uint32_t>(rows.size());
-    if (!rows.empty()) {
-        std::memcpy(reinterpret_cast<char*>(table) + offsetof(NeighbourTable, rows), rows.data(),
-            rows.size() * sizeof(NeighbourRow));
-    }
-}
-
 // The interface on which an address is reached directly, or 0.
 int DirectInterface(nl_sock* kernel, std::uint32_t destination)
 {
@@ -242,29 +204,21 @@ bool AwaitAnswer(nl_sock* kernel, NeighbourRow& row)
 
 } // namespace
 
-unsigned ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted)
+unsigned ReadNeighbourRows(std::vector<NeighbourRow>& rows)
 {
-    // The rows that a call only counted, for the call that comes back for them.
-    thread_local std::vector<NeighbourRow> counted;
-
-    std::vector<NeighbourRow> rows;
-    rows.swap(counted);
-    const unsigned error = rows.empty() ? ReadRows(rows) : 0;
-    if (error != 0) {
-        rows.clear();
+    const NetlinkSocket kernel = ConnectToKernel();
+    const Message request(nlmsg_alloc_simple(RTM_GETNEIGH, NLM_F_DUMP));
+    ndmsg head{};
+    head.ndm_family = AF_INET;
+    if (kernel == nullptr || request == nullptr ||
+        nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0) {
+        return EIO;
     }
-    const std::size_t needed = BytesFor(rows.size());
-    if (table == nullptr) {
-        counted = rows;
-    }
-    if (table == nullptr || *size < needed) {
-        *size = static_cast<std::uint32_t>(needed);
-        return error != 0 ? error : NeighbourBufferTooSmall;
-    }
-    if (sorted) {
-        std::stable_sort(rows.begin(), rows.end(), IsBelow);
-    }
-    CopyOut(rows, table);
+    const unsigned error = Ask(kernel.get(), request.get(), &rows);
+    // The kernel's own entries for loopback, multicast and broadcast.
+    rows.erase(std::remove_if(rows.begin(), rows.end(),
+                   [](const NeighbourRow& row) { return row.type == NUD_NOARP; }),
+        rows.end());
     return error;
 }
 
@@ -303,11 +257,6 @@ unsigned ResolveNeighbour(std::uint32_t destination, std::uint32_t source,
 std::uint32_t ParseIpv4Address(const char* text)
 {
     return inet_addr(text);
-}
-
-void FormatIpv4Address(std::uint32_t address, char* text, int size)
-{
-    inet_ntop(AF_INET, &address, text, static_cast<socklen_t>(size));
 }
 
 } // namespace platform

@@ -1,7 +1,7 @@
 #include "platform/Sockets.h"
 
-#include <array>
-#include <atomic>
+#include "platform/SocketHandles.h"
+
 #include <cerrno>
 
 #include <netdb.h>
@@ -15,41 +15,10 @@
 namespace platform {
 namespace {
 
-// The kernel gives a closed descriptor's number out again, also to the window system. A handle is
-// therefore a generation, never used twice, beside the descriptor that it was given for.
-constexpr int MaxDescriptors = 65536;
-constexpr std::uint32_t NoGeneration = 0;
-
-std::array<std::atomic<std::uint32_t>, MaxDescriptors> generationOf{};
-std::atomic<std::uint32_t> latestGeneration{NoGeneration};
-
-SocketHandle HandleFor(int descriptor)
-{
-    const std::uint32_t generation = ++latestGeneration;
-    generationOf[static_cast<std::size_t>(descriptor)] = generation;
-    return (static_cast<SocketHandle>(generation) << 32) | static_cast<std::uint32_t>(descriptor);
-}
-
-std::uint32_t GenerationIn(SocketHandle socket)
-{
-    return static_cast<std::uint32_t>(socket >> 32);
-}
-
-std::uint32_t DescriptorIn(SocketHandle socket)
-{
-    return static_cast<std::uint32_t>(socket);
-}
-
-// -1, which every call of the system refuses, for a handle that is not in use.
+// -1, which the kernel refuses, for a handle that is not in use.
 int DescriptorOf(SocketHandle socket)
 {
-    const std::uint32_t descriptor = DescriptorIn(socket);
-    if (descriptor >= MaxDescriptors || GenerationIn(socket) == NoGeneration ||
-        generationOf[descriptor] != GenerationIn(socket)) {
-        errno = EBADF;
-        return -1;
-    }
-    return static_cast<int>(descriptor);
+    return static_cast<int>(SocketNumber(socket));
 }
 
 // A connect that a signal interrupted goes on by itself; its end is seen by polling.
@@ -90,12 +59,13 @@ SocketHandle OpenSocket(std::uint16_t type)
     if (descriptor == -1) {
         return InvalidSocket;
     }
-    if (descriptor >= MaxDescriptors) {
+    const auto number = static_cast<std::uint32_t>(descriptor);
+    if (number > LargestSocketNumber) {
         ::close(descriptor);
         errno = EMFILE;
         return InvalidSocket;
     }
-    return HandleFor(descriptor);
+    return MakeSocketHandle(number);
 }
 
 int EnableSocketOption(SocketHandle socket, SocketOption option)
@@ -163,12 +133,7 @@ int SendToSocket(SocketHandle socket, const char* buffer, int length)
 void CloseSocket(SocketHandle socket)
 {
     const int descriptor = DescriptorOf(socket);
-    if (descriptor == -1) {
-        return;
-    }
-    std::uint32_t generation = GenerationIn(socket);
-    if (generationOf[static_cast<std::size_t>(descriptor)].compare_exchange_strong(
-            generation, NoGeneration)) {
+    if (RetireSocketHandle(socket)) {
         ::close(descriptor);
     }
 }

@@ -1,12 +1,11 @@
 #include "rotor/CFileIO.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/platform/FileSizeLimit.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <csignal>
 #include <ctime>
-#include <sys/resource.h>
 
 namespace {
 
@@ -22,26 +21,6 @@ QString Text(const char* text)
 {
     return QString::fromLatin1(text);
 }
-
-// No file of this process grows beyond `bytes` as long as the object lives: a disk that is full.
-class FileSizeLimit
-{
-    Q_DISABLE_COPY(FileSizeLimit)
-
-public:
-    explicit FileSizeLimit(int bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before);
-        rlimit limit = before;
-        limit.rlim_cur = static_cast<rlim_t>(bytes);
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before); }
-
-private:
-    rlimit before;
-};
 
 QString ReadLineOf(CFileIO& file, int* result = nullptr)
 {
@@ -344,7 +323,7 @@ void FileIOTest::aDiskThatIsFullAfterAnyByteFailsItsLine()
         {
             CFileIO file(path);
             QVERIFY(file.OpenForWrite());
-            const FileSizeLimit limit(bytes);
+            const FileSizeLimit limit(static_cast<quint64>(bytes));
             const bool first = file.WriteBanner();
             const bool second = file.WriteKeyValue(Text("first"), Text("1"));
             const bool third = file.WriteKeyValue(Text("second"), Text("22"));

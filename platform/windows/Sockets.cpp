@@ -1,0 +1,117 @@
+#include "platform/Sockets.h"
+
+#include "platform/SocketHandles.h"
+
+#include <cstring>
+
+#include <winsock2.h>
+
+namespace platform {
+namespace {
+
+// INVALID_SOCKET, which the system refuses, for a handle that is not in use.
+SOCKET SystemSocket(SocketHandle socket)
+{
+    return static_cast<SOCKET>(SocketNumber(socket));
+}
+
+// Whether the end of the stream that recv reports is a reset in truth: nothing can be sent then,
+// where the other direction of a connection that the peer has closed in an orderly way is open
+// still. Nothing goes over the wire for it.
+bool IsBroken(SOCKET socket)
+{
+    return ::send(socket, "", 0, 0) == SOCKET_ERROR;
+}
+
+} // namespace
+
+int StartSockets(std::uint16_t version)
+{
+    WSADATA details{};
+    return WSAStartup(version, &details);
+}
+
+SocketHandle OpenSocket(std::uint16_t type)
+{
+    const SOCKET socket = ::socket(AF_INET, type, 0);
+    if (socket == INVALID_SOCKET) {
+        return InvalidSocket;
+    }
+    if (socket > LargestSocketNumber) {
+        closesocket(socket);
+        WSASetLastError(WSAEMFILE);
+        return InvalidSocket;
+    }
+    return MakeSocketHandle(static_cast<std::uint32_t>(socket));
+}
+
+int EnableSocketOption(SocketHandle socket, SocketOption option)
+{
+    int name = SO_REUSEADDR;
+    switch (option) {
+    case SocketOption::ReuseAddress:
+        name = SO_REUSEADDR;
+        break;
+    case SocketOption::OutOfBandInline:
+        name = SO_OOBINLINE;
+        break;
+    case SocketOption::Broadcast:
+        name = SO_BROADCAST;
+        break;
+    }
+    const char on = 1;
+    return setsockopt(SystemSocket(socket), SOL_SOCKET, name, &on, sizeof on);
+}
+
+bool ResolveHost(const char* host, std::uint32_t& address)
+{
+    // For an empty name the system would give an address of this computer.
+    const hostent* found = *host == '\0' ? nullptr : gethostbyname(host);
+    if (found == nullptr) {
+        return false;
+    }
+    std::memcpy(&address, found->h_addr_list[0], sizeof address);
+    return true;
+}
+
+int ConnectSocket(SocketHandle socket, std::uint32_t address, std::uint16_t port)
+{
+    sockaddr_in peer{};
+    peer.sin_family = AF_INET;
+    peer.sin_port = htons(port);
+    peer.sin_addr.s_addr = address;
+    return ::connect(SystemSocket(socket), reinterpret_cast<const sockaddr*>(&peer), sizeof peer);
+}
+
+int MakeSocketNonBlocking(SocketHandle socket)
+{
+    u_long on = 1;
+    return ioctlsocket(SystemSocket(socket), static_cast<long>(FIONBIO), &on);
+}
+
+int ReceiveFromSocket(SocketHandle socket, char* buffer, int length)
+{
+    const SOCKET number = SystemSocket(socket);
+    const int received = ::recv(number, buffer, length, 0);
+    return received == 0 && IsBroken(number) ? -1 : received;
+}
+
+int SendToSocket(SocketHandle socket, const char* buffer, int length)
+{
+    return ::send(SystemSocket(socket), buffer, length, 0);
+}
+
+void CloseSocket(SocketHandle socket)
+{
+    const SOCKET number = SystemSocket(socket);
+    if (RetireSocketHandle(socket)) {
+        closesocket(number);
+    }
+}
+
+int LastSocketError()
+{
+    return WSAGetLastError();
+}
+
+} // namespace platform

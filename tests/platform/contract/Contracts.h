@@ -1,0 +1,17 @@
+#pragma once
+
+/// What the headers of platform/ promise, in calls of results::Expect, one function for a header.
+namespace contract {
+
+void CheckSockets();
+void CheckSleep();
+void CheckThreads();
+
+/// Reads the table, whatever is in it, and changes nothing.
+void CheckNeighbourTable();
+
+/// To be called without privileges in a network in which 192.168.77.9 is known to be at
+/// 02:4c:7e:00:00:09 and 192.168.77.10 at 02:4c:7e:00:00:0a.
+void CheckKnownNeighbours();
+
+} // namespace contract

@@ -1,0 +1,177 @@
+#include "platform/NeighbourTable.h"
+
+#include "tests/platform/contract/Contracts.h"
+#include "tests/platform/contract/Results.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+#include <vector>
+
+using platform::NeighbourRow;
+using platform::NeighbourTable;
+using results::Expect;
+
+namespace contract {
+namespace {
+
+constexpr unsigned TooSmall = 122;
+constexpr std::uint32_t HeadBytes = 4;
+constexpr std::uint32_t RowBytes = 24;
+
+// A table's bytes, aligned as its numbers need it.
+using Buffer = std::vector<std::uint32_t>;
+
+NeighbourTable* TableIn(Buffer& buffer)
+{
+    return reinterpret_cast<NeighbourTable*>(buffer.data());
+}
+
+std::vector<NeighbourRow> RowsIn(const Buffer& buffer)
+{
+    std::vector<NeighbourRow> rows(buffer.front());
+    if (!rows.empty()) {
+        std::memcpy(rows.data(), buffer.data() + 1, rows.size() * sizeof rows.front());
+    }
+    return rows;
+}
+
+std::vector<NeighbourRow> ReadRows()
+{
+    std::uint32_t size = 0;
+    platform::ReadNeighbourTable(nullptr, &size, true);
+    Buffer buffer(size / sizeof(std::uint32_t));
+    platform::ReadNeighbourTable(TableIn(buffer), &size, true);
+    return RowsIn(buffer);
+}
+
+std::string IpText(std::uint32_t address)
+{
+    std::array<char, 16> text{};
+    platform::FormatIpv4Address(address, text.data(), static_cast<int>(text.size()));
+    return text.data();
+}
+
+int FirstOctet(const NeighbourRow& row)
+{
+    return std::stoi(IpText(row.ipAddress));
+}
+
+bool IsAscending(const std::vector<NeighbourRow>& rows)
+{
+    return std::is_sorted(
+        rows.cbegin(), rows.cend(), [](const NeighbourRow& left, const NeighbourRow& right) {
+            return std::memcmp(&left.ipAddress, &right.ipAddress, sizeof left.ipAddress) < 0;
+        });
+}
+
+bool HasNeighboursOnly(const std::vector<NeighbourRow>& rows)
+{
+    return std::none_of(rows.cbegin(), rows.cend(), [](const NeighbourRow& row) {
+        return FirstOctet(row) == 127 || FirstOctet(row) >= 224 ||
+               row.physicalAddressLength > sizeof row.physicalAddress;
+    });
+}
+
+void CheckShape()
+{
+    std::uint32_t size = 0;
+    Expect("a call without a table says that there is too little room",
+        platform::ReadNeighbourTable(nullptr, &size, true) == TooSmall);
+    Expect("and how many bytes a head and its rows take",
+        size >= HeadBytes + RowBytes && (size - HeadBytes) % RowBytes == 0);
+
+    const Buffer untouched(size / sizeof(std::uint32_t), 0xAAAAAAAA);
+    Buffer buffer = untouched;
+    std::uint32_t tooSmall = size - 1;
+    const unsigned refused = platform::ReadNeighbourTable(TableIn(buffer), &tooSmall, true);
+    Expect("a byte too little gives the same answer",
+        refused == TooSmall && (tooSmall - HeadBytes) % RowBytes == 0 && tooSmall >= size);
+    Expect("and leaves the table as it was", buffer == untouched);
+
+    platform::ReadNeighbourTable(nullptr, &size, true);
+    buffer.assign(size / sizeof(std::uint32_t), 0);
+    Expect(
+        "the second call reads", platform::ReadNeighbourTable(TableIn(buffer), &size, true) == 0);
+    const std::vector<NeighbourRow> rows = RowsIn(buffer);
+    Expect("it gives the rows that the first one counted",
+        std::max<std::size_t>(rows.size(), 1) * RowBytes == size - HeadBytes);
+    Expect("the rows are in ascending order of their addresses", IsAscending(rows));
+    Expect("none of them is loopback, multicast or broadcast", HasNeighboursOnly(rows));
+}
+
+std::string MacText(const std::uint8_t* bytes)
+{
+    static constexpr char Digits[] = "0123456789abcdef";
+    std::string text;
+    for (int index = 0; index < 6; ++index) {
+        text += Digits[bytes[index] / 16];
+        text += Digits[bytes[index] % 16];
+    }
+    return text;
+}
+
+std::string Facts(const std::vector<NeighbourRow>& rows)
+{
+    std::string facts;
+    for (const NeighbourRow& row : rows) {
+        facts += IpText(row.ipAddress) + ' ' + MacText(row.physicalAddress) + ' ' +
+                 std::to_string(row.physicalAddressLength) + '\n';
+    }
+    return facts;
+}
+
+void CheckRefusedDeletion()
+{
+    const std::vector<NeighbourRow> before = ReadRows();
+    const unsigned result = before.empty() ? 0 : platform::DeleteNeighbour(before.front());
+    Expect("a refused deletion gives an error number", result != 0);
+    Expect("a refused deletion leaves the table as it was", Facts(ReadRows()) == Facts(before));
+}
+
+void CheckResolving()
+{
+    std::array<std::uint8_t, 8> address{};
+    address.fill(0xFF);
+    std::uint32_t length = 6;
+    const unsigned result = platform::ResolveNeighbour(
+        platform::ParseIpv4Address("192.168.77.9"), 0, address.data(), &length);
+    Expect("a neighbour that the table knows is resolved to its physical address",
+        result == 0 && length == 6 && MacText(address.data()) == "024c7e000009");
+    Expect("no more bytes are written than there is room for",
+        address[6] == 0xFF && address[7] == 0xFF);
+    Expect("an address that no attached network has is not resolved",
+        platform::ResolveNeighbour(
+            platform::ParseIpv4Address("172.16.0.1"), 0, address.data(), &length) != 0);
+}
+
+void CheckAddressTexts()
+{
+    const auto octetsOf = [](const char* text) { return IpText(platform::ParseIpv4Address(text)); };
+    Expect("a dotted text names its address", octetsOf("192.168.1.129") == "192.168.1.129");
+    Expect("a part that begins with 0 is octal", octetsOf("010.0.0.1") == "8.0.0.1");
+    Expect("a last part may stand for two octets", octetsOf("1.2.3") == "1.2.0.3");
+    for (const char* text : {"256.1.1.1", "1.2.3.4.5", "host", ""}) {
+        Expect("the text '" + std::string(text) + "' names no address",
+            octetsOf(text) == "255.255.255.255");
+    }
+}
+
+} // namespace
+
+void CheckNeighbourTable()
+{
+    CheckAddressTexts();
+    CheckShape();
+}
+
+void CheckKnownNeighbours()
+{
+    Expect("both neighbours are in the table, with their physical addresses",
+        Facts(ReadRows()) == "192.168.77.9 024c7e000009 6\n192.168.77.10 024c7e00000a 6\n");
+    CheckRefusedDeletion();
+    CheckResolving();
+}
+
+} // namespace contract

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+/// No file of this process grows beyond `bytes` as long as the object lives: a disk that is full.
+/// Not for several threads at once.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(std::uint64_t bytes);
+    ~FileSizeLimit();
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    std::uint64_t before;
+};
