@@ -37,7 +37,7 @@ constexpr unsigned NeighbourBufferTooSmall = 122;
 /// A call without a table counts for the next one in the same thread, which gets the rows counted.
 unsigned ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted);
 
-/// Takes one row out of the table. 0, or the system's error number: it needs a privilege on Linux.
+/// Takes one row out of the table. 0, or the system's error number: it needs a privilege.
 unsigned DeleteNeighbour(const NeighbourRow& row);
 
 /// Makes the system resolve an address into its table, and blocks until it has an answer or has

@@ -29,22 +29,20 @@ sources() {
 
 # The includes between quotes whose file is nowhere.
 strange_includes() {
-    local line name
     sources | xargs --no-run-if-empty grep --with-filename --line-number --extended-regexp "$include\"" |
-        while IFS= read -r line; do
-            name=${line#*\"}
-            name=${name%%\"*}
-            case $name in
-                ui_*.h | *.moc) ;;
-                *) grep --quiet --line-regexp --fixed-strings "${name##*/}" <<<"$headers" || echo "$line" ;;
-            esac
-        done
+        awk 'NR == FNR { known[$0]; next }
+            {
+                name = $0
+                sub(/[^"]*"/, "", name)
+                sub(/".*/, "", name)
+                sub(/.*\//, "", name)
+                if (!(name in known) && name !~ /^ui_.*\.h$|\.moc$/) print
+            }' <(find . -path './build*' -prune -o -name '*.h' -printf '%f\n') -
 }
 
 # findings FOLDER: the lines that break a rule, each as FILE:NUMBER:LINE.
 findings() (
     cd "$1" || exit
-    headers=$(find . -path './build*' -prune -o -name '*.h' -printf '%f\n')
     for rule in "${rules[@]}"; do
         sources | xargs --no-run-if-empty grep --with-filename --line-number --extended-regexp "$rule"
     done

@@ -37,8 +37,10 @@ Peer::Peer()
     , connection(NoSocket)
 {
     const sockaddr_in name = LoopbackAddress();
-    ::bind(System(listener), reinterpret_cast<const sockaddr*>(&name), sizeof name);
-    ::listen(System(listener), 1);
+    if (::bind(System(listener), reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0 ||
+        ::listen(System(listener), 1) != 0) {
+        CloseIfOpen(listener);
+    }
 }
 
 Peer::~Peer()
@@ -65,6 +67,11 @@ bool Peer::Send(const std::string& bytes)
 {
     const int length = static_cast<int>(bytes.size());
     return ::send(System(connection), bytes.data(), length, 0) == length;
+}
+
+bool Peer::SendUrgently(char byte)
+{
+    return ::send(System(connection), &byte, 1, MSG_OOB) == 1;
 }
 
 std::string Peer::Receive(std::size_t length)

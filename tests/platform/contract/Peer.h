@@ -22,6 +22,9 @@ public:
 
     bool Send(const std::string& bytes);
 
+    /// As urgent data, which a receiver gets out of its order unless it takes it inline.
+    bool SendUrgently(char byte);
+
     /// That many bytes, or what came before the connection ended.
     std::string Receive(std::size_t length);
 

@@ -115,7 +115,8 @@ void CheckOpening()
     Expect("a datagram socket may reuse its address", Takes(Datagram, SocketOption::ReuseAddress));
     Expect(
         "a stream socket takes urgent data inline", Takes(Stream, SocketOption::OutOfBandInline));
-    Expect("a datagram socket may broadcast", Takes(Datagram, SocketOption::Broadcast));
+    Expect(
+        "a datagram socket takes the leave to broadcast", Takes(Datagram, SocketOption::Broadcast));
 }
 
 // A name that is none: nobody is asked about it.
@@ -151,6 +152,27 @@ void CheckConnection()
     const int second = platform::ReceiveFromSocket(connection.handle, buffer.data() + 2, 6);
     Expect("what is there is received in the pieces that are asked for",
         first == 2 && second == 2 && std::string(buffer.data()) == "back");
+}
+
+void CheckUrgentData()
+{
+    Connection connection;
+    platform::EnableSocketOption(connection.handle, SocketOption::OutOfBandInline);
+    connection.peer.SendUrgently('!');
+    connection.peer.Send("y");
+    connection.peer.CloseInOrder();
+    std::array<char, 3> buffer{};
+    const int first = platform::ReceiveFromSocket(connection.handle, buffer.data(), 1);
+    const int second = platform::ReceiveFromSocket(connection.handle, buffer.data() + 1, 1);
+    Expect("urgent data taken inline is received in its order",
+        first == 1 && second == 1 && std::string(buffer.data()) == "!y");
+}
+
+bool ConnectsToBroadcast(SocketHandle datagrams)
+{
+    std::uint32_t broadcast = 0;
+    std::memcpy(&broadcast, "\xc0\xa8\x4d\xff", sizeof broadcast);
+    return platform::ConnectSocket(datagrams, broadcast, 9) == 0; // sends nothing
 }
 
 void CheckRefusal()
@@ -264,12 +286,22 @@ void CheckSockets()
     CheckOpening();
     CheckResolution();
     CheckConnection();
+    CheckUrgentData();
     CheckRefusal();
     CheckNonBlocking();
     CheckOrderlyClose();
     CheckReset();
     CheckHandles();
     CheckStaleHandle();
+}
+
+void CheckBroadcast()
+{
+    const SocketHandle handle = platform::OpenSocket(Datagram);
+    Expect("a datagram socket may not broadcast unasked", !ConnectsToBroadcast(handle));
+    platform::EnableSocketOption(handle, SocketOption::Broadcast);
+    Expect("a datagram socket that has asked may broadcast", ConnectsToBroadcast(handle));
+    platform::CloseSocket(handle);
 }
 
 } // namespace contract

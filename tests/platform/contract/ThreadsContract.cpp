@@ -79,8 +79,9 @@ void CheckMutexes()
     platform::CloseMutex(one);
     platform::CloseMutex(two);
     platform::CloseMutex(platform::InvalidHandle);
-    Expect("closing mutexes, and a handle of none, does no harm",
-        platform::CreateMutex() != platform::InvalidHandle);
+    const platform::SystemHandle three = platform::CreateMutex();
+    Expect("closing mutexes, and a handle of none, does no harm", three != platform::InvalidHandle);
+    platform::CloseMutex(three);
 }
 
 } // namespace

@@ -27,6 +27,7 @@ int main(int argc, char* argv[])
     contract::CheckThreads();
     contract::CheckNeighbourTable();
     if (hasNeighbours) {
+        contract::CheckBroadcast();
         contract::CheckKnownNeighbours();
     }
     return results::AllHold() ? 0 : 1;
