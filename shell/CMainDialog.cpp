@@ -4,6 +4,7 @@
 #include "firmware/CTabLoadFirmware.h"
 #include "hardware/CTabBoardDataNew.h"
 #include "identity/CTabInfo.h"
+#include "identity/CTabIpConfiguration.h"
 #include "link/CDeviceCommunication.h"
 #include "link/ConnectToDevice.h"
 #include "link/DeviceReconfiguration.h"
@@ -76,6 +77,7 @@ void CMainDialog::CreateTabs()
 {
     infoTab = new CTabInfo(ui->tabWidget);
     firmwareTab = new CTabLoadFirmware(ui->tabWidget);
+    ipTab = new CTabIpConfiguration(ui->tabWidget);
     detectTab = new CTabDetectZKDevices(ui->tabWidget);
     azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Azimuth);
     polarTab = new CTabMotorConfiguration(ui->tabWidget, Polar);
@@ -121,6 +123,8 @@ void CMainDialog::ConnectSignals()
 {
     connect(ui->btnConnect, &QPushButton::clicked, this, &CMainDialog::ConnectButtonClicked);
     connect(ui->txtIpAddress, &QLineEdit::returnPressed, ui->btnConnect, &QPushButton::click);
+    connect(qobject_cast<CTabIpConfiguration*>(ipTab), &CTabIpConfiguration::SignalIpChanged, this,
+        &CMainDialog::IpAddressChanged);
     connect(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost, this,
         &CMainDialog::CheckForConnectionLoss);
 
@@ -194,8 +198,8 @@ void CMainDialog::LoadDeviceInfo()
     const int step = 100 / tabs.size();
     int progress = 0;
     for (CTabBaseClass** const tab : qAsConst(tabs)) {
-        if (IsOneOf<CTabInfo, CTabLoadFirmware, CTabMotorConfiguration, CTabBoardDataNew,
-                CTabDetectZKDevices>(*tab)) {
+        if (IsOneOf<CTabInfo, CTabLoadFirmware, CTabIpConfiguration, CTabMotorConfiguration,
+                CTabBoardDataNew, CTabDetectZKDevices>(*tab)) {
             (*tab)->ConnectionStatusChanged();
         }
         progress += step;

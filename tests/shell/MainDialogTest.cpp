@@ -96,7 +96,7 @@ private slots:
                 order.indexOf(Tabs()->tabText(page)) > place, qPrintable(Tabs()->tabText(page)));
             place = order.indexOf(Tabs()->tabText(page));
         }
-        for (const int page : {0, 3, 4, 6}) {
+        for (const int page : {0, 2, 3, 4, 6}) {
             bool found = false;
             for (int shown = 0; shown < Tabs()->count(); ++shown) {
                 found = found || Tabs()->tabText(shown) == order.at(page);
@@ -234,6 +234,8 @@ private slots:
         row("Info", {QStringLiteral("txtMacAddress"), QStringLiteral("txtPartNumber"),
                         QStringLiteral("txtProductIndex"), QStringLiteral("txtSerialNumber"),
                         QStringLiteral("txtVersionNumber")});
+        row("IP Configuration",
+            {QStringLiteral("txtNewIpAddress"), QStringLiteral("txtNewSubnetMask")});
         row("Azimuth Configuration",
             {QStringLiteral("tblMotorConfiguration"), QStringLiteral("0"), QStringLiteral("1"),
                 QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("4"), QStringLiteral("5"),
