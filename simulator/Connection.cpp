@@ -2,8 +2,6 @@
 
 #include "simulator/platform/ConnectionReset.h"
 
-#include <QHostAddress>
-
 namespace simulator {
 
 namespace {
@@ -17,8 +15,8 @@ Connection::Connection(QTcpSocket* connectedSocket, Generation generation, QObje
     : QObject(parent)
     , socket(connectedSocket)
     , parser(generation)
-    , peerText(QStringLiteral("%1:%2").arg(
-          socket->peerAddress().toString(), QString::number(socket->peerPort())))
+    , peer(socket->peerAddress())
+    , peerText(QStringLiteral("%1:%2").arg(peer.toString()).arg(socket->peerPort()))
 {
     socket->setParent(this);
     socket->setReadBufferSize(InputBufferSize);

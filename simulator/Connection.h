@@ -3,6 +3,7 @@
 #include "simulator/Delivery.h"
 #include "simulator/FrameParser.h"
 
+#include <QHostAddress>
 #include <QObject>
 #include <QQueue>
 #include <QTcpSocket>
@@ -19,6 +20,9 @@ class Connection : public QObject
 public:
     /// Takes the connected socket over.
     Connection(QTcpSocket* socket, Generation generation, QObject* parent);
+
+    /// The client's.
+    QHostAddress Peer() const { return peer; }
 
     /// "ADDRESS:PORT" of the client.
     QString PeerText() const;
@@ -57,6 +61,7 @@ private:
     QTimer quietTimer;
     QTimer deliveryTimer;
     QQueue<Delivery> pending;
+    QHostAddress peer;
     QString peerText;
     bool listening = true;
 };

@@ -2,12 +2,14 @@
 
 #include <QProcess>
 #include <QStringList>
+#include <QUdpSocket>
 
 namespace simulator {
 
 namespace {
 
 constexpr int LongestRunMs = 5000;
+constexpr quint16 DiscardPort = 9;
 
 bool RunIp(const QStringList& arguments, QString& error)
 {
@@ -58,6 +60,11 @@ bool HostInterface::SetMac(const QByteArray& mac, QString& error) const
     return RunIp({QStringLiteral("link"), QStringLiteral("set"), QStringLiteral("dev"), name,
                      QStringLiteral("address"), QString::fromLatin1(mac.toHex(':'))},
         error);
+}
+
+void HostInterface::AnnounceTo(const QHostAddress& neighbour) const
+{
+    QUdpSocket().writeDatagram(QByteArray(), neighbour, DiscardPort);
 }
 
 } // namespace simulator

@@ -109,10 +109,7 @@ void Server::SaveFiles(Effects effects)
 void Server::ActOn(Effects effects)
 {
     if (effects.testFlag(Effect::MacChanged) && !settings.interfaceName.isEmpty()) {
-        QString error;
-        if (!HostInterface(settings.interfaceName).SetMac(unit.State().mac, error)) {
-            emit Complained(error);
-        }
+        ChangeInterfaceMac();
     }
     if (effects.testFlag(Effect::AddressChanged)) {
         moveTimer.start(MoveDelayMs);
@@ -141,14 +138,31 @@ void Server::LeaveOldAddress()
 void Server::MoveInterface()
 {
     const UnitSettings& target = unit.State();
-    QString error;
-    if (!settings.interfaceName.isEmpty() &&
-        !HostInterface(settings.interfaceName)
-             .ReplaceAddress(currentAddress, currentMask, target.address, target.mask, error)) {
-        emit Complained(error);
+    if (!settings.interfaceName.isEmpty()) {
+        QString error;
+        HostInterface(settings.interfaceName)
+            .ReplaceAddress(currentAddress, currentMask, target.address, target.mask, error);
+        FinishInterfaceChange(error);
     }
     currentAddress = target.address;
     currentMask = target.mask;
+}
+
+void Server::ChangeInterfaceMac()
+{
+    QString error;
+    HostInterface(settings.interfaceName).SetMac(unit.State().mac, error);
+    FinishInterfaceChange(error);
+}
+
+void Server::FinishInterfaceChange(const QString& error)
+{
+    if (!error.isEmpty()) {
+        emit Complained(error);
+    }
+    for (const Connection* connection : qAsConst(connections)) {
+        HostInterface(settings.interfaceName).AnnounceTo(connection->Peer());
+    }
 }
 
 void Server::GoAway()

@@ -63,6 +63,8 @@ private:
     void ActOn(Effects effects);
     void LeaveOldAddress();
     void MoveInterface();
+    void ChangeInterfaceMac();
+    void FinishInterfaceChange(const QString& error);
     void GoAway();
     void ComeBack();
     void Save(const QString& path, const QByteArray& bytes);

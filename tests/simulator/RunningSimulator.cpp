@@ -10,11 +10,14 @@ constexpr quint16 Port = 50000;
 
 } // namespace
 
-RunningSimulator::RunningSimulator(const QStringList& arguments)
+RunningSimulator::RunningSimulator(const QStringList& arguments, const QStringList& launcher)
 {
-    const QStringList address{QStringLiteral("--address"), Address(1)};
+    QStringList words = launcher;
+    words << qEnvironmentVariable("VX440_SIMULATOR") << QStringLiteral("--address") << Address(1)
+          << arguments;
+    const QString program = words.takeFirst();
     process.setProcessChannelMode(QProcess::SeparateChannels);
-    process.start(qEnvironmentVariable("VX440_SIMULATOR"), address + arguments);
+    process.start(program, words);
     ready = process.waitForStarted() && !LineThatBegins(QStringLiteral("ready ")).isNull();
 }
 

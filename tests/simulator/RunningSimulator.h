@@ -11,8 +11,10 @@
 class RunningSimulator
 {
 public:
-    /// Starts it with these arguments behind its address, and waits until it is ready.
-    explicit RunningSimulator(const QStringList& arguments = QStringList());
+    /// Starts it with these arguments behind its address, and waits until it is ready. `launcher`
+    /// are the words that run it somewhere else.
+    explicit RunningSimulator(
+        const QStringList& arguments = QStringList(), const QStringList& launcher = QStringList());
     ~RunningSimulator();
 
     /// An address of this test program: 127.x.y.`last`.

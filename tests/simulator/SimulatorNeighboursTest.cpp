@@ -1,0 +1,94 @@
+#include "tests/simulator/RunningSimulator.h"
+#include "tests/support/OwnNetwork.h"
+
+#include <QtTest>
+
+namespace {
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+// What this machine knows of a neighbour.
+QString Neighbour(const QString& address)
+{
+    return OwnNetwork::IpOutput(Text("neigh show ") + address);
+}
+
+} // namespace
+
+/// A unit that is a host of its own in the network: what its neighbours see of its changes.
+class SimulatorNeighboursTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    OwnNetwork network;
+
+    void AddHost(const QString& address)
+    {
+        QVERIFY2(network.AddHost(address, Text("02:4c:7e:00:01:29")), qPrintable(network.Error()));
+    }
+
+    QStringList Arguments(const QString& address, const char* firmware) const
+    {
+        return {Text("--address"), address, Text("--interface"), Text("host"), Text("--firmware"),
+            Text(firmware)};
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
+        QVERIFY2(network.Lay(), qPrintable(network.Error()));
+    }
+
+    // A client whose connection brings nothing from the unit must not have to wait until its system
+    // gives the old MAC address up.
+    void aNewMacIsKnownToTheClientAtOnce_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QByteArray>("firmware");
+        QTest::addColumn<QByteArray>("command");
+        const QByteArray mac = QByteArray::fromHex("024C7E0001AA");
+        const QByteArray address = QByteArray::fromHex("C0A84D16FFFFFF00");
+        QTest::newRow("short CF2") << Text("192.168.77.21") << QByteArray("3.10") << "CF2\r" + mac;
+        QTest::newRow("long CF2") << Text("192.168.77.22") << QByteArray("2.50")
+                                  << "CF2\r" + QByteArray(40, '\1') + mac + address +
+                                         QByteArray(73, '\0');
+    }
+    void aNewMacIsKnownToTheClientAtOnce()
+    {
+        QFETCH(QString, address);
+        QFETCH(QByteArray, firmware);
+        QFETCH(QByteArray, command);
+        AddHost(address);
+        RunningSimulator unit(Arguments(address, firmware.constData()), network.InLatestHost());
+        QVERIFY(unit.IsReady());
+        Client client(address);
+        QVERIFY(Neighbour(address).contains(Text("02:4c:7e:00:01:29")));
+        client.Send(command);
+        QCOMPARE(unit.LineThatBegins(Text("CF2")).left(4), Text("CF2 "));
+        QTRY_VERIFY(Neighbour(address).contains(Text("02:4c:7e:00:01:aa")));
+        QCOMPARE(Client(address).Ask("CF8\r", 2), QByteArray("0\r"));
+        QCOMPARE(unit.State().value(Text("mac")), Text("02:4C:7E:00:01:AA"));
+    }
+
+    void aNewAddressIsKnownToTheClientBeforeItAsks()
+    {
+        const QString moved = Text("192.168.77.24");
+        AddHost(Text("192.168.77.23"));
+        QVERIFY(network.Ip(Text("route add %1/32 dev to2 src 192.168.77.1").arg(moved)));
+        RunningSimulator unit(Arguments(Text("192.168.77.23"), "3.10"), network.InLatestHost());
+        Client client(Text("192.168.77.23"));
+        client.Send("CF1\r" + QByteArray::fromHex("C0A84D18FFFF0000"));
+        QCOMPARE(unit.LineThatBegins(Text("ready")), Text("ready 192.168.77.24:50000"));
+        QTRY_VERIFY(Neighbour(moved).contains(Text("02:4c:7e:00:01:29")));
+        QCOMPARE(Client(moved).Ask("CF8\r", 2), QByteArray("0\r"));
+        QCOMPARE(unit.State().value(Text("mask")), Text("255.255.0.0"));
+    }
+};
+
+QTEST_GUILESS_MAIN(SimulatorNeighboursTest)
+#include "SimulatorNeighboursTest.moc"
