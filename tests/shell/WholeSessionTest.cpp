@@ -1,0 +1,319 @@
+#include "scripts/walkthrough/UnitLog.h"
+#include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+/// A unit of the demo network, and what becomes of it.
+struct Unit
+{
+    const char* name;
+    const char* address;
+    const char* mac;
+    const char* serial;
+    const char* firmware;
+    bool knowsRotors;
+    const char* azimuthDifference; ///< the first parameter that it is given
+    const char* azimuthCommand;
+    const char* polarCommand;
+    const char* newAddress;
+    const char* addressCommand;
+};
+
+constexpr Unit Units[] = {
+    {"new firmware", "192.168.0.129", "02:4C:7E:00:01:29", "000129", "3.10", true, "70",
+        "HCF 0046000300160001000200020000000001F4001400320000",
+        "VCF 01410003003C0001000200050000000001F4001900320000", "192.168.0.135",
+        "CF1 C0A80087FFFF0000"},
+    {"old firmware", "192.168.0.130", "02:4C:7E:00:01:30", "000130", "2.50", false, "450",
+        "HCF 01C20003009600010002000A0000000007D00014",
+        "VCF 01410003003C0001000200050000000001F40019", "192.168.0.136", "CF1 C0A80088FFFF0000"},
+};
+
+constexpr char OldMask[] = "255.255.255.0";
+constexpr char NewMask[] = "255.255.0.0";
+
+/// What the pages ask a unit for when the tool has connected to it.
+const QStringList Loading{Text("*IDN?"), Text("CF0"), Text("CF0")};
+
+} // namespace
+
+/// A technician works at the units of the demo network, one after the other in one window. Each
+/// step is compared with what the window shows and with what the unit wrote down. The process ends
+/// with 0 when the window has closed and all was right.
+class WholeSessionTest : public WarningsFail
+{
+    Q_OBJECT
+
+private:
+    struct Step
+    {
+        const char* name;
+        void (WholeSessionTest::*take)();
+    };
+    static const Step Steps[];
+
+    const Unit* unit = nullptr;
+    QScopedPointer<UnitLog> record;
+    int comparedCommands = 0;
+    QTemporaryDir folder;
+    QStringList movedUnits;
+
+    void Connect();
+    void LookAtTheIdentity();
+    void LookAtTheAddresses();
+    void LookAtTheRotators();
+    void LookAtTheSearch();
+    void ChangeTheAzimuthRotator();
+    void ChangeThePolarRotator();
+    void WriteTheFile();
+    void ReadTheFile();
+    void ChangeTheAddress();
+    void FindTheUnitInTheSearch();
+    void ConnectToTheNewAddress();
+
+    void CompareLoaded(const char* address);
+    void CompareFields(const QVector<QPair<const char*, const char*>>& fields);
+    void CompareTaken(const QStringList& commands);
+    QString AnswerFileDialogOf(const char* button);
+
+private slots:
+    void aSessionAtAUnit_data();
+    void aSessionAtAUnit();
+};
+
+const WholeSessionTest::Step WholeSessionTest::Steps[] = {
+    {"connects", &WholeSessionTest::Connect},
+    {"looks who the unit is", &WholeSessionTest::LookAtTheIdentity},
+    {"looks at its addresses", &WholeSessionTest::LookAtTheAddresses},
+    {"looks at its rotators", &WholeSessionTest::LookAtTheRotators},
+    {"looks at the search", &WholeSessionTest::LookAtTheSearch},
+    {"changes the azimuth rotator and sends it", &WholeSessionTest::ChangeTheAzimuthRotator},
+    {"changes the polar rotator and sends it", &WholeSessionTest::ChangeThePolarRotator},
+    {"writes the configuration to a file", &WholeSessionTest::WriteTheFile},
+    {"reads the azimuth rotator from the file", &WholeSessionTest::ReadTheFile},
+    {"gives the unit another address", &WholeSessionTest::ChangeTheAddress},
+    {"finds it there in the search", &WholeSessionTest::FindTheUnitInTheSearch},
+    {"connects again and finds what was set", &WholeSessionTest::ConnectToTheNewAddress},
+};
+
+void WholeSessionTest::aSessionAtAUnit_data()
+{
+    QTest::addColumn<int>("number");
+    for (int number = 0; number < int(std::size(Units)); ++number) {
+        QTest::newRow(Units[number].name) << number;
+    }
+}
+
+void WholeSessionTest::aSessionAtAUnit()
+{
+    QFETCH(int, number);
+    unit = &Units[number];
+    const QDir logs(qEnvironmentVariable("VX440_UNIT_LOGS"));
+    record.reset(new UnitLog(logs.filePath(Text("unit-%1.log").arg(Text(unit->address)))));
+    comparedCommands = 0;
+    for (const Step& step : Steps) {
+        qInfo("%s", step.name);
+        (this->*step.take)();
+        if (QTest::currentTestFailed()) {
+            return;
+        }
+    }
+}
+
+void WholeSessionTest::Connect()
+{
+    ConnectTo(Text(unit->address));
+    CompareLoaded(unit->address);
+}
+
+void WholeSessionTest::LookAtTheIdentity()
+{
+    ShowPage("Info");
+    CompareFields(
+        {{"txtMacAddress", unit->mac}, {"txtPartNumber", "4400.1290.02"}, {"txtProductIndex", ""},
+            {"txtSerialNumber", unit->serial}, {"txtVersionNumber", unit->firmware}});
+}
+
+void WholeSessionTest::LookAtTheAddresses()
+{
+    ShowPage("IP Configuration");
+    CompareFields({{"txtNewIpAddress", unit->address}, {"txtNewSubnetMask", OldMask}});
+    QVERIFY(Find<QPushButton>("btnSendIpAddress")->isEnabled());
+}
+
+void WholeSessionTest::LookAtTheRotators()
+{
+    ShowPage("Azimuth Configuration");
+    CompareFields({{"0", "500"}, {"1", "3"}, {"2", "150"}, {"3", "10"}, {"4", "0"}, {"5", "0"},
+        {"6", "2000"}, {"7", "20"}});
+    QCOMPARE(Find<QComboBox>("listRotors")->isVisible(), unit->knowsRotors);
+    ShowPage("Pol/Eval Configuration");
+    CompareFields({{"0", "99"}, {"1", "3"}, {"2", "60"}, {"3", "5"}, {"4", "0"}, {"5", "0"},
+        {"6", "500"}, {"7", "20"}});
+    QCOMPARE(Find<QComboBox>("listRotors")->isVisible(), unit->knowsRotors);
+}
+
+void WholeSessionTest::LookAtTheSearch()
+{
+    ShowPage("Detect Z&K Device");
+    QVERIFY(Find<QPushButton>("btnFindDevices")->isEnabled());
+}
+
+// A unit with old firmware knows no rotators by name: a parameter is typed.
+void WholeSessionTest::ChangeTheAzimuthRotator()
+{
+    ShowPage("Azimuth Configuration");
+    if (unit->knowsRotors) {
+        Click(Find<QComboBox>("listRotors"));
+        Type(Text("YAESU"));
+        Press(Qt::Key_Return);
+        CompareFields({{"2", "22"}, {"8", "50"}, {"txtRotorType", "Potentiometer"}});
+    } else {
+        Overtype(Find<QLineEdit>("0"), Text(unit->azimuthDifference));
+    }
+    CompareFields({{"0", unit->azimuthDifference}});
+    Click(Find<QPushButton>("btnSendToDevice"));
+    QCOMPARE(StatusLine(), Text("Azimuth Motor configuration sent successfully."));
+    CompareTaken({Text(unit->azimuthCommand)});
+}
+
+void WholeSessionTest::ChangeThePolarRotator()
+{
+    ShowPage("Pol/Eval Configuration");
+    Overtype(Find<QLineEdit>("0"), Text("321"));
+    Overtype(Find<QLineEdit>("7"), Text("25"));
+    Click(Find<QPushButton>("btnSendToDevice"));
+    QCOMPARE(StatusLine(), Text("Polar Motor configuration sent successfully."));
+    CompareTaken({Text(unit->polarCommand)});
+}
+
+void WholeSessionTest::WriteTheFile()
+{
+    const QString path = AnswerFileDialogOf("btnWriteToFile");
+    QCOMPARE(StatusLine(), Text("Saved to file ") + path);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromLatin1(file.readAll()).split(QLatin1Char('\n'));
+    for (const QString& line : {Text("Identnumber=4400.1290.02"),
+             Text("Serialnumber=") + Text(unit->serial), Text("MAC=") + Text(unit->mac),
+             Text("IP=") + Text(unit->address), Text("Subnet=") + Text(OldMask),
+             Text("Azimuth Slow Motion Difference (SMD)=") + Text(unit->azimuthDifference),
+             Text("Polar Slow Motion Difference (SMD)=321"), Text("Polar Loops Inside (MOT)=25")}) {
+        QVERIFY2(lines.contains(line), qPrintable(line));
+    }
+}
+
+void WholeSessionTest::ReadTheFile()
+{
+    ShowPage("Azimuth Configuration");
+    Overtype(Find<QLineEdit>("0"), Text("77"));
+    AnswerFileDialogOf("btnReadFromFile");
+    QCOMPARE(StatusLine(), Text("Read file successfully."));
+    CompareFields({{"0", unit->azimuthDifference}});
+}
+
+void WholeSessionTest::ChangeTheAddress()
+{
+    ShowPage("IP Configuration");
+    Overtype(Find<QLineEdit>("txtNewIpAddress"), Text(unit->newAddress));
+    Overtype(Find<QLineEdit>("txtNewSubnetMask"), Text(NewMask));
+    Click(Find<QPushButton>("btnSendIpAddress"));
+    QCOMPARE(StatusLine(), Text("Ip Address & Subset Mask changed successfully."));
+    QCOMPARE(ConnectionLine(), Text("Connected to ") + Text(unit->newAddress));
+    CompareFields({{"txtIpAddress", unit->newAddress}, {"txtNewIpAddress", unit->newAddress},
+        {"txtNewSubnetMask", NewMask}});
+    CompareTaken({Text(unit->addressCommand)});
+    movedUnits.append(Text(unit->newAddress) + QLatin1Char(' ') + Text(unit->mac).toLower());
+}
+
+// In this range there is a computer, too.
+void WholeSessionTest::FindTheUnitInTheSearch()
+{
+    ShowPage("Detect Z&K Device");
+    Overtype(Find<QLineEdit>("txtStartIpAddress"), Text("192.168.0.131"));
+    Overtype(Find<QLineEdit>("txtEndIpAddress"), Text("192.168.0.141"));
+    Click(Find<QPushButton>("btnFindDevices"));
+    QCOMPARE(StatusLine(), Text("Detect Z&K Devices: Ready"));
+    QStringList found;
+    const auto* const table = Find<QTableWidget>("tblDetectDevices");
+    for (int row = 0; row < table->rowCount(); ++row) {
+        found.append(table->item(row, 0)->text() + QLatin1Char(' ') + table->item(row, 1)->text());
+    }
+    QCOMPARE(found, movedUnits);
+}
+
+void WholeSessionTest::ConnectToTheNewAddress()
+{
+    Click(Find<QPushButton>("btnConnect"));
+    CompareLoaded(unit->newAddress);
+    ShowPage("Info");
+    CompareFields({{"txtMacAddress", unit->mac}, {"txtSerialNumber", unit->serial}});
+    ShowPage("IP Configuration");
+    CompareFields({{"txtNewIpAddress", unit->newAddress}, {"txtNewSubnetMask", NewMask}});
+    ShowPage("Azimuth Configuration");
+    CompareFields({{"0", unit->azimuthDifference}});
+    ShowPage("Pol/Eval Configuration");
+    CompareFields({{"0", "321"}, {"7", "25"}});
+}
+
+void WholeSessionTest::CompareLoaded(const char* address)
+{
+    QCOMPARE(ConnectionLine(), Text("Connected to ") + Text(address));
+    QCOMPARE(Find<QPushButton>("btnConnect")->text(), Text("Connected"));
+    QCOMPARE(StatusLine(), Text("Device motor configuration read successfully!"));
+    CompareTaken(Loading);
+}
+
+// The version ends with the carriage return of the unit's answer.
+void WholeSessionTest::CompareFields(const QVector<QPair<const char*, const char*>>& fields)
+{
+    QStringList shown;
+    QStringList expected;
+    for (const auto& field : fields) {
+        const QString name = Text(field.first) + QLatin1Char(' ');
+        shown.append(name + Find<QLineEdit>(field.first)->text().trimmed());
+        expected.append(name + Text(field.second));
+    }
+    QCOMPARE(shown, expected);
+}
+
+// All that the unit wrote down since it was compared last: these and no others.
+void WholeSessionTest::CompareTaken(const QStringList& commands)
+{
+    QTRY_COMPARE(record->Commands().mid(comparedCommands), commands);
+    comparedCommands += commands.size();
+}
+
+// With the path of the unit's file, which it gives back.
+QString WholeSessionTest::AnswerFileDialogOf(const char* button)
+{
+    const QString path = folder.filePath(Text(unit->serial) + Text(".txt"));
+    WhenShown<QFileDialog>([path](QFileDialog& dialog) { Answer(dialog, path); });
+    Click(Find<QPushButton>(button));
+    return path;
+}
+
+// Qt's dialog keeps its last folder in the user's settings: not in those of whoever runs the test.
+int main(int argc, char** argv)
+{
+    const QTemporaryDir settings;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(settings.path()));
+    WholeSessionTest test;
+    return RunInTheProgram(test, argc, argv);
+}
+
+#include "WholeSessionTest.moc"
