@@ -6,6 +6,7 @@
 #include "tests/support/WindowTest.h"
 
 #include <QComboBox>
+#include <QHostAddress>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
@@ -229,6 +230,32 @@ void UpdateUnitsFirmware(Walk& walk)
     walk.TakePicture(QStringLiteral("update-fw-done"));
 }
 
+QString InHex(const QString& address)
+{
+    return QStringLiteral("%1")
+        .arg(QHostAddress(address).toIPv4Address(), 8, 16, QLatin1Char('0'))
+        .toUpper();
+}
+
+void SendMask(Walk& walk, const QString& mask)
+{
+    Overtype(Find<QWidget>("txtNewSubnetMask"), mask);
+    Click(Find<QWidget>("btnSendIpAddress"));
+    walk.Expect(QStringLiteral("typed the mask %1 and clicked Change").arg(mask), StatusLine(),
+        QStringLiteral("Ip Address & Subset Mask changed successfully."));
+    walk.Expect(QStringLiteral("the unit received CF1"),
+        walk.Log().AwaitPayload(QStringLiteral("CF1")), InHex(walk.Address()) + InHex(mask));
+}
+
+// There and back: the unit stays where the search is to find it.
+void ChangeMask(Walk& walk)
+{
+    ShowPage(IpConfiguration.title);
+    SendMask(walk, QStringLiteral("255.255.0.0"));
+    walk.TakePicture(QStringLiteral("ip-configuration-changed"));
+    SendMask(walk, QStringLiteral("255.255.255.0"));
+}
+
 QString AddressesFound()
 {
     QStringList addresses;
@@ -245,7 +272,7 @@ QString AddressesFound()
 const QVector<Step>& UnitSteps()
 {
     static const QVector<Step> steps{Connect, LookAtPages, ChooseRotor, EditAzimuth, EditPolar,
-        ReceivePolar, KeepConfiguration, UpdateUnitsFirmware};
+        ReceivePolar, KeepConfiguration, ChangeMask, UpdateUnitsFirmware};
     return steps;
 }
 
