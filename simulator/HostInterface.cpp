@@ -62,7 +62,7 @@ bool HostInterface::SetMac(const QByteArray& mac, QString& error) const
         error);
 }
 
-void HostInterface::AnnounceTo(const QHostAddress& neighbour) const
+void HostInterface::AnnounceTo(const QHostAddress& neighbour)
 {
     QUdpSocket().writeDatagram(QByteArray(), neighbour, DiscardPort);
 }

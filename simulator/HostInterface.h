@@ -21,11 +21,11 @@ public:
     /// `mac`: six bytes.
     bool SetMac(const QByteArray& mac, QString& error) const;
 
-    /// Tells a neighbour the addresses that the interface has now, which it would otherwise learn
+    /// Tells a neighbour the addresses that an interface has now, which it would otherwise learn
     /// only when it gives up the old ones. To be called after a change, for which the system
     /// forgets its neighbours: a datagram to the discard port then has it ask for this one by
     /// broadcast.
-    void AnnounceTo(const QHostAddress& neighbour) const;
+    static void AnnounceTo(const QHostAddress& neighbour);
 
 private:
     QString name;

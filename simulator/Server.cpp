@@ -30,7 +30,7 @@ Server::Server(const UnitSettings& unitSettings, const ServerSettings& serverSet
 void Server::Start()
 {
     const QString place = QStringLiteral("%1:%2").arg(currentAddress.toString());
-    if (!listener.listen(currentAddress, settings.port)) {
+    if (!listener.isListening() && !listener.listen(currentAddress, settings.port)) {
         emit Complained(QStringLiteral("cannot listen on %1: %2")
                             .arg(place.arg(settings.port), listener.errorString()));
         emit Failed();
@@ -108,8 +108,8 @@ void Server::SaveFiles(Effects effects)
 
 void Server::ActOn(Effects effects)
 {
-    if (effects.testFlag(Effect::MacChanged) && !settings.interfaceName.isEmpty()) {
-        ChangeInterfaceMac();
+    if (effects.testFlag(Effect::MacChanged)) {
+        ChangeMac();
     }
     if (effects.testFlag(Effect::AddressChanged)) {
         moveTimer.start(MoveDelayMs);
@@ -122,9 +122,9 @@ void Server::ActOn(Effects effects)
 void Server::LeaveOldAddress()
 {
     const bool moved = currentAddress != unit.State().address;
-    listener.close();
     MoveInterface();
     if (moved) {
+        listener.close();
         for (Connection* connection : qAsConst(connections)) {
             connection->GoDeaf();
         }
@@ -133,35 +133,39 @@ void Server::LeaveOldAddress()
     if (!awayTimer.isActive()) {
         Start();
     }
+    Announce();
 }
 
 void Server::MoveInterface()
 {
     const UnitSettings& target = unit.State();
-    if (!settings.interfaceName.isEmpty()) {
-        QString error;
-        HostInterface(settings.interfaceName)
-            .ReplaceAddress(currentAddress, currentMask, target.address, target.mask, error);
-        FinishInterfaceChange(error);
+    QString error;
+    if (!settings.interfaceName.isEmpty() &&
+        !HostInterface(settings.interfaceName)
+             .ReplaceAddress(currentAddress, currentMask, target.address, target.mask, error)) {
+        emit Complained(error);
     }
     currentAddress = target.address;
     currentMask = target.mask;
 }
 
-void Server::ChangeInterfaceMac()
+void Server::ChangeMac()
 {
     QString error;
-    HostInterface(settings.interfaceName).SetMac(unit.State().mac, error);
-    FinishInterfaceChange(error);
-}
-
-void Server::FinishInterfaceChange(const QString& error)
-{
-    if (!error.isEmpty()) {
+    if (!settings.interfaceName.isEmpty() &&
+        !HostInterface(settings.interfaceName).SetMac(unit.State().mac, error)) {
         emit Complained(error);
     }
+    Announce();
+}
+
+void Server::Announce()
+{
+    if (settings.interfaceName.isEmpty()) {
+        return;
+    }
     for (const Connection* connection : qAsConst(connections)) {
-        HostInterface(settings.interfaceName).AnnounceTo(connection->Peer());
+        HostInterface::AnnounceTo(connection->Peer());
     }
 }
 

@@ -33,7 +33,7 @@ class Server : public QObject
 public:
     Server(const UnitSettings& unitSettings, const ServerSettings& settings);
 
-    /// Begins to listen, and says so or that it failed.
+    /// Begins to listen, unless it listens, and says so or that it failed.
     void Start();
 
     Faults& SetFaults() { return faults; }
@@ -63,8 +63,8 @@ private:
     void ActOn(Effects effects);
     void LeaveOldAddress();
     void MoveInterface();
-    void ChangeInterfaceMac();
-    void FinishInterfaceChange(const QString& error);
+    void ChangeMac();
+    void Announce();
     void GoAway();
     void ComeBack();
     void Save(const QString& path, const QByteArray& bytes);

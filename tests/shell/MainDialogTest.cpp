@@ -339,6 +339,15 @@ private slots:
         ShowPage("Info");
     }
 
+    void aLeadingZeroMakesAnOctetOctal()
+    {
+        SimulatorProcess unit({}, QStringLiteral("127.255.0.8"));
+        QVERIFY(unit.IsReady());
+        ConnectTo(QStringLiteral("127.255.000.010"));
+        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to 127.255.0.8"));
+        TheDeviceCommunication()->Disconnect();
+    }
+
     void connectingWhileConnectedClosesTheOldLinkAndReadsAnew()
     {
         SimulatorProcess unit;
