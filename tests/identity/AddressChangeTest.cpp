@@ -12,8 +12,6 @@
 
 namespace {
 
-using scripted::ConnectResult;
-
 const QString OldAddress = QStringLiteral("127.0.0.1");
 const QString NewAddress = QStringLiteral("127.0.0.9");
 const QString OldMask = QStringLiteral("255.0.0.0");
@@ -84,6 +82,12 @@ private:
         scripted::ForgetEvents();
     }
 
+    static void LetConnectHang()
+    {
+        scripted::SetConnectResult(scripted::ConnectResult::Hangs);
+        scripted::WhenSlept(nullptr);
+    }
+
     void NoteDialogs()
     {
         const QWidgetList windows = QApplication::topLevelWidgets();
@@ -112,10 +116,13 @@ private slots:
         Connect();
         tab.reset(new CTabIpConfiguration(nullptr));
         tab->UpdateControls();
+        // The connecting thread runs beside the scripted clock: it succeeds in the first wait.
+        scripted::SetConnectResult(scripted::ConnectResult::SucceedsWhenTold);
         scripted::WhenSlept([this](int) {
             NoteDialogs();
             if (TheDeviceCommunication()->isRunning()) {
-                TheDeviceCommunication()->wait(1);
+                scripted::SetConnectResult(scripted::ConnectResult::Succeeds);
+                TheDeviceCommunication()->wait();
             }
         });
         statusTexts.clear();
@@ -243,7 +250,7 @@ private slots:
     {
         Field("txtNewIpAddress")->setText(NewAddress);
         Field("txtNewSubnetMask")->setText(NewMask);
-        scripted::SetConnectResult(ConnectResult::Hangs);
+        LetConnectHang();
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         tab->SendIpAddressButtonClicked();
         QCOMPARE(scripted::Sleeps(), WithAllPolls({10, 100}));
@@ -353,7 +360,7 @@ private slots:
     void aUnitThatIsNotThereWithItsNewMacAddressLeavesTheModelAsItWas()
     {
         Field("txtNewMacAddress")->setText(NewMac);
-        scripted::SetConnectResult(ConnectResult::Hangs);
+        LetConnectHang();
         tab->SendMacAddressButtonClicked();
         QCOMPARE(scripted::Sleeps(), WithAllPolls({10, 100}));
         QCOMPARE(statusTexts, (QStringList{SettingMac, ConnectionFailed, MacFailed}));
