@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <iterator>
+
 namespace {
 
 QString Text(const char* text)
@@ -302,18 +304,9 @@ void WholeSessionTest::CompareTaken(const QStringList& commands)
 QString WholeSessionTest::AnswerFileDialogOf(const char* button)
 {
     const QString path = folder.filePath(Text(unit->serial) + Text(".txt"));
-    WhenShown<QFileDialog>([path](QFileDialog& dialog) { Answer(dialog, path); });
-    Click(Find<QPushButton>(button));
+    ClickAndChooseFile(Find<QPushButton>(button), path);
     return path;
 }
 
-// Qt's dialog keeps its last folder in the user's settings: not in those of whoever runs the test.
-int main(int argc, char** argv)
-{
-    const QTemporaryDir settings;
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(settings.path()));
-    WholeSessionTest test;
-    return RunInTheProgram(test, argc, argv);
-}
-
+VX440_WINDOW_TEST_MAIN(WholeSessionTest)
 #include "WholeSessionTest.moc"

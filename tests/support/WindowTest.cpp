@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QWindow>
 #include <QtTest>
 
@@ -136,6 +137,11 @@ void ConnectTo(const QString& address)
 
 int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
 {
+    // A file dialog keeps its last folder in the user's settings: not in those of whoever runs
+    // this.
+    const QTemporaryDir settings;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(settings.path()));
+
     int result = 1;
     QObject context;
     QMetaObject::invokeMethod(
