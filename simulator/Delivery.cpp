@@ -37,6 +37,12 @@ QByteArray Garbage(int size)
     return bytes;
 }
 
+QByteArray TwiceOver(const QByteArray& answer)
+{
+    const int lineEnd = answer.endsWith('\r') ? 1 : 0;
+    return answer.chopped(lineEnd) + answer;
+}
+
 } // namespace
 
 QVector<Delivery> Deliveries(
@@ -64,6 +70,8 @@ QVector<Delivery> Deliveries(
         return AtOnce(Garbage(answer.size()));
     case FaultKind::Short:
         return AtOnce(answer.left(answer.size() / 2));
+    case FaultKind::Long:
+        return AtOnce(TwiceOver(answer));
     case FaultKind::Wrong:
         return AtOnce(wrongAnswer);
     default:

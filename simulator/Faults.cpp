@@ -40,6 +40,7 @@ const QVector<FaultDescription>& FaultDescriptions()
         {FaultKind::Closing, "closing", "closes the connection in place of the answer"},
         {FaultKind::Resetting, "resetting", "resets the connection in place of the answer"},
         {FaultKind::Short, "short", "sends the first half of the answer only"},
+        {FaultKind::Long, "long", "sends the answer twice over, a text in one line"},
         {FaultKind::Wrong, "wrong",
             "answers with a field too few, another block, or an acknowledgement of 2"},
     };

@@ -19,6 +19,7 @@ enum class FaultKind
     Closing,
     Resetting,
     Short,
+    Long,
     Wrong
 };
 

@@ -25,6 +25,7 @@ private slots:
     void clearedFaultsMeetNothing();
     void anAnswerIsGivenAsTheFaultHasIt_data();
     void anAnswerIsGivenAsTheFaultHasIt();
+    void aLongBlockIsTheBlockTwice();
     void oneByOneEveryByteIsAStepWithAWait();
     void garbageIsAsLongAndHasNoCarriageReturn();
     void aCommandWithoutAnswerStaysWithoutOne();
@@ -39,7 +40,7 @@ void FaultsTest::everyKindIsInTheTableOnce()
         QVERIFY(qstrlen(fault.effect) > 0);
     }
     QCOMPARE(names.join(QLatin1Char(' ')),
-        QStringLiteral("silent refusing slow bytewise garbage closing resetting short wrong"));
+        QStringLiteral("silent refusing slow bytewise garbage closing resetting short long wrong"));
 }
 
 void FaultsTest::aTextNamesAFault_data()
@@ -164,6 +165,7 @@ void FaultsTest::anAnswerIsGivenAsTheFaultHasIt_data()
     QTest::addRow("slow") << FaultKind::Slow << 77 << QByteArray("answer\r") << open;
     QTest::addRow("refusing") << FaultKind::Refusing << 0 << QByteArray("answer\r") << open;
     QTest::addRow("short") << FaultKind::Short << 0 << QByteArray("ans") << open;
+    QTest::addRow("long") << FaultKind::Long << 0 << QByteArray("answeranswer\r") << open;
     QTest::addRow("wrong") << FaultKind::Wrong << 0 << QByteArray("other") << open;
     QTest::addRow("closing") << FaultKind::Closing << 0 << QByteArray() << int(Ending::Closed);
     QTest::addRow("resetting") << FaultKind::Resetting << 0 << QByteArray() << int(Ending::Reset);
@@ -180,6 +182,12 @@ void FaultsTest::anAnswerIsGivenAsTheFaultHasIt()
     QCOMPARE(deliveries.first().delayMs, delayMs);
     QCOMPARE(deliveries.first().bytes, bytes);
     QCOMPARE(int(deliveries.first().ending), ending);
+}
+
+void FaultsTest::aLongBlockIsTheBlockTwice()
+{
+    const QByteArray block("a\rb", 3);
+    QCOMPARE(Deliveries(FaultKind::Long, block, "other", 77).first().bytes, block + block);
 }
 
 void FaultsTest::oneByOneEveryByteIsAStepWithAWait()

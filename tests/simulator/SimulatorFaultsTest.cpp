@@ -19,6 +19,7 @@ private slots:
     void everyFaultCanBeSetWhileItRuns();
     void aFaultMeetsTheNamedOccurrenceOnly();
     void wrongAcknowledgementsAndAnswers();
+    void longOptionsHaveTheFieldsOfTwoAnswers();
     void bytewiseAnswersComeInSegmentsOfTheirOwn();
     void aResetIsSeenAsOne_data();
     void aResetIsSeenAsOne();
@@ -179,6 +180,14 @@ const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest
                 QCOMPARE(text.indexOf("ZELMA"), 32);
                 QVERIFY(text.startsWith(QByteArray("\2\0\0\0", 4)));
             }},
+        {Text("long"),
+            [](RunningSimulator&) {
+                Client client;
+                const QByteArray answer = client.Ask(ReadRequest(), 128);
+                QVERIFY(IsDeviceBlock(answer.left(64)));
+                QCOMPARE(answer.mid(64), answer.left(64));
+                QCOMPARE(client.Ask("CF6\r" + QByteArray(2, '\0'), 3), QByteArray("11\r"));
+            }},
         {Text("wrong"),
             [](RunningSimulator&) {
                 Client client;
@@ -194,7 +203,7 @@ void SimulatorFaultsTest::everyFaultDoesWhatItsNameSays_data()
 {
     QTest::addColumn<QString>("name");
     const QStringList names = ListedFaults();
-    QVERIFY(names.size() >= 9);
+    QVERIFY(names.size() >= 10);
     for (const QString& name : names) {
         QTest::addRow("%s", qPrintable(name)) << name;
     }
@@ -255,6 +264,15 @@ void SimulatorFaultsTest::wrongAcknowledgementsAndAnswers()
     QCOMPARE(client.Ask("CF0\r", 67).size(), 67);
     QCOMPARE(client.Ask("CF9\rx", 2), QByteArray("2\r"));
     QCOMPARE(simulator.State().value(Text("options")), Text("x"));
+}
+
+void SimulatorFaultsTest::longOptionsHaveTheFieldsOfTwoAnswers()
+{
+    RunningSimulator simulator({Text("--fault"), Text("long"), Text("--options"), Text("a,b,c"),
+        Text("--option-descriptions"), Text("d;e,f;g")});
+    Client client;
+    QCOMPARE(client.Ask("GET:OPTION:INTERNAL?\r", 11), QByteArray("a,b,ca,b,c\r"));
+    QCOMPARE(client.Ask("GET:OPTION:DESC?\r", 15), QByteArray("d;e,f;gd;e,f;g\r"));
 }
 
 void SimulatorFaultsTest::bytewiseAnswersComeInSegmentsOfTheirOwn()
