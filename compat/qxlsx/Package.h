@@ -1,0 +1,50 @@
+#pragma once
+
+#include <KZip>
+#include <QIODevice>
+
+#include <memory>
+
+namespace QXlsx {
+
+/// The parts of a file that is a zip of XML files and others.
+///
+/// What it claims of itself is not trusted. A file is refused that unpacks to more than 64 MiB, or
+/// has more or longer names than a workbook ever needs: KZip keeps several hundred bytes for each
+/// of them and for each folder on their way.
+class Package
+{
+    Q_DISABLE_COPY(Package)
+
+public:
+    static constexpr qint64 MaximumUnpacked = 64 * 1024 * 1024;
+    static constexpr int MaximumParts = 1000;
+    static constexpr int MaximumNameLength = 255;
+
+    /// Of the XML parts together: those of four hundred thousand cells.
+    static constexpr int MaximumTokens = 2'000'000;
+
+    explicit Package(const QString& path);
+    ~Package();
+
+    /// Whether the file is there and is a whole zip within the bounds. Unpacks every part once, to
+    /// see that it has the length that it claims.
+    bool Open();
+
+    /// The unpacked bytes of a part, for reading from the front only; null where the package lacks
+    /// it. To be gone before the package is.
+    std::unique_ptr<QIODevice> Part(const QString& name) const;
+
+    /// Counts a token that is about to be read. False when there were too many.
+    bool TakeToken();
+
+private:
+    bool IsWholeZip() const;
+    bool UnpacksAsItClaims() const;
+
+    const QString path;
+    KZip zip;
+    int tokensLeft = MaximumTokens;
+};
+
+} // namespace QXlsx

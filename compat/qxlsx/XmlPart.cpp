@@ -1,0 +1,150 @@
+#include "XmlPart.h"
+
+#include "Package.h"
+
+#include <QIODevice>
+
+namespace QXlsx {
+
+namespace {
+
+// A cell's text has at most 32767 characters, of at most three bytes each.
+constexpr qint64 MaximumTokenLength = 100 * 1024;
+constexpr int MaximumDepth = 100;
+constexpr int MaximumAttributes = 100;
+
+} // namespace
+
+/// Passes the bytes of a part on, and ends where one token takes too many of them: the XML reader
+/// itself would gather them all.
+class XmlPart::Content : public QIODevice
+{
+public:
+    explicit Content(std::unique_ptr<QIODevice> content)
+        : content(std::move(content))
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    void BeginToken() { tokenLength = 0; }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64 maximum) override
+    {
+        if (!content || tokenLength > MaximumTokenLength) {
+            return -1;
+        }
+        const qint64 count = content->read(data, maximum);
+        tokenLength += count;
+        return count;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    const std::unique_ptr<QIODevice> content;
+    qint64 tokenLength = 0;
+};
+
+XmlPart::XmlPart(Package& package, const QString& name)
+    : package(package)
+    , content(std::make_unique<Content>(package.Part(name)))
+    , reader(content.get())
+{
+    // Looking up prefixes takes long where there are many.
+    reader.setNamespaceProcessing(false);
+}
+
+XmlPart::~XmlPart() = default;
+
+bool XmlPart::NextChild()
+{
+    for (;;) {
+        switch (ReadToken()) {
+        case QXmlStreamReader::StartElement:
+            return true;
+        case QXmlStreamReader::EndElement:
+        case QXmlStreamReader::EndDocument:
+        case QXmlStreamReader::Invalid:
+            return false;
+        default:
+            break;
+        }
+    }
+}
+
+void XmlPart::SkipElement()
+{
+    const int outside = depth - 1;
+    while (depth > outside && ReadToken() != QXmlStreamReader::Invalid) {
+    }
+}
+
+QString XmlPart::ElementText()
+{
+    QString text;
+    for (;;) {
+        switch (ReadToken()) {
+        case QXmlStreamReader::Characters:
+            text += reader.text();
+            break;
+        case QXmlStreamReader::StartElement:
+            SkipElement();
+            break;
+        case QXmlStreamReader::EndElement:
+        case QXmlStreamReader::Invalid:
+            text.squeeze();
+            return text;
+        default:
+            break;
+        }
+    }
+}
+
+bool XmlPart::Is(QLatin1String name) const
+{
+    return reader.name() == name;
+}
+
+QString XmlPart::Attribute(QLatin1String name) const
+{
+    const QXmlStreamAttributes attributes = reader.attributes();
+    for (const QXmlStreamAttribute& attribute : attributes) {
+        if (attribute.name() == name) {
+            return attribute.value().toString();
+        }
+    }
+    return QString();
+}
+
+bool XmlPart::Finish()
+{
+    while (NextChild()) {
+        SkipElement();
+    }
+    return !reader.hasError();
+}
+
+QXmlStreamReader::TokenType XmlPart::ReadToken()
+{
+    content->BeginToken();
+    const QXmlStreamReader::TokenType token = reader.readNext();
+    if (token == QXmlStreamReader::StartElement) {
+        ++depth;
+    } else if (token == QXmlStreamReader::EndElement) {
+        --depth;
+    }
+    if (reader.hasError() || !IsWithinBounds(token)) {
+        reader.raiseError(); // unlike the end of the content this is final
+        return QXmlStreamReader::Invalid;
+    }
+    return token;
+}
+
+bool XmlPart::IsWithinBounds(QXmlStreamReader::TokenType token) const
+{
+    return package.TakeToken() && token != QXmlStreamReader::DTD && depth <= MaximumDepth &&
+           reader.attributes().size() <= MaximumAttributes;
+}
+
+} // namespace QXlsx

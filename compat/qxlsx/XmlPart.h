@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QXmlStreamReader>
+
+#include <memory>
+
+namespace QXlsx {
+
+class Package;
+
+/// An XML part of a package, read element by element. Names are local ones, whatever their
+/// namespace's prefix.
+///
+/// What no workbook has, and only serves to take time and memory, fails the part like bad XML: a
+/// document type, elements nested more than 100 deep, a tag of more than 100 attributes, a tag or
+/// text of more than 100 KiB, and more than the package has tokens left.
+class XmlPart
+{
+    Q_DISABLE_COPY(XmlPart)
+
+public:
+    /// A part that the package lacks has failed. The package outlives the object.
+    XmlPart(Package& package, const QString& name);
+    ~XmlPart();
+
+    /// Moves to the next element inside the current one; false at the end of the current one, and
+    /// when the part has failed. Each element must be taken by one of the next two, or child by
+    /// child.
+    bool NextChild();
+    void SkipElement();
+    /// The text of the current element without that of the elements inside.
+    QString ElementText();
+
+    bool Is(QLatin1String name) const;
+    /// Of the current element; a null text where it has none of that name.
+    QString Attribute(QLatin1String name) const;
+
+    /// Reads the rest. Whether all of the part was well-formed.
+    bool Finish();
+
+private:
+    class Content;
+
+    QXmlStreamReader::TokenType ReadToken();
+
+    bool IsWithinBounds(QXmlStreamReader::TokenType token) const;
+
+    Package& package;
+    const std::unique_ptr<Content> content;
+    QXmlStreamReader reader;
+    int depth = 0;
+};
+
+} // namespace QXlsx

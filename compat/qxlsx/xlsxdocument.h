@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+namespace QXlsx {
+
+class AbstractSheet;
+class Workbook;
+
+/// An Office Open XML workbook, read from its file when the object is made.
+///
+/// Files are not trusted: one that unpacks to more than 64 MiB, or is beyond the other bounds that
+/// no real workbook comes near, is not loaded. Whatever numbers a cell claims for its place, memory
+/// follows what the file holds.
+class Document : public QObject
+{
+    Q_OBJECT
+
+public:
+    Document(const QString& xlsxName, QObject* parent = nullptr);
+    ~Document() override;
+
+    /// False when the file cannot be read, is no zip, is cut short, lacks a part of a workbook, or
+    /// has one that is not well-formed. There are no sheets then.
+    bool isLoadPackage() const;
+
+    /// In the order of the tabs.
+    QStringList sheetNames() const;
+    /// Null for a name that no sheet has. The document owns its sheets.
+    AbstractSheet* sheet(const QString& sheetName) const;
+
+private:
+    const std::unique_ptr<Workbook> workbook; ///< null when the file was not loaded
+};
+
+} // namespace QXlsx

@@ -1,0 +1,99 @@
+#include "tests/options/WorkbookParts.h"
+
+#include <KZip>
+
+namespace {
+
+const QString WorkbookPart = QStringLiteral("xl/workbook.xml");
+const QString RelationshipsPart = QStringLiteral("xl/_rels/workbook.xml.rels");
+
+QByteArray WithTypes(QByteArray relationships)
+{
+    return relationships.replace(
+        "TYPE", "http://schemas.openxmlformats.org/officeDocument/2006/relationships");
+}
+
+QByteArray Relationships(const QByteArray& elements)
+{
+    return "<?xml version=\"1.0\"?>\n<Relationships xmlns=\"http://schemas.openxmlformats.org/"
+           "package/2006/relationships\">" +
+           WithTypes(elements) + "</Relationships>";
+}
+
+QByteArray MainPart(const QByteArray& element, const QByteArray& content)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<" + element +
+           " xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" xmlns:r=\""
+           "http://schemas.openxmlformats.org/officeDocument/2006/relationships\">" +
+           content + "</" + element + ">";
+}
+
+void AddRelationship(WorkbookParts& parts, const QByteArray& relationship)
+{
+    parts[RelationshipsPart].replace(
+        "</Relationships>", WithTypes(relationship) + "</Relationships>");
+}
+
+} // namespace
+
+QByteArray WorksheetPart(const QByteArray& rows)
+{
+    return MainPart("worksheet", "<sheetData>" + rows + "</sheetData>");
+}
+
+WorkbookParts WorkbookWithSheets(const QVector<QByteArray>& rowsOfSheets)
+{
+    WorkbookParts parts;
+    parts[QStringLiteral("[Content_Types].xml")] =
+        "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\"/>";
+    parts[QStringLiteral("_rels/.rels")] = Relationships(
+        "<Relationship Id=\"rId1\" Type=\"TYPE/officeDocument\" Target=\"xl/workbook.xml\"/>");
+    QByteArray sheets;
+    QByteArray relationships;
+    for (int i = 1; i <= rowsOfSheets.size(); ++i) {
+        const QByteArray number = QByteArray::number(i);
+        sheets += "<sheet name=\"Sheet" + number + "\" sheetId=\"" + number + "\" r:id=\"rId" +
+                  number + "\"/>";
+        relationships += "<Relationship Id=\"rId" + number +
+                         "\" Type=\"TYPE/worksheet\" Target=\"worksheets/sheet" + number +
+                         ".xml\"/>";
+        parts[QStringLiteral("xl/worksheets/sheet%1.xml").arg(i)] =
+            WorksheetPart(rowsOfSheets.at(i - 1));
+    }
+    SetSheets(parts, sheets, relationships);
+    return parts;
+}
+
+void SetSheets(WorkbookParts& parts, const QByteArray& sheets, const QByteArray& relationships)
+{
+    parts[WorkbookPart] = MainPart("workbook", "<sheets>" + sheets + "</sheets>");
+    parts[RelationshipsPart] = Relationships(relationships);
+}
+
+void SetSharedStrings(WorkbookParts& parts, const QByteArray& items)
+{
+    AddRelationship(parts,
+        "<Relationship Id=\"strings\" Type=\"TYPE/sharedStrings\" Target=\"sharedStrings.xml\"/>");
+    parts[QStringLiteral("xl/sharedStrings.xml")] = MainPart("sst", items);
+}
+
+void SetStyles(WorkbookParts& parts, const QByteArray& elements)
+{
+    AddRelationship(
+        parts, "<Relationship Id=\"styles\" Type=\"TYPE/styles\" Target=\"styles.xml\"/>");
+    parts[QStringLiteral("xl/styles.xml")] = MainPart("styleSheet", elements);
+}
+
+bool WriteZip(const QString& path, const WorkbookParts& parts)
+{
+    KZip zip(path);
+    if (!zip.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    for (auto part = parts.begin(); part != parts.end(); ++part) {
+        if (!zip.writeFile(part.key(), part.value())) {
+            return false;
+        }
+    }
+    return zip.close();
+}
