@@ -1,6 +1,5 @@
 #include "Package.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
 
@@ -67,8 +66,8 @@ bool UnpacksAsItClaims(const KArchiveFile& part, qint64& left)
 } // namespace
 
 Package::Package(const QString& path)
-    : path(path)
-    , zip(path)
+    : file(path)
+    , zip(&file)
 {
 }
 
@@ -82,14 +81,14 @@ bool Package::Open()
 bool Package::IsWholeZip() const
 {
     // Opening what is no file, such as a pipe, could take forever.
-    if (!QFileInfo(path).isFile()) {
+    if (!QFileInfo(file).isFile()) {
         return false;
     }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > MaximumUnpacked) {
+    QFile bytes(file.fileName());
+    if (!bytes.open(QIODevice::ReadOnly) || bytes.size() > MaximumUnpacked) {
         return false;
     }
-    const QByteArray content = file.readAll();
+    const QByteArray content = bytes.readAll();
     return content.startsWith(PartRecord) && HasItsEnd(content) && HasModestDirectory(content);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KZip>
-#include <QIODevice>
+#include <QFile>
 
 #include <memory>
 
@@ -42,7 +42,7 @@ private:
     bool IsWholeZip() const;
     bool UnpacksAsItClaims() const;
 
-    const QString path;
+    QFile file; // KZip complains of a name that is empty
     KZip zip;
     int tokensLeft = MaximumTokens;
 };
