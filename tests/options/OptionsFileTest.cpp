@@ -1,0 +1,294 @@
+#include "options/CDeviceOptions.h"
+#include "tests/options/OptionsWorkbook.h"
+#include "tests/support/Warnings.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+const QString InvalidFile = QStringLiteral("Error: Invalid options file!!");
+const QString TooLong = QStringLiteral("Error: Options description string too long!");
+const QString Untouched = QStringLiteral("as it was");
+
+QString Text(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+QStringList Split(const char* texts)
+{
+    return Text(texts).split(QLatin1Char('|'));
+}
+
+QStringList Numbered(const char* name, int count)
+{
+    QStringList texts;
+    for (int index = 0; index < count; ++index) {
+        texts.append(Text(name) + QString::number(index));
+    }
+    return texts;
+}
+
+QStringList With(QStringList texts, int index, const QString& text)
+{
+    texts[index] = text;
+    return texts;
+}
+
+QVector<OptionItems> Shown(const CDeviceOptions& options)
+{
+    return {options.DcFeedItems, options.AttenuatorItems, options.Filter1Items,
+        options.Filter2Items, options.AmplifierItems, options.AzimuthRotatorItems,
+        options.PolarRotatorItems};
+}
+
+} // namespace
+
+class OptionsFileTest : public WarningsFail
+{
+    Q_OBJECT
+
+private:
+    QString NewPath(const char* suffix = ".xlsx")
+    {
+        return folder.filePath(Text("f%1").arg(++paths) + Text(suffix));
+    }
+
+    QString Workbook(const QStringList& names, const QStringList& descriptions = {})
+    {
+        const QString path = NewPath();
+        return WriteOptionsWorkbook(path, names, descriptions) ? path : QString();
+    }
+
+    QTemporaryDir folder;
+    int paths = 0;
+
+private slots:
+    void everyRowIsReadIntoItsPosition()
+    {
+        CDeviceOptions options;
+        QString error = Untouched;
+        QVERIFY(
+            options.ReadOptionsFile(Workbook(Numbered("name ", 22), Numbered("text ", 22)), error));
+        QCOMPARE(error, Untouched);
+        QVERIFY(options.IsValid());
+        QCOMPARE(options.InternalOptions, Numbered("name ", 22).toVector());
+        QCOMPARE(options.OptionDescriptions.size(), 22);
+        for (int index = 0; index < 22; ++index) {
+            const bool read = !QVector<int>{0, 1, 5, 6, 21}.contains(index);
+            QCOMPARE(options.OptionDescriptions.at(index),
+                read ? Text("text %1").arg(index) : QString());
+        }
+        QCOMPARE(options.AzimuthRotatorItems, (OptionItems{{Text("name 19"), Text("text 19")}}));
+        QCOMPARE(options.PolarRotatorItems, (OptionItems{{Text("name 20"), Text("text 20")}}));
+    }
+
+    void aWorkbookMakesAllSevenLists()
+    {
+        const QStringList names =
+            Split("VX440|Options|VX440-DCF|VX440-DCF|VX440-ATT|VX440-FIL|VX440-FIL|VX440-A1+A2|"
+                  "VX440-F11|VX440-F12|VX440-F13|VX440-F14|VX440-F15|VX440-F16|"
+                  "VX440-F21|VX440-F22|VX440-F23|VX440-F24|VX440-F25|ProSisTel|TD552|end");
+        const QStringList descriptions =
+            Split("Text|none|12 V|24 V|a,b,c,d,e,f|no|no|one,two|"
+                  "d11|d12|d13|d14|d15|d16|d21|d22|d23|d24|d25|round|up|no");
+        CDeviceOptions options;
+        QString error;
+        QVERIFY(options.ReadOptionsFile(Workbook(names, descriptions), error));
+        QVector<int> counts;
+        for (const OptionItems& items : Shown(options)) {
+            counts.append(items.size());
+        }
+        QCOMPARE(counts, (QVector<int>{2, 6, 6, 5, 4, 1, 1}));
+        QCOMPARE(options.AmplifierItems.last(),
+            (QPair<QString, QString>{Text("VX440-A2"), Text("two")}));
+        QCOMPARE(options.Filter2Items.first(),
+            (QPair<QString, QString>{Text("VX440-F21"), Text("d21")}));
+        QCOMPARE(options.GetInternalOptions(), names.mid(2, 19).join(QLatin1Char(',')));
+        QCOMPARE(options.GetOptionDescriptions(),
+            Text("12 V;24 V;a,b,c,d,e,f;;;one,two;"
+                 "d11;d12;d13;d14;d15;d16;d21;d22;d23;d24;d25;round;up"));
+    }
+
+    void aCellIsTakenWithoutItsBlanks_data()
+    {
+        QTest::addColumn<QString>("cell");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("description");
+        QTest::newRow("no cell") << QString() << Text("0") << QString();
+        QTest::newRow("an empty cell") << Text("") << Text("0") << QString();
+        QTest::newRow("blanks") << Text("  \t ") << Text("0") << QString();
+        QTest::newRow("a name") << Text("VX440-DCF") << Text("VX440-DCF") << Text("VX440-DCF");
+        QTest::newRow("blanks around") << Text("  a ") << Text("a") << Text("a");
+        QTest::newRow("blanks inside") << Text("a  \n b") << Text("a b") << Text("a b");
+        QTest::newRow("none") << Text("none") << Text("none") << Text("none");
+        QTest::newRow("an umlaut") << QString::fromUtf8("\xC3\xBC") << QString::fromUtf8("\xC3\xBC")
+                                   << QString::fromUtf8("\xC3\xBC");
+    }
+    void aCellIsTakenWithoutItsBlanks()
+    {
+        QFETCH(QString, cell);
+        CDeviceOptions options;
+        QString error;
+        QVERIFY(options.ReadOptionsFile(
+            Workbook(With(Numbered("n", 22), 3, cell), With(Numbered("d", 22), 3, cell)), error));
+        QTEST(options.InternalOptions.at(3), "name");
+        QTEST(options.OptionDescriptions.at(3), "description");
+    }
+
+    void aBlankSecondFeedIsNotFitted()
+    {
+        const QStringList names = With(Numbered("n", 22), 2, Text("VX440-DCF"));
+        CDeviceOptions options;
+        QString error;
+        QVERIFY(
+            options.ReadOptionsFile(Workbook(With(names, 3, QString()), Numbered("d", 22)), error));
+        QCOMPARE(options.DcFeedItems, (OptionItems{{Text("DC-Feed1"), Text("d2")}}));
+        QCOMPARE(options.InternalOptions.at(3), Text("0"));
+        QVERIFY(options.ReadOptionsFile(
+            Workbook(With(names, 3, Text("VX440-DCF")), Numbered("d", 22)), error));
+        QCOMPARE(options.DcFeedItems.size(), 2);
+    }
+
+    void theWordNoneForTheAmplifierGivesNoEntries()
+    {
+        CDeviceOptions options;
+        QString error;
+        const QStringList names = Numbered("n", 22);
+        QVERIFY(options.ReadOptionsFile(
+            Workbook(With(names, 7, Text("VX440-AMP")), Numbered("d", 22)), error));
+        QCOMPARE(options.AmplifierItems.size(), 4);
+        QVERIFY(options.ReadOptionsFile(
+            Workbook(With(names, 7, Text("none")), Numbered("d", 22)), error));
+        QVERIFY(options.AmplifierItems.isEmpty());
+        QCOMPARE(options.GetInternalOptions().section(QLatin1Char(','), 5, 5), Text("0"));
+    }
+
+    void aFileIsJudged_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QStringList>("descriptions");
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<int>("internalSize");
+        QTest::addColumn<int>("descriptionSize");
+        QTest::addColumn<bool>("valid");
+        const auto row = [](const char* name, const QStringList& names,
+                             const QStringList& descriptions, const QString& error,
+                             int internalSize, int descriptionSize, bool valid) {
+            QTest::newRow(name) << names << descriptions << error << internalSize << descriptionSize
+                                << valid;
+        };
+        const QStringList names = Numbered("n", 22);
+        const QStringList names23 = Numbered("n", 23);
+        const QStringList texts = Numbered("d", 22);
+        const QStringList texts23 = Numbered("d", 23);
+        const QStringList empty = Split("|||||||||||||||||||||");
+        const QString x643(643, QLatin1Char('x'));
+        const QString x644(644, QLatin1Char('x'));
+        row("22 rows", names, texts, Untouched, 22, 22, true);
+        row("21 rows", names.mid(1), texts.mid(1), InvalidFile, 21, 21, false);
+        row("23 rows", names23, texts23, InvalidFile, 23, 22, false);
+        row("no rows", {}, {}, InvalidFile, 0, 0, false);
+        row("one row", names.mid(0, 1), texts.mid(0, 1), InvalidFile, 1, 1, false);
+        row("a 22nd row in column B alone", names.mid(1), texts, Untouched, 22, 22, true);
+        row("a 23rd row in column B alone", names, texts23, InvalidFile, 23, 22, false);
+        row("one column", names, {}, TooLong, 22, 0, true);
+        row("one column of 21 rows", names.mid(1), {}, InvalidFile, 21, 0, false);
+        row("descriptions alone", {}, texts, Untouched, 22, 22, true);
+        row("643 characters", names, With(empty, 8, x643), Untouched, 22, 22, true);
+        row("644 characters", names, With(empty, 8, x644), TooLong, 22, 22, false);
+        row("long texts that are not read", names, With(With(empty, 5, x643), 21, x643), Untouched,
+            22, 22, true);
+        row("too many rows and too long", names23, With(empty, 8, x644), InvalidFile, 23, 22,
+            false);
+    }
+    void aFileIsJudged()
+    {
+        QFETCH(QStringList, names);
+        QFETCH(QStringList, descriptions);
+        QFETCH(QString, error);
+        CDeviceOptions options;
+        QString said;
+        QVERIFY(options.ReadOptionsFile(
+            Workbook(Numbered("before ", 22), Numbered("text ", 22)), said));
+        const auto shownBefore = Shown(options);
+        said = Untouched;
+        const bool good = error == Untouched;
+        QCOMPARE(options.ReadOptionsFile(Workbook(names, descriptions), said), good);
+        QCOMPARE(said, error);
+        QTEST(options.InternalOptions.size(), "internalSize");
+        QTEST(options.OptionDescriptions.size(), "descriptionSize");
+        QCOMPARE(options.InternalValid, options.InternalOptions.size() == 22);
+        QTEST(options.IsValid(), "valid");
+        QCOMPARE(Shown(options) != shownBefore, good);
+    }
+
+    void aFileThatIsNoWorkbookIsInvalid_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("no name") << QString();
+        QTest::newRow("no such file") << NewPath();
+        QTest::newRow("a folder") << folder.path();
+        const QString text = NewPath(".cfg");
+        QFile file(text);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("VX440-DCF\n") > 0);
+        QTest::newRow("a text") << text;
+    }
+    void aFileThatIsNoWorkbookIsInvalid()
+    {
+        QFETCH(QString, path);
+        CDeviceOptions options;
+        QString error;
+        QVERIFY(options.ReadOptionsFile(
+            Workbook(Numbered("before ", 22), Numbered("text ", 22)), error));
+        const auto shownBefore = Shown(options);
+        QVERIFY(!options.ReadOptionsFile(path, error));
+        QCOMPARE(error, InvalidFile);
+        QVERIFY(!options.IsValid());
+        QVERIFY(options.InternalOptions.isEmpty());
+        QVERIFY(options.OptionDescriptions.isEmpty());
+        QVERIFY(options.DescriptionValid); // no description is not too long
+        QCOMPARE(Shown(options), shownBefore);
+        QCOMPARE(options.GetInternalOptions(), QString());
+    }
+
+    void aWorkbookMayHaveAnotherName()
+    {
+        const QString path = NewPath(".cfg");
+        QVERIFY(WriteOptionsWorkbook(path, Numbered("n", 22), Numbered("d", 22)));
+        CDeviceOptions options;
+        QString error;
+        QVERIFY(options.ReadOptionsFile(path, error));
+        QCOMPARE(options.InternalOptions.at(20), Text("n20"));
+    }
+
+    void eachColumnIsReadOnItsOwn()
+    {
+        const QString path = Workbook(Numbered("n", 22), Numbered("d", 22));
+        CDeviceOptions options;
+        QVERIFY(options.ReadInternalColumn(path));
+        QVERIFY(options.InternalValid);
+        QVERIFY(!options.DescriptionValid);
+        QVERIFY(options.OptionDescriptions.isEmpty());
+        QVERIFY(options.ReadDescriptionColumn(path));
+        QVERIFY(options.IsValid());
+        QCOMPARE(Shown(options), QVector<OptionItems>(7)); // for ReadOptionsFile to fill
+    }
+
+    void whatTheUnitAnswersNextReplacesAFile()
+    {
+        CDeviceOptions options;
+        QString error;
+        QVERIFY(!options.ReadOptionsFile(Workbook(Numbered("n", 23), Numbered("d", 23)), error));
+        // Too few fields: what the file gave stands, and is judged again.
+        QVERIFY(!options.ParseDeviceOptions(Text("0,0"), QString()));
+        QCOMPARE(options.InternalOptions.size(), 23);
+        QVERIFY(options.ParseDeviceOptions(
+            Numbered("n", 19).join(QLatin1Char(',')), QString(18, QLatin1Char(';'))));
+        QCOMPARE(options.AzimuthRotatorItems, (OptionItems{{Text("n17"), QString()}}));
+    }
+};
+
+QTEST_GUILESS_MAIN(OptionsFileTest)
+#include "OptionsFileTest.moc"
