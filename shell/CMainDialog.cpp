@@ -9,6 +9,7 @@
 #include "link/ConnectToDevice.h"
 #include "link/DeviceReconfiguration.h"
 #include "model/CDeviceDatabase.h"
+#include "options/CTabOptions.h"
 #include "rotor/CTabMotorConfiguration.h"
 #include "shell/CCustomProgressDialog.h"
 #include "ui_MainDialog.h"
@@ -82,6 +83,7 @@ void CMainDialog::CreateTabs()
     azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Azimuth);
     polarTab = new CTabMotorConfiguration(ui->tabWidget, Polar);
     boardDataTab = new CTabBoardDataNew(nullptr);
+    optionsTab = new CTabOptions(ui->tabWidget);
 }
 
 // The board data tab has no page: it takes part in the passes and stays out of sight.
@@ -198,8 +200,8 @@ void CMainDialog::LoadDeviceInfo()
     const int step = 100 / tabs.size();
     int progress = 0;
     for (CTabBaseClass** const tab : qAsConst(tabs)) {
-        if (IsOneOf<CTabInfo, CTabLoadFirmware, CTabIpConfiguration, CTabMotorConfiguration,
-                CTabBoardDataNew, CTabDetectZKDevices>(*tab)) {
+        if (IsOneOf<CTabInfo, CTabOptions, CTabLoadFirmware, CTabIpConfiguration,
+                CTabMotorConfiguration, CTabBoardDataNew, CTabDetectZKDevices>(*tab)) {
             (*tab)->ConnectionStatusChanged();
         }
         progress += step;

@@ -63,6 +63,8 @@ private slots:
         QCOMPARE(unit.Commands(),
             (QStringList{
                 QStringLiteral("*IDN?"),
+                QStringLiteral("GET:OPTION:INTERNAL?"),
+                QStringLiteral("GET:OPTION:DESC?"),
                 QStringLiteral("CF0"),
                 QStringLiteral("CF0"),
                 QStringLiteral("CF7 00400000"),
@@ -71,6 +73,8 @@ private slots:
                 QStringLiteral("VCF 012C0003003C0001000200050000000001F40014004B0000"),
                 QStringLiteral("CF0"),
                 QStringLiteral("*IDN?"),
+                QStringLiteral("GET:OPTION:INTERNAL?"),
+                QStringLiteral("GET:OPTION:DESC?"),
                 QStringLiteral("CF0"),
                 QStringLiteral("CF0"),
                 QStringLiteral("CF7 00400000"),
@@ -96,6 +100,8 @@ private slots:
         QCOMPARE(
             unit.Commands(), (QStringList{
                                  QStringLiteral("*IDN?"),
+                                 QStringLiteral("GET:OPTION:INTERNAL?"),
+                                 QStringLiteral("GET:OPTION:DESC?"),
                                  QStringLiteral("CF0"),
                                  QStringLiteral("CF0"),
                                  QStringLiteral("HCF 01F40003009600010002000A0000000007D00014"),
@@ -141,6 +147,8 @@ private slots:
     {
         QTest::addColumn<QString>("command");
         QTest::newRow("identity") << QStringLiteral("*IDN?");
+        QTest::newRow("options") << QStringLiteral("GET:OPTION:INTERNAL?");
+        QTest::newRow("option descriptions") << QStringLiteral("GET:OPTION:DESC?");
         QTest::newRow("first configuration") << QStringLiteral("CF0:1");
         QTest::newRow("first EEPROM block") << QStringLiteral("CF7:1");
     }

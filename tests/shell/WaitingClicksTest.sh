@@ -51,8 +51,8 @@ while kill -0 "$tool_pid" 2>/dev/null; do
     sleep 0.1
 done
 wait "$tool_pid"
-commands=$(grep --extended-regexp '^(\*IDN\?|CF)' "$folder/unit.log" | tr '\n' ' ')
-if [ "$commands" != "*IDN? CF0 CF0 CF7 00400000 CF7 004004B0 " ]; then
+commands=$(grep --extended-regexp '^(\*IDN\?|GET|CF)' "$folder/unit.log" | tr '\n' ' ')
+if [ "$commands" != "*IDN? GET:OPTION:INTERNAL? GET:OPTION:DESC? CF0 CF0 CF7 00400000 CF7 004004B0 " ]; then
     echo "The unit took: $commands"
     exit 1
 fi
