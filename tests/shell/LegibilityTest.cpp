@@ -1,3 +1,5 @@
+#include "link/CDeviceCommunication.h"
+#include "tests/support/SimulatorProcess.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 
@@ -5,6 +7,7 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStyleOptionButton>
@@ -88,6 +91,27 @@ QString LongestTextOf(const QLineEdit* edit)
     }
     return QStringLiteral("4400.1290.02-1290");
 }
+
+QRect TitleOf(const QGroupBox* box)
+{
+    QStyleOptionGroupBox option;
+    option.initFrom(box);
+    option.text = box->title();
+    option.textAlignment = box->alignment();
+    option.subControls = QStyle::SC_GroupBoxLabel | QStyle::SC_GroupBoxFrame;
+    return box->style()->subControlRect(
+        QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, box);
+}
+
+// A unit with every module, and with the longest name that there is for each.
+const QString AllOptions = QStringLiteral(
+    "VX440-DCF,VX440-DCF,VX440-ATT,VX440-FIL,VX440-FIL,VX440-A1+A2,VX440-F100,VX440-F101,"
+    "VX440-F102,VX440-F103,VX440-F104,VX440-F105,VX440-F106,VX440-F107,VX440-F108,VX440-F109,"
+    "VX440-F110,Winder AR/AE1049,Winder AR/AE1049");
+
+const QStringList OptionBoxes{QStringLiteral("boxDcf"), QStringLiteral("boxAtt"),
+    QStringLiteral("boxFilter1"), QStringLiteral("boxFilter2"), QStringLiteral("boxAmp"),
+    QStringLiteral("boxOptionAzimuthRotator"), QStringLiteral("boxOptionPolarRotator")};
 
 template<class Widget>
 QVector<Widget*> OfTheForms()
@@ -217,18 +241,42 @@ private slots:
     void theTitleOfTheGroupBoxDoesNotRunIntoItsContent()
     {
         const auto* const box = Find<QGroupBox>("groupBox");
-        QStyleOptionGroupBox option;
-        option.initFrom(box);
-        option.text = box->title();
-        option.subControls = QStyle::SC_GroupBoxLabel | QStyle::SC_GroupBoxFrame;
-        const QRect title = box->style()->subControlRect(
-            QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, box);
+        const QRect title = TitleOf(box);
         QVERIFY(TextSize(box, box->title()).width() <= title.width());
         const auto children = box->findChildren<QWidget*>();
         QVERIFY(!children.isEmpty());
         for (const QWidget* const child : children) {
             QVERIFY2(!child->geometry().intersects(title), qPrintable(child->objectName()));
         }
+    }
+
+    void theModulesOfAFullUnitHaveRoomInTheirBoxes()
+    {
+        const SimulatorProcess unit({QStringLiteral("--options"), AllOptions});
+        ConnectTo(unit.Address());
+        ShowPage("Options");
+        int lines = 0;
+        for (const QString& name : OptionBoxes) {
+            const auto* const box = Find<QGroupBox>(name.toLatin1().constData());
+            const QRect title = TitleOf(box);
+            QVERIFY2(Fits(TextSize(box, box->title()), title.size()), qPrintable(name));
+            QVERIFY2(box->rect().contains(title), qPrintable(name));
+            int free = title.bottom() + 1;
+            for (int item = 0; item < box->layout()->count(); ++item) {
+                const auto* const line =
+                    qobject_cast<QLineEdit*>(box->layout()->itemAt(item)->widget());
+                QTRY_VERIFY(line->isVisible());
+                QVERIFY2(
+                    Fits(TextSize(line, line->text()), RoomIn(line)), qPrintable(line->text()));
+                QVERIFY2(box->contentsRect().contains(line->geometry()), qPrintable(line->text()));
+                QVERIFY2(line->geometry().top() >= free, qPrintable(line->text()));
+                free = line->geometry().bottom() + 1;
+                ++lines;
+            }
+        }
+        QCOMPARE(lines, 2 + 6 + 6 + 5 + 4 + 1 + 1);
+        TheDeviceCommunication()->Disconnect();
+        ShowPage("Info");
     }
 
     void theStatusLinesHaveRoomForTheirLongestTexts()
@@ -243,6 +291,9 @@ private slots:
         }
         const auto* const status = Find<QLabel>("lblAppStatus");
         for (const char* const text : {"Error! Invalid number of Motor configuration params.",
+                 "Error: Options description string too long!",
+                 "Failed to send option descriptions to device!",
+                 "Options & description sent to device successfully.",
                  "Recieving Configuration from Device .. ",
                  "Invalid value for Azimuth Max Motion Hang Up Loop (MMHL)!",
                  "Warning: SMS must be in in range 0 - 100"}) {
