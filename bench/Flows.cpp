@@ -34,16 +34,31 @@ constexpr int Blocks = (64 + ImageBytes + BlockBytes - 1) / BlockBytes;
 constexpr char NewIdentity[] = "ZELMA&KOVINTH,VX440,4400.1290.02/000129,3.10\r";
 constexpr char OldIdentity[] = "ZELMA&KOVINTH,VX440,4400.1290.02/000129,2.50\r";
 
+// What the units hold, so that the time is theirs and not that of other defaults.
+constexpr char Options[] =
+    "VX440-DCF,0,VX440-ATT,VX440-FIL,0,VX440-A1+A2,VX440-F1,VX440-F2,VX440-F3,"
+    "0,0,0,0,0,0,0,0,ProSisTel,YAESU G-550\r";
+constexpr char Descriptions[] = "Feed 12 V;0;Straight through,3 dB,6 dB,10 dB,20 dB,40 dB;0;0;"
+                                "Stage 1,Stage 2;Filter 1;Filter 2;Filter 3;0;0;0;0;0;0;0;0;"
+                                "Azimuth rotator;Polar rotator\r";
+
+QStringList OptionsOfTheUnit()
+{
+    return {QStringLiteral("--options"), QString::fromLatin1(Options).trimmed(),
+        QStringLiteral("--option-descriptions"), QString::fromLatin1(Descriptions).trimmed()};
+}
+
 double TextWaits(const char* answer)
 {
     return DrainMs + static_cast<double>(qstrlen(answer));
 }
 
-// One configuration block for each of the two motor tabs; from firmware 3.0 on also two EEPROM
-// blocks.
+// The texts of the info and the options tab, and a configuration block for each of the two motor
+// tabs; from firmware 3.0 on also two EEPROM blocks.
 double LoadWaits(const char* identity, int blocks)
 {
-    return ConnectPollMs + TextWaits(identity) + blocks * (DrainMs + AnswerMs);
+    return ConnectPollMs + TextWaits(identity) + TextWaits(Options) + TextWaits(Descriptions) +
+           blocks * (DrainMs + AnswerMs);
 }
 
 double MedianMs(
@@ -143,7 +158,7 @@ void MeasureFlows(Table& table, int repetitions)
             2, "Device motor configuration read successfully!", 1.03},
     };
     for (const auto& generation : generations) {
-        const SimulatorProcess unit(generation.options);
+        const SimulatorProcess unit(generation.options + OptionsOfTheUnit());
         table.Add(QStringLiteral("connect and load, %1 firmware").arg(generation.name),
             QStringLiteral("ms"), ConnectAndLoadMs(unit.Address(), generation.status, repetitions),
             LoadWaits(generation.identity, generation.blocks), generation.target);

@@ -123,6 +123,15 @@ void LookAtPages(Walk& walk)
     }
 }
 
+void ReadOptions(Walk& walk)
+{
+    ShowPage(Options.title);
+    Click(Find<QWidget>("btnReadOptionsFromDevice"));
+    walk.Expect(QStringLiteral("clicked Read from device"), StatusLine(),
+        QStringLiteral("Options read from device successfully."));
+    walk.TakePicture(QStringLiteral("options-read"));
+}
+
 // The reset before it, so that the choice has something to change.
 void ChooseRotor(Walk& walk)
 {
@@ -271,8 +280,8 @@ QString AddressesFound()
 
 const QVector<Step>& UnitSteps()
 {
-    static const QVector<Step> steps{Connect, LookAtPages, ChooseRotor, EditAzimuth, EditPolar,
-        ReceivePolar, KeepConfiguration, ChangeMask, UpdateUnitsFirmware};
+    static const QVector<Step> steps{Connect, LookAtPages, ReadOptions, ChooseRotor, EditAzimuth,
+        EditPolar, ReceivePolar, KeepConfiguration, ChangeMask, UpdateUnitsFirmware};
     return steps;
 }
 
