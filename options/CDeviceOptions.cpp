@@ -261,6 +261,7 @@ void CDeviceOptions::UpdateAmplifierList()
     }
 }
 
+// Filters are named in the pattern "VX440-F[0-9]+", but any other text is taken for a name as well.
 void CDeviceOptions::UpdateFilter1List()
 {
     Filter1Items.clear();
