@@ -78,7 +78,8 @@ void SimulatorCommandLineTest::listFaultsPrintsOneNameALine()
     const Result faults = Run({Text("--list-faults")});
     QCOMPARE(faults.code, 0);
     QCOMPARE(faults.output,
-        Text("silent\nrefusing\nslow\nbytewise\ngarbage\nclosing\nresetting\nshort\nwrong\n"));
+        Text(
+            "silent\nrefusing\nslow\nbytewise\ngarbage\nclosing\nresetting\nshort\nlong\nwrong\n"));
 }
 
 void SimulatorCommandLineTest::aBadValueEndsItWithCode1_data()
