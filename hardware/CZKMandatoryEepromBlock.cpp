@@ -9,15 +9,14 @@ constexpr int PartNumberPoint = 4;
 constexpr int FirstYear = 1980;
 constexpr uchar FirstOtherThanAscii = 128;
 
-// At least that many characters, zeros in front behind the sign.
-QString Padded(qint32 number, int width)
+QString TwoDigits(int number)
 {
-    return QString::asprintf("%0*i", width, number);
+    return QString::asprintf("%02i", number);
 }
 
 QString IndexText(qint16 hundredths)
 {
-    return Padded(hundredths / 100, 2) + QLatin1Char('.') + Padded(hundredths % 100, 2);
+    return QString::asprintf("%02i.%02i", hundredths / 100, hundredths % 100);
 }
 
 } // namespace
@@ -64,25 +63,25 @@ QString CZKMandatoryEepromBlock::GetSerialNumberText() const
 {
     const auto number = static_cast<qint32>(SerialNumber);
     const bool isLong = SerialNumber > LargestShortSerialNumber;
-    const QString digits = isLong ? Padded(number, 9) : Padded(number, 6) + QStringLiteral("000");
-    return QString(digits).insert(SerialNumberSlash, QLatin1Char('/'));
+    QString text =
+        isLong ? QString::asprintf("%09i", number) : QString::asprintf("%06i000", number);
+    return text.insert(SerialNumberSlash, QLatin1Char('/'));
 }
 
 QString CZKMandatoryEepromBlock::GetPartNumberText() const
 {
-    const QString digits = Padded(static_cast<qint32>(PartNumber), 8);
-    return QString(digits).insert(PartNumberPoint, QLatin1Char('.')) + QLatin1Char('.') +
-           GetVariantText();
+    QString text = QString::asprintf("%08i.%02i", static_cast<qint32>(PartNumber), Variant);
+    return text.insert(PartNumberPoint, QLatin1Char('.'));
 }
 
 QString CZKMandatoryEepromBlock::GetVariantText() const
 {
-    return Padded(Variant, 2);
+    return TwoDigits(Variant);
 }
 
 QString CZKMandatoryEepromBlock::GetHwCodeText() const
 {
-    return Padded(HwCode, 2);
+    return TwoDigits(HwCode);
 }
 
 QString CZKMandatoryEepromBlock::GetProductIndexText() const
@@ -100,6 +99,5 @@ QString CZKMandatoryEepromBlock::GetProductionDateText() const
     const int year = FirstYear + (ProductionDate >> 9);
     const int month = (ProductionDate >> 5) & 0xF;
     const int day = ProductionDate & 0x1F;
-    return Padded(year, 4) + QLatin1Char('-') + Padded(month, 2) + QLatin1Char('-') +
-           Padded(day, 2);
+    return QString::asprintf("%04i-%02i-%02i", year, month, day);
 }

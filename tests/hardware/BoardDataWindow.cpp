@@ -44,12 +44,9 @@ void Note(AskedForFile& asked, const QFileDialog& dialog)
 // The list of suggestions may take the first Return.
 void Answer(QFileDialog& dialog, const QString& path)
 {
-    QWindow* const window = dialog.windowHandle();
-    for (const QChar character : path) {
-        QTest::keyClick(window, character.toLatin1());
-    }
+    dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
     while (dialog.isVisible()) {
-        QTest::keyClick(window, path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+        QTest::keyClick(dialog.windowHandle(), path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
         QCoreApplication::processEvents();
     }
 }

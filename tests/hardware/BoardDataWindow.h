@@ -41,5 +41,5 @@ struct AskedForFile
     int times = 0;
 };
 
-/// Clicks a button and answers its file dialog by keys. An empty path cancels.
+/// Clicks a button and answers its file dialog. An empty path cancels.
 AskedForFile ClickAndChoose(QWidget* button, const QString& path);
