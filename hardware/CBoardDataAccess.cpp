@@ -16,15 +16,20 @@ constexpr quint16 RegionSize = 1200;
 constexpr quint16 BlockRequestSize = 64;
 constexpr int LargestRequest = 255;
 
-constexpr quint32 ComponentCode = 3;
+constexpr quint32 Vx440Code = 3;
 constexpr quint8 ComponentGroup = 0;
 constexpr quint8 OtherGroup = 1;
 
-CZKHardwareComponent MakeComponent()
+// The one component there is.
+class Component : public CZKHardwareComponent
 {
-    return CZKHardwareComponent(GetEepromDirectory(), QStringLiteral("VX440"), ComponentCode, 0,
-        BlockRequestSize, ComponentGroup);
-}
+public:
+    Component()
+        : CZKHardwareComponent(GetEepromDirectory(), QStringLiteral("VX440"), Vx440Code, 0,
+              BlockRequestSize, ComponentGroup)
+    {
+    }
+};
 
 bool ReadBytes(
     CDeviceCommunication* communication, QVector<uchar>& out, quint16 count, quint16 offset)
@@ -41,7 +46,7 @@ bool CBoardDataAccess::ReadBlockTexts(
     CDeviceCommunication* communication, QStringList& texts, quint16 offset)
 {
     texts.clear();
-    CZKHardwareComponent component = MakeComponent();
+    Component component;
     QVector<uchar> image;
     bool ok = false;
     if (!ReadBytes(communication, image, BlockRequestSize, offset) ||
@@ -84,7 +89,7 @@ bool CBoardDataAccess::ReadEepromRegion(CDeviceCommunication* communication, QVe
 
 bool CBoardDataAccess::SaveRegionImage(const QVector<uchar>& image)
 {
-    CZKHardwareComponent component = MakeComponent();
+    Component component;
     bool ok = false;
     return component.ParseImage(image, ok) &&
            component.SaveImage(component.ReadImageFileName(), image);

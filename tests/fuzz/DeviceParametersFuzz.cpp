@@ -4,8 +4,6 @@
 #include "rotor/CDeviceParameters.h"
 #include "tests/fuzz/FuzzTarget.h"
 
-#include <QStringList>
-
 #include <algorithm>
 #include <memory>
 
@@ -28,12 +26,22 @@ constexpr Accessor Accessors[] = {
     &CDeviceParameters::GetRotorType,
 };
 
-void RequireTheWordsOf(const uint8_t* block, const CDeviceParameters& parameters)
+struct Generation
 {
-    const int count = parameters.GetParameterCount();
+    float firmware;
+    int words;
+    int subnetMask;
+    size_t blockSize;
+};
+
+constexpr Generation Old{2.5F, 10, 50, 67};
+constexpr Generation New{3.0F, 12, 58, 75};
+
+void RequireTheWordsOf(const uint8_t* block, int words, const CDeviceParameters& parameters)
+{
     for (short motor = 0; motor < 2; ++motor) {
-        for (int id = 0; id < count; ++id) {
-            const uint8_t* const word = block + 2 * (motor * count + id);
+        for (int id = 0; id < words; ++id) {
+            const uint8_t* const word = block + 2 * (motor * words + id);
             Require((parameters.*Accessors[id])(motor) == word[0] * 256 + word[1]);
         }
     }
@@ -43,19 +51,21 @@ void RequireTheWordsOf(const uint8_t* block, const CDeviceParameters& parameters
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    const bool old = size == 0 || data[0] % 2 == 0;
-    CDeviceParameters parameters(old ? 2.5F : 3.0F);
-
+    const Generation& generation = size == 0 || data[0] % 2 == 0 ? Old : New;
     // As long as the unit's answer and no longer, so that AddressSanitizer sees what goes beyond
     // it.
-    const size_t blockSize = parameters.GetDeviceBlockSize();
-    const std::unique_ptr<uint8_t[]> block(new uint8_t[blockSize]());
+    const std::unique_ptr<uint8_t[]> block(new uint8_t[generation.blockSize]());
     if (size > 1) {
-        std::copy_n(data + 1, std::min(size - 1, blockSize), block.get());
+        std::copy_n(data + 1, std::min(size - 1, generation.blockSize), block.get());
     }
+    const QString subnetMask =
+        CDeviceParameters::FormatIpAddress(block.get() + generation.subnetMask);
+
+    CDeviceParameters parameters(generation.firmware);
+    Require(parameters.GetDeviceBlockSize() == generation.blockSize);
     parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(block.get()));
 
-    RequireTheWordsOf(block.get(), parameters);
-    Require(parameters.GetSubnetMask().split(QLatin1Char('.')).size() == 4);
+    RequireTheWordsOf(block.get(), generation.words, parameters);
+    Require(parameters.GetSubnetMask() == subnetMask);
     return 0;
 }

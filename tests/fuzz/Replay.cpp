@@ -2,31 +2,25 @@
 
 #include "tests/fuzz/FuzzTarget.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <vector>
-
-namespace {
-
-std::vector<char> Content(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-} // namespace
 
 int main()
 {
-    int inputs = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(VX440_CORPUS)) {
-        std::printf("%s\n", entry.path().filename().c_str());
+    const QDir corpus(QStringLiteral(VX440_CORPUS));
+    const QStringList names = corpus.entryList(QDir::Files);
+    for (const QString& name : names) {
+        std::printf("%s\n", qPrintable(name));
         std::fflush(stdout);
-        const std::vector<char> input = Content(entry.path());
-        LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(input.data()), input.size());
-        ++inputs;
+        QFile file(corpus.filePath(name));
+        if (!file.open(QIODevice::ReadOnly)) {
+            return 1;
+        }
+        const QByteArray input = file.readAll();
+        LLVMFuzzerTestOneInput(
+            reinterpret_cast<const uint8_t*>(input.constData()), static_cast<size_t>(input.size()));
     }
-    return inputs > 0 ? 0 : 1;
+    return names.isEmpty() ? 1 : 0;
 }
