@@ -108,14 +108,17 @@ void BoardDataWriteFlowTest::aFileReachesTheUnitButForItsLastByte_data()
 {
     QTest::addColumn<QByteArray>("region");
     QTest::addColumn<int>("offset");
-    QTest::newRow("device") << QByteArray("Device") << 0;
-    QTest::newRow("board") << QByteArray("Board") << 1200;
+    QTest::addColumn<QVector<int>>("sizes");
+    QTest::newRow("device") << QByteArray("Device") << 0 << QVector<int>{1200};
+    QTest::newRow("board") << QByteArray("Board") << 1200
+                           << QVector<int>{0, 1, 2, 1199, 1200, 1500};
 }
 
 void BoardDataWriteFlowTest::aFileReachesTheUnitButForItsLastByte()
 {
     QFETCH(QByteArray, region);
     QFETCH(int, offset);
+    QFETCH(QVector<int>, sizes);
     SimulatorProcess unit(UnitOptions());
     QVERIFY(unit.IsReady());
     ConnectTo(unit.Address());
@@ -124,7 +127,7 @@ void BoardDataWriteFlowTest::aFileReachesTheUnitButForItsLastByte()
     QCOMPARE(memory.mid(offset, Block.size()), Block);
     const QString address = offset == 0 ? Text("0000") : Text("04B0");
     const QStringList reading{Text("CF7 00400000"), Text("CF7 004004B0")};
-    for (const int size : {0, 1, 2, 1199, 1200, 1500}) {
+    for (const int size : qAsConst(sizes)) {
         unit.Forget();
         const QByteArray content = RegionFile(size);
         const QByteArray sent = content.left(qMin(size, 1200)).chopped(size > 0 ? 1 : 0);
