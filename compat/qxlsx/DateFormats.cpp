@@ -79,15 +79,13 @@ bool IsDateCode(const QString& code)
 bool DateFormats::Read(Package& package, const QString& part)
 {
     XmlPart xml(package, part);
-    if (xml.NextChild()) {
-        while (xml.NextChild()) {
-            if (xml.Is(QLatin1String("numFmts"))) {
-                ReadNumberFormats(xml);
-            } else if (xml.Is(QLatin1String("cellXfs"))) {
-                ReadCellStyles(xml);
-            } else {
-                xml.SkipElement();
-            }
+    while (xml.NextChild()) {
+        if (xml.Is(QLatin1String("numFmts"))) {
+            ReadNumberFormats(xml);
+        } else if (xml.Is(QLatin1String("cellXfs"))) {
+            ReadCellStyles(xml);
+        } else {
+            xml.SkipElement();
         }
     }
     return xml.Finish();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QHash>
+#include <QMap>
 #include <QVector>
 
 namespace QXlsx {
@@ -23,8 +23,8 @@ private:
     void ReadCellStyles(XmlPart& xml);
     bool IsDateFormat(int format) const;
 
-    QHash<int, bool> isCustomFormatDate; ///< by the number of the format
-    QVector<int> styleFormats;           ///< by the index of the style
+    QMap<int, bool> isCustomFormatDate; ///< by the number of the format
+    QVector<int> styleFormats;          ///< by the index of the style
 };
 
 } // namespace QXlsx

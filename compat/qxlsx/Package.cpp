@@ -119,7 +119,11 @@ std::unique_ptr<QIODevice> Package::Part(const QString& name) const
 
 bool Package::TakeToken()
 {
-    return tokensLeft > 0 && --tokensLeft > 0;
+    if (tokensLeft == 0) {
+        return false;
+    }
+    --tokensLeft;
+    return true;
 }
 
 } // namespace QXlsx

@@ -33,15 +33,13 @@ QString Resolved(const QString& target, const QString& part)
 bool Relationships::Read(Package& package, const QString& part)
 {
     XmlPart xml(package, RelationshipsPart(part));
-    if (xml.NextChild()) {
-        while (xml.NextChild() && relationships.size() <= Package::MaximumParts) {
-            if (xml.Is(QLatin1String("Relationship"))) {
-                relationships.insert(xml.Attribute(QLatin1String("Id")),
-                    {xml.Attribute(QLatin1String("Type")),
-                        Resolved(xml.Attribute(QLatin1String("Target")), part)});
-            }
-            xml.SkipElement();
+    while (xml.NextChild() && relationships.size() <= Package::MaximumParts) {
+        if (xml.Is(QLatin1String("Relationship"))) {
+            relationships.insert(xml.Attribute(QLatin1String("Id")),
+                {xml.Attribute(QLatin1String("Type")),
+                    Resolved(xml.Attribute(QLatin1String("Target")), part)});
         }
+        xml.SkipElement();
     }
     return relationships.size() <= Package::MaximumParts && xml.Finish();
 }

@@ -23,13 +23,11 @@ QString PlainText(XmlPart& xml)
 bool SharedStrings::Read(Package& package, const QString& part)
 {
     XmlPart xml(package, part);
-    if (xml.NextChild()) {
-        while (xml.NextChild()) {
-            if (xml.Is(QLatin1String("si"))) {
-                texts.append(PlainText(xml));
-            } else {
-                xml.SkipElement();
-            }
+    while (xml.NextChild()) {
+        if (xml.Is(QLatin1String("si"))) {
+            texts.append(PlainText(xml));
+        } else {
+            xml.SkipElement();
         }
     }
     return xml.Finish();

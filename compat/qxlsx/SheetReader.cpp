@@ -70,13 +70,11 @@ SheetReader::SheetReader(const SharedStrings& strings, const DateFormats& dates)
 bool SheetReader::Read(Package& package, const QString& part)
 {
     XmlPart xml(package, part);
-    if (xml.NextChild()) {
-        while (xml.NextChild()) {
-            if (xml.Is(QLatin1String("sheetData"))) {
-                ReadRows(xml);
-            } else {
-                xml.SkipElement();
-            }
+    while (xml.NextChild()) {
+        if (xml.Is(QLatin1String("sheetData"))) {
+            ReadRows(xml);
+        } else {
+            xml.SkipElement();
         }
     }
     return xml.Finish();

@@ -47,13 +47,11 @@ bool WorkbookReader::ReadRelationships()
 bool WorkbookReader::ReadSheetEntries()
 {
     XmlPart xml(package, workbookPart);
-    if (xml.NextChild()) {
-        while (xml.NextChild()) {
-            if (xml.Is(QLatin1String("sheets"))) {
-                ReadSheetEntries(xml);
-            } else {
-                xml.SkipElement();
-            }
+    while (xml.NextChild()) {
+        if (xml.Is(QLatin1String("sheets"))) {
+            ReadSheetEntries(xml);
+        } else {
+            xml.SkipElement();
         }
     }
     return entries.size() <= Package::MaximumParts && xml.Finish();

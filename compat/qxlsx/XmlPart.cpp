@@ -53,6 +53,7 @@ XmlPart::XmlPart(Package& package, const QString& name)
 {
     // Looking up prefixes takes long where there are many.
     reader.setNamespaceProcessing(false);
+    NextChild();
 }
 
 XmlPart::~XmlPart() = default;
@@ -119,10 +120,11 @@ QString XmlPart::Attribute(QLatin1String name) const
 
 bool XmlPart::Finish()
 {
-    while (NextChild()) {
-        SkipElement();
-    }
-    return !reader.hasError();
+    QXmlStreamReader::TokenType token;
+    do {
+        token = ReadToken();
+    } while (token != QXmlStreamReader::EndDocument && token != QXmlStreamReader::Invalid);
+    return token == QXmlStreamReader::EndDocument;
 }
 
 QXmlStreamReader::TokenType XmlPart::ReadToken()
@@ -134,17 +136,14 @@ QXmlStreamReader::TokenType XmlPart::ReadToken()
     } else if (token == QXmlStreamReader::EndElement) {
         --depth;
     }
-    if (reader.hasError() || !IsWithinBounds(token)) {
+    const bool isWithinBounds = package.TakeToken() && token != QXmlStreamReader::DTD &&
+                                depth <= MaximumDepth &&
+                                reader.attributes().size() <= MaximumAttributes;
+    if (reader.hasError() || !isWithinBounds) {
         reader.raiseError(); // unlike the end of the content this is final
         return QXmlStreamReader::Invalid;
     }
     return token;
-}
-
-bool XmlPart::IsWithinBounds(QXmlStreamReader::TokenType token) const
-{
-    return package.TakeToken() && token != QXmlStreamReader::DTD && depth <= MaximumDepth &&
-           reader.attributes().size() <= MaximumAttributes;
 }
 
 } // namespace QXlsx

@@ -19,7 +19,8 @@ class XmlPart
     Q_DISABLE_COPY(XmlPart)
 
 public:
-    /// A part that the package lacks has failed. The package outlives the object.
+    /// Begins in the part's outermost element. A part that the package lacks has failed. The
+    /// package outlives the object.
     XmlPart(Package& package, const QString& name);
     ~XmlPart();
 
@@ -35,15 +36,13 @@ public:
     /// Of the current element; a null text where it has none of that name.
     QString Attribute(QLatin1String name) const;
 
-    /// Reads the rest. Whether all of the part was well-formed.
+    /// Reads the rest, to be called once. Whether all of the part was well-formed.
     bool Finish();
 
 private:
     class Content;
 
     QXmlStreamReader::TokenType ReadToken();
-
-    bool IsWithinBounds(QXmlStreamReader::TokenType token) const;
 
     Package& package;
     const std::unique_ptr<Content> content;

@@ -521,7 +521,7 @@ void DocumentTest::aChangedByteNeverStopsTheProgram()
     const QByteArray content = file.readAll();
     const QString path = NewPath();
     for (int position = 0; position < content.size(); ++position) {
-        for (const char change : {'\1', '\x80', '\xFF'}) {
+        for (const char change : {'\1', '\x80'}) {
             QByteArray changed = content;
             changed[position] = static_cast<char>(changed.at(position) ^ change);
             QFile broken(path);

@@ -433,6 +433,14 @@ void ExcelReaderTest::aHostileFileIs_data()
     refusedRow("many prefixes", sheets({"<row" + Numbered(3'000, " xmlns:a%d='u'") + ">" +
                                         QByteArray("<a0:c/>").repeated(500'000) + "</row>"}));
 
+    WorkbookParts deep = WorkbookWithSheets({TwentyTwoRows()});
+    while (deep.size() < 1000) {
+        const QString number = QString::number(deep.size());
+        deep[(number + Text("/x").repeated(126)).left(255)] = QByteArray();
+    }
+    row("a hundred thousand folders in folders", NewWorkbook(deep),
+        "read, sheets: 1, rows: 22, columns: 1");
+
     // A record of a zip's directory for each 47 bytes, and a folder in folders for each two.
     const QByteArray record = QByteArray("PK\1\2") + QByteArray(24, '\0') + QByteArray("\1\0", 2) +
                               QByteArray(16, '\0') + "x";
@@ -443,7 +451,7 @@ void ExcelReaderTest::aHostileFileIs_data()
     const QByteArray deepRecord = QByteArray("PK\1\2") + QByteArray(24, '\0') +
                                   QByteArray("\xF8\x07", 2) + QByteArray(16, '\0') +
                                   QByteArray("x/").repeated(0x7F8 / 2);
-    refusedRow("folders in folders", NewFile(part + deepRecord.repeated(900) + end));
+    refusedRow("more folders in folders", NewFile(part + deepRecord.repeated(900) + end));
 }
 
 void ExcelReaderTest::aHostileFileIs()
