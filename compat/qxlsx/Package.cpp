@@ -117,13 +117,10 @@ std::unique_ptr<QIODevice> Package::Part(const QString& name) const
     return std::unique_ptr<QIODevice>(part != nullptr ? part->createDevice() : nullptr);
 }
 
-bool Package::TakeToken()
+bool Package::TakeToken(int textLength)
 {
-    if (tokensLeft == 0) {
-        return false;
-    }
-    --tokensLeft;
-    return true;
+    tokensLeft = qMax(0, tokensLeft - 1 - textLength / 8);
+    return tokensLeft > 0;
 }
 
 } // namespace QXlsx

@@ -21,7 +21,8 @@ public:
     static constexpr int MaximumParts = 1000;
     static constexpr int MaximumNameLength = 255;
 
-    /// Of the XML parts together: those of four hundred thousand cells.
+    /// Of the XML parts together: those of four hundred thousand cells. A text counts as one more
+    /// for each 8 of its characters.
     static constexpr int MaximumTokens = 2'000'000;
 
     explicit Package(const QString& path);
@@ -35,8 +36,8 @@ public:
     /// it. To be gone before the package is.
     std::unique_ptr<QIODevice> Part(const QString& name) const;
 
-    /// Counts a token that is about to be read. False when there were too many.
-    bool TakeToken();
+    /// Counts a token that was read, with the length of its text. False when there were too many.
+    bool TakeToken(int textLength);
 
 private:
     bool IsWholeZip() const;

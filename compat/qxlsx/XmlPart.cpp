@@ -136,8 +136,8 @@ QXmlStreamReader::TokenType XmlPart::ReadToken()
     } else if (token == QXmlStreamReader::EndElement) {
         --depth;
     }
-    const bool isWithinBounds = package.TakeToken() && token != QXmlStreamReader::DTD &&
-                                depth <= MaximumDepth &&
+    const bool isWithinBounds = package.TakeToken(reader.text().size()) &&
+                                token != QXmlStreamReader::DTD && depth <= MaximumDepth &&
                                 reader.attributes().size() <= MaximumAttributes;
     if (reader.hasError() || !isWithinBounds) {
         reader.raiseError(); // unlike the end of the content this is final

@@ -594,6 +594,9 @@ void AddRowsForBounds(bool isBeyond)
     withRows("the length of a tag",
         "<row a='" + QByteArray(isBeyond ? 120'000 : 3 * 32767, 'x') + "'/>");
     withRows("elements", QByteArray("<a/>").repeated(isBeyond ? 1'000'000 : 999'900));
+    withRows("the length of all texts",
+        "<row>" + ("<c><v>" + QByteArray(80'000, 'x') + "</v></c>").repeated(isBeyond ? 200 : 199) +
+            "</row>");
     withPart("the length of all parts", Text("media/picture"),
         QByteArray(64 * 1024 * 1024 - (isBeyond ? 0 : 5'000), '\0'));
     withPart("the length of a name", QString(255 + more, QLatin1Char('n')), QByteArray());
