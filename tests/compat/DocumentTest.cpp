@@ -165,6 +165,10 @@ void DocumentTest::aCellGives_data()
     row("a date that is a number", "<c t='n' s='1'><v>44259.5</v></c>", "double 44259.5");
     row("the text of a formula with the style of dates", "<c t='str' s='1'><v>5.0</v></c>",
         "QString 5.0");
+    row("a value beside an inline text's type", "<c t='inlineStr' s='1'><v>5.0</v></c>",
+        "QString 5.0");
+    row("an error with the style of dates", "<c t='e' s='1'><v>5.0</v></c>", "QString 5.0");
+    row("a date of an unknown type", "<c t='other' s='1'><v>5.0</v></c>", "double 5");
     row("a written date", "<c t='d'><v>2021-03-04</v></c>", "QString 2021-03-04");
     row("a text of an unknown type", "<c t='other'><v>x</v></c>", "QString x");
     row("a text of a style that is not there", "<c s='99'><v>5.0</v></c>", "QString 5.0");
