@@ -1,6 +1,7 @@
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "options/CTabOptions.h"
+#include "tests/options/OptionsPage.h"
 #include "tests/options/OptionsWorkbook.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/Warnings.h"
@@ -9,144 +10,22 @@
 #include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
-#include <QLayout>
 #include <QLineEdit>
-#include <QProgressBar>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolTip>
+#include <QVBoxLayout>
 #include <QWindow>
 #include <QtTest>
 
 namespace {
 
-constexpr int Groups = 7;
-constexpr const char* BoxOf[Groups] = {"boxDcf", "boxAtt", "boxFilter1", "boxFilter2", "boxAmp",
-    "boxOptionAzimuthRotator", "boxOptionPolarRotator"};
-constexpr int FirstRotator = 5;
-
-const char* const Internal = "GET:OPTION:INTERNAL?";
-const char* const Descriptions = "GET:OPTION:DESC?";
-
-// One unit with everything but a fifth filter, and one with nothing.
-const char* const FullOptions =
-    "VX440-DCF,VX440-DCF,VX440-ATT,VX440-FIL,VX440-FIL,VX440-A1+A2,VX440-F11,VX440-F12,VX440-F13,"
-    "VX440-F14,0,VX440-F16,VX440-F21,VX440-F22,VX440-F23,VX440-F24,VX440-F25,ProSisTel,TD552";
-const char* const FullDescriptions =
-    "12 V;24 V;through,3,6,10,20,40;0;0;one,two;d11;d12;;d14;d15;d16;d21;d22;d23;d24;d25;round;up";
-const char* const NoOptions = "0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0";
-const char* const NoDescriptions = ";;;;;;;;;;;;;;;;;;";
-
-const char* const ReadDone = "Options read from device successfully.";
-const char* const ReadFailed = "Failed to read Options from device";
-const char* const SendDone = "Options & description sent to device successfully.";
-const char* const OptionsNotSent = "Failed to send options to device!";
-const char* const DescriptionsNotSent = "Failed to send option descriptions to device!";
-const char* const InvalidFile = "Error: Invalid options file!!";
-
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
-QStringList Split(const char* texts)
-{
-    return Text(texts).split(QLatin1Char('|'));
-}
-
-QStringList UnitWith(const QString& options, const QString& descriptions)
-{
-    return {Text("--options"), options, Text("--option-descriptions"), descriptions};
-}
-
-QStringList UnitWith(const char* options, const char* descriptions)
-{
-    return UnitWith(Text(options), Text(descriptions));
-}
-
-QStringList FullUnit()
-{
-    return UnitWith(FullOptions, FullDescriptions);
-}
-
-QGroupBox* Box(const QWidget& tab, int group)
-{
-    return tab.findChild<QGroupBox*>(Text(BoxOf[group]));
-}
-
-// The lines of a group as they are laid out.
-QVector<QLineEdit*> Lines(const QWidget& tab, int group)
-{
-    QVector<QLineEdit*> lines;
-    const QLayout* const layout = Box(tab, group)->layout();
-    for (int item = 0; layout != nullptr && item < layout->count(); ++item) {
-        lines.append(qobject_cast<QLineEdit*>(layout->itemAt(item)->widget()));
-    }
-    return lines;
-}
-
-QStringList Shown(const QWidget& tab, int group)
-{
-    QStringList texts;
-    for (const QLineEdit* const line : Lines(tab, group)) {
-        texts.append(line->text());
-    }
-    return texts;
-}
-
-QVector<QStringList> Shown(const QWidget& tab)
-{
-    QVector<QStringList> groups;
-    for (int group = 0; group < Groups; ++group) {
-        groups.append(Shown(tab, group));
-    }
-    return groups;
-}
-
-const QVector<QStringList>& FullGroups()
-{
-    static const QVector<QStringList> groups{Split("DC-Feed1|DC-Feed2"),
-        Split("Bypass|Att. 3dB|Att. 6dB|Att. 10dB|Att. 20dB|Att. 40dB"),
-        Split("VX440-F11|VX440-F12|VX440-F13|VX440-F14||VX440-F16"),
-        Split("VX440-F21|VX440-F22|VX440-F23|VX440-F24|VX440-F25"),
-        Split("Bypass|Bypass|VX440-A1|VX440-A2"), Split("ProSisTel"), Split("TD552")};
-    return groups;
-}
-
-// A second read lays its lines into the rotators' boxes as well.
-const QVector<QStringList>& EmptyGroups()
-{
-    static const QVector<QStringList> groups{{}, {}, {}, {}, {}, {QString()}, {QString()}};
-    return groups;
-}
+constexpr const char* InvalidFile = "Error: Invalid options file!!";
 
 CTabOptions* PageOfTheWindow()
 {
     return MainWindow()->findChild<CTabOptions*>();
-}
-
-QPushButton* Button(const QWidget& tab, const char* name)
-{
-    return tab.findChild<QPushButton*>(Text(name));
-}
-
-bool Connect(const SimulatorProcess& unit)
-{
-    CDeviceCommunication* const link = TheDeviceCommunication();
-    link->StartConnection(unit.Address().toLatin1());
-    return unit.IsReady() && QTest::qWaitFor([link] { return link->IsConnected(); });
-}
-
-QString Hex(const QString& text)
-{
-    return Text(text.toLatin1().toHex().toUpper().constData());
-}
-
-QString Sent(const char* mnemonic, const QString& text)
-{
-    return text.isEmpty() ? Text(mnemonic) : Text(mnemonic) + QLatin1Char(' ') + Hex(text);
 }
 
 // The flag is there for units that cannot do what the tab offers; no unit sets it yet.
@@ -160,38 +39,6 @@ struct FlagSetter
 };
 void SetUnsupportedFlag(CDeviceDatabase& database, bool value);
 template struct FlagSetter<&CDeviceDatabase::unsupported>;
-
-// What the progress dialog of a flow says and shows, from the moment that it comes up.
-class ProgressWatch : public QObject
-{
-public:
-    explicit ProgressWatch(const std::function<void()>& flow)
-    {
-        qApp->installEventFilter(this);
-        flow();
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        const auto* const dialog = qobject_cast<QProgressDialog*>(watched);
-        if (dialog != nullptr && event->type() == QEvent::Show) {
-            label = dialog->labelText();
-            status = StatusLine();
-            minimum = dialog->minimum();
-            maximum = dialog->maximum();
-            values.append(dialog->value());
-            connect(dialog->findChild<QProgressBar*>(), &QProgressBar::valueChanged, this,
-                [this](int value) { values.append(value); });
-        }
-        return false;
-    }
-
-    QString label;
-    QString status;
-    int minimum = -1;
-    int maximum = -1;
-    QVector<int> values;
-};
 
 // What a file dialog says, and the path that it is answered with by keys; none cancels.
 struct FileDialog
@@ -392,7 +239,7 @@ private slots:
         Find<QPushButton>("btnReadOptionsFromDevice")->setFocus();
         Press(Qt::Key_Space);
         QCOMPARE(StatusLine(), Text(ReadDone));
-        const QStringList once{Text(Internal), Text(Descriptions)};
+        const QStringList once{Text(QueryInternal), Text(QueryDescriptions)};
         QCOMPARE(unit.Commands(), once + once);
         QCOMPARE(Shown(*PageOfTheWindow()), FullGroups());
     }
@@ -540,20 +387,6 @@ private slots:
         QCOMPARE(Shown(page), EmptyGroups());
     }
 
-    void theReadingShowsHowFarItIs()
-    {
-        const SimulatorProcess unit(FullUnit());
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        const ProgressWatch progress([&] { page.ReadOptionsFromDeviceButtonClicked(); });
-        QCOMPARE(progress.label, Text("Reading options from device ... "));
-        QCOMPARE(progress.status, Text("Reading options from device ..."));
-        QCOMPARE(progress.minimum, 0);
-        QCOMPARE(progress.maximum, 100);
-        QCOMPARE(progress.values, (QVector<int>{10, 20, 40, 100}));
-        QVERIFY(VisibleProgress() == nullptr);
-    }
-
     void whileItReadsTheWindowTakesNoClicks()
     {
         SimulatorProcess unit(FullUnit());
@@ -569,128 +402,7 @@ private slots:
         Click(Find<QPushButton>("btnReadOptionsFromDevice"));
         QVERIFY(tried);
         QVERIFY(PageOfTheWindow()->isVisible());
-        QCOMPARE(unit.Commands(), (QStringList{Text(Internal), Text(Descriptions)}));
-    }
-
-    void withoutALinkNothingIsRead()
-    {
-        CTabOptions page(nullptr);
-        const ProgressWatch progress([&] { page.ReadOptionsFromDeviceButtonClicked(); });
-        QCOMPARE(StatusLine(), Text(ReadFailed));
-        QCOMPARE(progress.values, (QVector<int>{10, 100}));
-        QVERIFY(Box(page, 0)->layout() == nullptr);
-        QVERIFY(!Button(page, "btnReadOptionsFromDevice")->isEnabled());
-        QVERIFY(!Button(page, "btnSendDeviceOptions")->isEnabled());
-    }
-
-    // A page that has read before holds the full record and shows it.
-    void aBadAnswerIsJudged_data()
-    {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<bool>("readBefore");
-        QTest::addColumn<bool>("success");
-        QTest::addColumn<bool>("shown");
-        QTest::addColumn<bool>("valid");
-        const auto row = [](const char* name, const char* fault, bool before, bool success,
-                             bool shown, bool valid) {
-            QTest::newRow(name) << Text(fault) << before << success << shown << valid;
-        };
-        const bool no = false;
-        const bool yes = true;
-        row("silent at first", "silent:GET:OPTION:INTERNAL?", no, no, no, no);
-        row("18 fields at first", "wrong:GET:OPTION:INTERNAL?", no, no, no, no);
-        row("half the fields at first", "short:GET:OPTION:INTERNAL?", no, no, no, no);
-        row("37 fields at first", "long:GET:OPTION:INTERNAL?", no, no, no, no);
-        row("garbage at first", "garbage:GET:OPTION:INTERNAL?", no, no, no, no);
-        row("no descriptions at first", "silent:GET:OPTION:DESC?", no, yes, yes, yes);
-        row("18 descriptions at first", "wrong:GET:OPTION:DESC?", no, yes, yes, yes);
-        row("a late answer", "slow:GET:OPTION:INTERNAL?", no, yes, yes, yes);
-        row("late descriptions", "slow:GET:OPTION:DESC?", no, yes, yes, yes);
-        row("byte by byte", "bytewise", no, yes, yes, yes);
-        row("silent later: old data", "silent:GET:OPTION:INTERNAL?", yes, yes, yes, yes);
-        row("18 fields later: old data", "wrong:GET:OPTION:INTERNAL?", yes, yes, yes, yes);
-        row("18 descriptions later: old data", "wrong:GET:OPTION:DESC?", yes, yes, yes, yes);
-        row("37 fields later", "long:GET:OPTION:INTERNAL?", yes, no, yes, no);
-    }
-    void aBadAnswerIsJudged()
-    {
-        QFETCH(QString, fault);
-        QFETCH(bool, readBefore);
-        QFETCH(bool, success);
-        QFETCH(bool, shown);
-        QFETCH(bool, valid);
-        SimulatorProcess unit(FullUnit());
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        if (readBefore) {
-            page.ReadOptionsFromDeviceButtonClicked();
-        }
-        QVERIFY(unit.Tell(Text("fault ") + fault));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(success ? ReadDone : ReadFailed));
-        QCOMPARE(Shown(page), shown ? FullGroups() : QVector<QStringList>(Groups));
-        QVERIFY(Button(page, "btnReadOptionsFromDevice")->isEnabled());
-        QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), valid);
-        QVERIFY(TheDeviceCommunication()->IsConnected());
-    }
-
-    // It is taken for the descriptions, which follow it.
-    void anAnswerThatComesTooLateIsForgottenByTheNextRead()
-    {
-        const SimulatorProcess unit(FullUnit()
-                                    << Text("--slow-ms") << Text("3500") << Text("--fault")
-                                    << Text("slow:GET:OPTION:INTERNAL?:1"));
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(ReadFailed));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(ReadDone));
-        QCOMPARE(Shown(page), FullGroups());
-        QCOMPARE(Lines(page, 0).first()->toolTip(), Text("12 V"));
-    }
-
-    void aStringOfTheWrongLengthIsRefused_data()
-    {
-        QTest::addColumn<QString>("options");
-        QTest::addColumn<QString>("descriptions");
-        QTest::addColumn<bool>("success");
-        const QString empty = Text(NoOptions);
-        QTest::newRow("18 options") << empty.mid(2) << Text(NoDescriptions) << false;
-        QTest::newRow("20 options") << empty + Text(",0") << Text(NoDescriptions) << false;
-        QTest::newRow("no options") << QString() << Text(NoDescriptions) << false;
-        QTest::newRow("an empty option")
-            << Text(",") + empty.mid(2) << Text(NoDescriptions) << false;
-        QTest::newRow("643 characters")
-            << empty << QString(643, QLatin1Char('x')) + Text(NoDescriptions) << true;
-        QTest::newRow("644 characters")
-            << empty << QString(644, QLatin1Char('x')) + Text(NoDescriptions) << false;
-        QTest::newRow("longer than is read")
-            << QString(1970, QLatin1Char('x')) + empty << Text(NoDescriptions) << false;
-    }
-    void aStringOfTheWrongLengthIsRefused()
-    {
-        QFETCH(QString, options);
-        QFETCH(QString, descriptions);
-        QFETCH(bool, success);
-        const SimulatorProcess unit(UnitWith(options, descriptions));
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(success ? ReadDone : ReadFailed));
-        QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), success);
-        QCOMPARE(Shown(page), success ? EmptyGroups() : QVector<QStringList>(Groups));
-    }
-
-    void lineFeedsAndZerosAreTakenOutOfTheAnswers()
-    {
-        const QString options = Text(NoOptions).replace(0, 1, Text("VX440\n-DCF\n"));
-        const SimulatorProcess unit(UnitWith(options, Text("a\nb\n") + Text(NoDescriptions)));
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(Shown(page, 0), Split("DC-Feed1"));
-        QCOMPARE(Lines(page, 0).first()->toolTip(), Text("ab"));
+        QCOMPARE(unit.Commands(), (QStringList{Text(QueryInternal), Text(QueryDescriptions)}));
     }
 
     void aLostLinkLeavesTheBoxesFilled()
@@ -743,110 +455,6 @@ private slots:
         QCOMPARE(Shown(page), FullGroups());
     }
 
-    void sendingGivesTheUnitBothStrings()
-    {
-        SimulatorProcess unit(UnitWith(FullOptions, FullDescriptions));
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        page.ReadOptionsFromDeviceButtonClicked();
-        unit.Forget();
-        const ProgressWatch progress([&] { page.SendOptionsToDeviceButtonClicked(); });
-        QCOMPARE(StatusLine(), Text(SendDone));
-        QCOMPARE(unit.Commands(),
-            (QStringList{Sent("CF9", Text(FullOptions)), Sent("CF10", Text(FullDescriptions))}));
-        QCOMPARE(progress.label, Text("Sending options to device ... "));
-        QCOMPARE(progress.status, Text("Sending options to device ..."));
-        QCOMPARE(progress.minimum, 0);
-        QCOMPARE(progress.maximum, 100);
-        QCOMPARE(progress.values, (QVector<int>{1, 20, 50, 100}));
-        QVERIFY(VisibleProgress() == nullptr);
-    }
-
-    void whatOneUnitHasAnotherCanBeGiven()
-    {
-        SimulatorProcess first(FullUnit());
-        SimulatorProcess second(UnitWith(NoOptions, NoDescriptions));
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(first));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QVERIFY(Connect(second));
-        page.SendOptionsToDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(SendDone));
-        QCOMPARE(second.State(Text("options")), Text(FullOptions));
-        QCOMPARE(second.State(Text("option-descriptions")), Text(FullDescriptions));
-        CTabOptions other(nullptr);
-        other.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(Shown(other), FullGroups());
-    }
-
-    void withoutALinkNothingIsSent()
-    {
-        CTabOptions page(nullptr);
-        const ProgressWatch progress([&] { page.SendOptionsToDeviceButtonClicked(); });
-        QCOMPARE(StatusLine(), Text(OptionsNotSent));
-        QCOMPARE(progress.values, (QVector<int>{1, 20, 100}));
-    }
-
-    void anEmptyRecordSendsEmptyStrings()
-    {
-        SimulatorProcess unit(FullUnit());
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        page.SendOptionsToDeviceButtonClicked(); // its button is disabled
-        QCOMPARE(StatusLine(), Text(SendDone));
-        QCOMPARE(unit.Commands(), (QStringList{Text("CF9"), Text("CF10")}));
-    }
-
-    // Silence and a reset take the ten seconds that an acknowledgement is waited for.
-    void aFaultAtEitherStepEndsInItsText_data()
-    {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QString>("status");
-        QTest::addColumn<bool>("optionsKept");
-        QTest::addColumn<bool>("descriptionsSent");
-        QTest::addColumn<bool>("descriptionsKept");
-        const auto row = [](const char* fault, const char* status, bool optionsKept,
-                             bool descriptionsSent, bool descriptionsKept) {
-            QTest::newRow(fault) << Text(fault) << Text(status) << optionsKept << descriptionsSent
-                                 << descriptionsKept;
-        };
-        row("refusing:CF9", OptionsNotSent, false, false, false);
-        row("silent:CF9", OptionsNotSent, true, false, false);
-        row("resetting:CF9", OptionsNotSent, true, false, false);
-        row("long:CF9", OptionsNotSent, true, false, false);
-        row("garbage:CF9", OptionsNotSent, true, false, false);
-        row("refusing:CF10", DescriptionsNotSent, true, true, false);
-        row("silent:CF10", DescriptionsNotSent, true, true, true);
-        row("resetting:CF10", DescriptionsNotSent, true, true, true);
-        row("long:CF10", DescriptionsNotSent, true, true, true);
-        row("slow:CF9", SendDone, true, true, true);
-        row("slow:CF10", SendDone, true, true, true);
-        row("short:CF10", SendDone, true, true, true); // the first byte tells
-    }
-    void aFaultAtEitherStepEndsInItsText()
-    {
-        QFETCH(QString, fault);
-        QFETCH(bool, optionsKept);
-        QFETCH(bool, descriptionsSent);
-        QFETCH(bool, descriptionsKept);
-        SimulatorProcess full(FullUnit());
-        SimulatorProcess unit(UnitWith(NoOptions, NoDescriptions) << Text("--fault") << fault);
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(full));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QVERIFY(Connect(unit));
-        page.SendOptionsToDeviceButtonClicked();
-        QTEST(StatusLine(), "status");
-        QStringList sent{Sent("CF9", Text(FullOptions))};
-        if (descriptionsSent) {
-            sent.append(Sent("CF10", Text(FullDescriptions)));
-        }
-        QCOMPARE(unit.Commands(), sent);
-        QCOMPARE(unit.State(Text("options")), Text(optionsKept ? FullOptions : NoOptions));
-        QCOMPARE(unit.State(Text("option-descriptions")),
-            Text(descriptionsKept ? FullDescriptions : NoDescriptions));
-    }
-
     void aLinkThatBreaksBeforeTheSendingTellsTheUser()
     {
         SimulatorProcess unit(FullUnit());
@@ -860,39 +468,6 @@ private slots:
         QCOMPARE(ConnectionLine(), Text("Not Connected "));
         QVERIFY(!button->isEnabled());
         button->hide();
-    }
-
-    // In a frame the text stands behind the mnemonic and a carriage return.
-    void aFrameOf1200BytesIsNotSent_data()
-    {
-        QTest::addColumn<int>("optionsFrame");
-        QTest::addColumn<int>("descriptionsFrame");
-        QTest::addColumn<QString>("status");
-        QTest::addColumn<int>("sent");
-        QTest::newRow("options of 1199") << 1199 << 100 << Text(SendDone) << 2;
-        QTest::newRow("options of 1200") << 1200 << 100 << Text(OptionsNotSent) << 0;
-        QTest::newRow("descriptions of 1199") << 100 << 1199 << Text(SendDone) << 2;
-        QTest::newRow("descriptions of 1200") << 100 << 1200 << Text(DescriptionsNotSent) << 1;
-    }
-    void aFrameOf1200BytesIsNotSent()
-    {
-        QFETCH(int, optionsFrame);
-        QFETCH(int, descriptionsFrame);
-        QFETCH(QString, status);
-        QFETCH(int, sent);
-        const QString options =
-            QString(optionsFrame - 4, QLatin1Char('x')).replace(1, 36, Text(NoOptions).mid(1));
-        const QString descriptions =
-            Text(NoDescriptions) + QString(descriptionsFrame - 5 - 18, QLatin1Char('y'));
-        SimulatorProcess unit(UnitWith(options, descriptions));
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        page.ReadOptionsFromDeviceButtonClicked();
-        unit.Forget();
-        page.SendOptionsToDeviceButtonClicked();
-        QCOMPARE(StatusLine(), status);
-        const QStringList both{Sent("CF9", options), Sent("CF10", descriptions)};
-        QCOMPARE(unit.Commands(), both.mid(0, sent));
     }
 
     void aWorkbookIsChosenAndShown_data()
