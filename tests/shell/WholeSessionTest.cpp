@@ -115,8 +115,9 @@ const WholeSessionTest::Step WholeSessionTest::Steps[] = {
 void WholeSessionTest::aSessionAtAUnit_data()
 {
     QTest::addColumn<int>("number");
-    for (int number = 0; number < int(std::size(Units)); ++number) {
-        QTest::newRow(Units[number].name) << number;
+    int number = 0;
+    for (const Unit& one : Units) {
+        QTest::newRow(one.name) << number++;
     }
 }
 

@@ -89,6 +89,7 @@ void SimulatorInterfaceTest::aNewMaskReplacesTheOldOneAndKeepsTheClient()
     Move(simulator, "0A090081FFFF0000", "ready 10.9.0.129:50000");
     QCOMPARE(Addresses(), Text("10.9.0.129/16"));
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(Client(Text("10.9.0.129")).Ask("CF8\r", 2), QByteArray("0\r"));
 }
 
 void SimulatorInterfaceTest::aNewMacIsThatOfTheInterface()
