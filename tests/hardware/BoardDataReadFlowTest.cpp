@@ -138,7 +138,8 @@ void BoardDataReadFlowTest::connectingShowsTheProductIndex()
 {
     ShowPage("Info");
     ConnectTo(unit->Address());
-    QCOMPARE(unit->Commands(), Texts("*IDN?|CF0|CF0|CF7 00400000|CF7 004004B0"));
+    QCOMPARE(unit->Commands(),
+        Texts("*IDN?|GET:OPTION:INTERNAL?|GET:OPTION:DESC?|CF0|CF0|CF7 00400000|CF7 004004B0"));
     QCOMPARE(StatusLine(), Valid);
     QCOMPARE(Find<QLineEdit>("txtProductIndex")->text(), Text("01.05"));
     QCOMPARE(Find<QLineEdit>("txtPartNumber")->text(), Text("1234.5678.02"));

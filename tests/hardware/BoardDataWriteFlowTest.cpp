@@ -173,7 +173,8 @@ void BoardDataWriteFlowTest::anOldUnitGetsItsNumbersAndKeepsItsMotors()
         {Text("--firmware"), Text("2.99"), Text("--azimuth"), azimuth, Text("--polar"), polar});
     QVERIFY(unit.IsReady());
     ConnectTo(unit.Address());
-    QCOMPARE(unit.Commands(), (QStringList{Text("*IDN?"), Text("CF0"), Text("CF0")}));
+    QCOMPARE(unit.Commands(), (QStringList{Text("*IDN?"), Text("GET:OPTION:INTERNAL?"),
+                                  Text("GET:OPTION:DESC?"), Text("CF0"), Text("CF0")}));
     QVERIFY(!window->IsVisible("boxBoard"));
     TheDeviceDatabase()->SetMacAddress(Text("02:4C:7E:00:01:29")); // the loopback has none
     Retype("txtDevicePartNumber", Text("9876.5432.10"));

@@ -32,17 +32,23 @@ void ClickAt(QWidget* widget, const QPoint& position)
 }
 
 // The keys of a user who answers a file dialog with this path. The list of suggestions may take the
-// first Return.
+// first Return. A dialog that does not close is given up: its program would wait for ever.
 void Answer(QFileDialog& dialog, const QString& path)
 {
     QWindow* const window = dialog.windowHandle();
+    const auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    const bool takesKeys = QTest::qWaitFor([name] { return QApplication::focusWidget() == name; });
     for (const QChar character : path) {
         QTest::keyClick(window, character.toLatin1());
     }
-    while (dialog.isVisible()) {
+    const bool closed = QTest::qWaitFor([&dialog, window] {
         QTest::keyClick(window, Qt::Key_Return);
-        QCoreApplication::processEvents();
+        return !dialog.isVisible();
+    });
+    if (!closed) {
+        dialog.reject();
     }
+    QVERIFY(takesKeys && closed);
 }
 
 } // namespace
