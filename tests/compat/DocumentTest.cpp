@@ -525,16 +525,14 @@ void DocumentTest::aChangedByteNeverStopsTheProgram()
     const QByteArray content = file.readAll();
     const QString path = NewPath();
     for (int position = 0; position < content.size(); ++position) {
-        for (const char change : {'\1', '\x80'}) {
-            QByteArray changed = content;
-            changed[position] = static_cast<char>(changed.at(position) ^ change);
-            QFile broken(path);
-            QVERIFY(broken.open(QIODevice::WriteOnly));
-            QCOMPARE(broken.write(changed), qint64(changed.size()));
-            broken.close();
-            const QXlsx::Document document(path);
-            QVERIFY(document.isLoadPackage() || document.sheetNames().isEmpty());
-        }
+        QByteArray changed = content;
+        changed[position] = static_cast<char>(changed.at(position) ^ (position % 2 ? 1 : 0x80));
+        QFile broken(path);
+        QVERIFY(broken.open(QIODevice::WriteOnly));
+        QCOMPARE(broken.write(changed), qint64(changed.size()));
+        broken.close();
+        const QXlsx::Document document(path);
+        QVERIFY(document.isLoadPackage() || document.sheetNames().isEmpty());
     }
 }
 
