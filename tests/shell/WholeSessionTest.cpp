@@ -1,16 +1,21 @@
 #include "scripts/walkthrough/UnitLog.h"
+#include "tests/simulator/FirmwareStream.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 
 #include <QComboBox>
 #include <QDir>
+#include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTemporaryDir>
+#include <QToolButton>
 #include <QtTest>
 
 #include <iterator>
+
+using namespace firmwarestream;
 
 namespace {
 
@@ -33,23 +38,51 @@ struct Unit
     const char* polarCommand;
     const char* newAddress;
     const char* addressCommand;
+    const char* productIndex; ///< firmware 3.0 and later tells it, from the EEPROM
+    const char* loadedStatus; ///< what the status line ends with when the pages are filled
+    const char* nextFirmware;
 };
 
 constexpr Unit Units[] = {
     {"new firmware", "192.168.0.129", "02:4C:7E:00:01:29", "000129", "3.10", true, "70",
         "HCF 0046000300160001000200020000000001F4001400320000",
         "VCF 01410003003C0001000200050000000001F4001900320000", "192.168.0.135",
-        "CF1 C0A80087FFFF0000"},
+        "CF1 C0A80087FFFF0000", "01.00", "Eeprom data valid", "3.11"},
     {"old firmware", "192.168.0.130", "02:4C:7E:00:01:30", "000130", "2.50", false, "450",
         "HCF 01C20003009600010002000A0000000007D00014",
-        "VCF 01410003003C0001000200050000000001F40019", "192.168.0.136", "CF1 C0A80088FFFF0000"},
+        "VCF 01410003003C0001000200050000000001F40019", "192.168.0.136", "CF1 C0A80088FFFF0000", "",
+        "Device motor configuration read successfully!", "2.51"},
 };
 
 constexpr char OldMask[] = "255.255.255.0";
 constexpr char NewMask[] = "255.255.0.0";
 
 /// What the pages ask a unit for when the tool has connected to it.
-const QStringList Loading{Text("*IDN?"), Text("CF0"), Text("CF0")};
+QStringList Loading(const Unit& unit)
+{
+    QStringList commands{Text("*IDN?"), Text("GET:OPTION:INTERNAL?"), Text("GET:OPTION:DESC?"),
+        Text("CF0"), Text("CF0")};
+    if (unit.knowsRotors) {
+        commands << Text("CF7 00400000") << Text("CF7 004004B0");
+    }
+    return commands;
+}
+
+QString InHex(const QByteArray& bytes)
+{
+    return QString::fromLatin1(bytes.toHex().toUpper());
+}
+
+/// The lines of an options page, from left to right and from top to bottom.
+QStringList LinesOf(const char* box)
+{
+    QStringList lines;
+    const auto fields = Find<QGroupBox>(box)->findChildren<QLineEdit*>();
+    for (const QLineEdit* const field : fields) {
+        lines.append(field->text());
+    }
+    return lines;
+}
 
 } // namespace
 
@@ -78,6 +111,8 @@ private:
     void LookAtTheIdentity();
     void LookAtTheAddresses();
     void LookAtTheRotators();
+    void LookAtTheFirmware();
+    void LookAtTheOptions();
     void LookAtTheSearch();
     void ChangeTheAzimuthRotator();
     void ChangeThePolarRotator();
@@ -86,6 +121,8 @@ private:
     void ChangeTheAddress();
     void FindTheUnitInTheSearch();
     void ConnectToTheNewAddress();
+    void SendTheFirmware();
+    void UpdateTheFirmware();
 
     void CompareLoaded(const char* address);
     void CompareFields(const QVector<QPair<const char*, const char*>>& fields);
@@ -100,8 +137,10 @@ private slots:
 const WholeSessionTest::Step WholeSessionTest::Steps[] = {
     {"connects", &WholeSessionTest::Connect},
     {"looks who the unit is", &WholeSessionTest::LookAtTheIdentity},
+    {"looks at the page for its firmware", &WholeSessionTest::LookAtTheFirmware},
     {"looks at its addresses", &WholeSessionTest::LookAtTheAddresses},
     {"looks at its rotators", &WholeSessionTest::LookAtTheRotators},
+    {"looks at its options and reads them again", &WholeSessionTest::LookAtTheOptions},
     {"looks at the search", &WholeSessionTest::LookAtTheSearch},
     {"changes the azimuth rotator and sends it", &WholeSessionTest::ChangeTheAzimuthRotator},
     {"changes the polar rotator and sends it", &WholeSessionTest::ChangeThePolarRotator},
@@ -110,6 +149,8 @@ const WholeSessionTest::Step WholeSessionTest::Steps[] = {
     {"gives the unit another address", &WholeSessionTest::ChangeTheAddress},
     {"finds it there in the search", &WholeSessionTest::FindTheUnitInTheSearch},
     {"connects again and finds what was set", &WholeSessionTest::ConnectToTheNewAddress},
+    {"sends a firmware image", &WholeSessionTest::SendTheFirmware},
+    {"has it installed", &WholeSessionTest::UpdateTheFirmware},
 };
 
 void WholeSessionTest::aSessionAtAUnit_data()
@@ -146,9 +187,26 @@ void WholeSessionTest::Connect()
 void WholeSessionTest::LookAtTheIdentity()
 {
     ShowPage("Info");
-    CompareFields(
-        {{"txtMacAddress", unit->mac}, {"txtPartNumber", "4400.1290.02"}, {"txtProductIndex", ""},
-            {"txtSerialNumber", unit->serial}, {"txtVersionNumber", unit->firmware}});
+    CompareFields({{"txtMacAddress", unit->mac}, {"txtPartNumber", "4400.1290.02"},
+        {"txtProductIndex", unit->productIndex}, {"txtSerialNumber", unit->serial},
+        {"txtVersionNumber", unit->firmware}});
+}
+
+void WholeSessionTest::LookAtTheFirmware()
+{
+    ShowPage("Update FW");
+    QVERIFY(Find<QToolButton>("btnSelectFirmware")->isEnabled());
+    QVERIFY(!Find<QPushButton>("btnUpdateFirmware")->isEnabled());
+}
+
+void WholeSessionTest::LookAtTheOptions()
+{
+    ShowPage("Options");
+    Click(Find<QPushButton>("btnReadOptionsFromDevice"));
+    QCOMPARE(StatusLine(), Text("Options read from device successfully."));
+    CompareTaken({Text("GET:OPTION:INTERNAL?"), Text("GET:OPTION:DESC?")});
+    QCOMPARE(LinesOf("boxOptionAzimuthRotator").last(), Text("ProSisTel"));
+    QCOMPARE(LinesOf("boxOptionPolarRotator").last(), Text("YAESU G-550"));
 }
 
 void WholeSessionTest::LookAtTheAddresses()
@@ -273,12 +331,39 @@ void WholeSessionTest::ConnectToTheNewAddress()
     CompareFields({{"0", "321"}, {"7", "25"}});
 }
 
+void WholeSessionTest::SendTheFirmware()
+{
+    QFile image(folder.filePath(Text("VX440.cyacd")));
+    QVERIFY(image.open(QIODevice::WriteOnly));
+    const QByteArray content = Image(1136);
+    QCOMPARE(image.write(content), qint64(content.size()));
+    image.close();
+    ShowPage("Update FW");
+    ClickAndChooseFile(Find<QToolButton>("btnSelectFirmware"), image.fileName());
+    CompareFields({{"txtFirmwareFile", "VX440.cyacd"}});
+    Click(Find<QPushButton>("btnLoadFirmware"));
+    QCOMPARE(StatusLine(), Text("Firmware sent to device successfully!"));
+    CompareTaken(
+        {Text("CF3 ") + InHex(Blocks(content).first()), Text("CF4 ") + InHex(Checksum(content))});
+    QVERIFY(Find<QPushButton>("btnUpdateFirmware")->isEnabled());
+}
+
+void WholeSessionTest::UpdateTheFirmware()
+{
+    Click(Find<QPushButton>("btnUpdateFirmware"));
+    QCOMPARE(StatusLine(),
+        Text("Firmware Updated successfully to v") + Text(unit->nextFirmware) + Text("\r."));
+    CompareTaken({Text("CF5 ") + InHex(QByteArray(255, '\0')), Text("*IDN?"), Text("CF8")});
+    ShowPage("Info");
+    CompareFields({{"txtSerialNumber", unit->serial}, {"txtVersionNumber", unit->nextFirmware}});
+}
+
 void WholeSessionTest::CompareLoaded(const char* address)
 {
     QCOMPARE(ConnectionLine(), Text("Connected to ") + Text(address));
     QCOMPARE(Find<QPushButton>("btnConnect")->text(), Text("Connected"));
-    QCOMPARE(StatusLine(), Text("Device motor configuration read successfully!"));
-    CompareTaken(Loading);
+    QCOMPARE(StatusLine(), Text(unit->loadedStatus));
+    CompareTaken(Loading(*unit));
 }
 
 // The version ends with the carriage return of the unit's answer.
