@@ -1,19 +1,40 @@
 #include "platform/Sleep.h"
 
 #include <cerrno>
+#include <chrono>
 #include <ctime>
 
 #include <sys/prctl.h>
 
 namespace platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// How late the system wakes a thread, as a rule. The unit's texts are read with a wait of a
+// millisecond for each character: so late each time, that is a tenth more.
+constexpr std::chrono::microseconds WakeUpTime{120};
+
+void SleepFor(std::chrono::nanoseconds time)
+{
+    prctl(PR_SET_TIMERSLACK, 1UL); // else the kernel adds up to 50 us
+    timespec rest{};
+    rest.tv_sec = time.count() / 1000000000;
+    rest.tv_nsec = time.count() % 1000000000;
+    while (clock_nanosleep(CLOCK_MONOTONIC, 0, &rest, &rest) == EINTR) {
+    }
+}
+
+} // namespace
 
 void Sleep(unsigned milliseconds)
 {
-    prctl(PR_SET_TIMERSLACK, 1UL); // else the kernel adds up to 50 us to each of a thousand sleeps
-    timespec rest{};
-    rest.tv_sec = milliseconds / 1000;
-    rest.tv_nsec = static_cast<long>(milliseconds % 1000) * 1000000;
-    while (clock_nanosleep(CLOCK_MONOTONIC, 0, &rest, &rest) == EINTR) {
+    const std::chrono::milliseconds time(milliseconds);
+    const Clock::time_point end = Clock::now() + time;
+    if (time > WakeUpTime) {
+        SleepFor(time - WakeUpTime);
+    }
+    while (Clock::now() < end) {
     }
 }
 
