@@ -1,0 +1,305 @@
+#include "tests/docs/SourceTexts.h"
+#include "tests/support/Warnings.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSet>
+#include <QtTest>
+
+#include <algorithm>
+
+namespace {
+
+const QStringList Folders{QStringLiteral("shell"), QStringLiteral("link"), QStringLiteral("model"),
+    QStringLiteral("discovery"), QStringLiteral("identity"), QStringLiteral("rotor"),
+    QStringLiteral("firmware"), QStringLiteral("hardware"), QStringLiteral("options")};
+
+// What these hold is shown in tables and lists, or names fonts.
+const QStringList FilesWithoutStatusTexts{QStringLiteral("RotorCatalogue.cpp"),
+    QStringLiteral("CZKHardwareComponent.cpp"), QStringLiteral("CVX440_AccessApplication.cpp")};
+
+// Texts that read like those of the status line and are none.
+const QStringList OtherTexts{
+    // the pages
+    QStringLiteral("Update FW"),
+    QStringLiteral("IP Configuration"),
+    QStringLiteral("Azimuth Configuration"),
+    QStringLiteral("Pol/Eval Configuration"),
+    QStringLiteral("Detect Z&K Device"),
+    // the front of the units' MAC addresses
+    QStringLiteral("02:4C:7E:"),
+    // positions of the attenuator and of the amplifier
+    QStringLiteral("Att. 3dB"),
+    QStringLiteral("Att. 6dB"),
+    QStringLiteral("Att. 10dB"),
+    QStringLiteral("Att. 20dB"),
+    QStringLiteral("Att. 40dB"),
+    QStringLiteral("HF AMP"),
+    QStringLiteral("V/UHF AMP"),
+    QStringLiteral("SHF AMP"),
+    // the filter of a file dialog, from a function
+    QStringLiteral("files *.txt"),
+    // errors for a caller that does not show them
+    QStringLiteral("Empty IP Address "),
+    QStringLiteral("Empty Subnet Mask "),
+};
+
+struct sROW
+{
+    QString text; ///< with "<>" for what stands in angle brackets
+    QString meaning;
+    QString advice;
+};
+
+QString ReadPage()
+{
+    QFile file(QStringLiteral(USING_PAGE));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+// A row of texts begins with a text in backticks, whose blanks count.
+QVector<sROW> RowsOf(const QString& page)
+{
+    static const QRegularExpression row(QStringLiteral(R"(^\| `([^`]+)` \| ([^|]*)\| ([^|]*)\|$)"),
+        QRegularExpression::MultilineOption);
+    static const QRegularExpression variable(QStringLiteral("<[^>]+>"));
+    QVector<sROW> rows;
+    auto found = row.globalMatch(page);
+    while (found.hasNext()) {
+        const QRegularExpressionMatch match = found.next();
+        rows.append({match.captured(1).replace(variable, QStringLiteral("<>")),
+            match.captured(2).trimmed(), match.captured(3).trimmed()});
+    }
+    return rows;
+}
+
+// What a variable part of a text stands for, where the sources hold it: in backticks in the row.
+QSet<QString> WordsOf(const QVector<sROW>& rows)
+{
+    static const QRegularExpression word(QStringLiteral("`([^`]+)`"));
+    QSet<QString> words;
+    for (const sROW& row : rows) {
+        auto found = word.globalMatch(row.meaning);
+        while (row.text.contains(QLatin1String("<>")) && found.hasNext()) {
+            words.insert(found.next().captured(1));
+        }
+    }
+    return words;
+}
+
+QSet<QString> TextsOf(const QVector<sROW>& rows)
+{
+    QSet<QString> texts;
+    for (const sROW& row : rows) {
+        texts.insert(row.text);
+    }
+    return texts;
+}
+
+// Labels of progress dialogs, captions and the filters of file dialogs.
+bool IsGivenToADialog(const sSOURCE_TEXT& found)
+{
+    static const QRegularExpression dialog(
+        QStringLiteral("CCustomProgressDialog|setLabelText|QFileDialog|setWindowTitle"));
+    return found.statement.contains(dialog);
+}
+
+bool IsGivenToTheStatusLine(const sSOURCE_TEXT& found)
+{
+    static const QRegularExpression receiver(QStringLiteral(
+        R"re(SetApplicationStatus|SetMotorValidationError|\b(error|message|result|failure)\s*=[^=])re"));
+    return found.statement.contains(receiver);
+}
+
+bool ReadsLikeAStatus(const QString& text)
+{
+    static const QRegularExpression sentence(QStringLiteral(R"re( |[.!:]$)re"));
+    return text.contains(sentence);
+}
+
+// A text with a line feed is of a file.
+bool MayBeStatusText(const sSOURCE_TEXT& found)
+{
+    return (IsGivenToTheStatusLine(found) || ReadsLikeAStatus(found.text)) &&
+           !IsGivenToADialog(found) && !found.text.contains(QLatin1String("\\n"));
+}
+
+QVector<sSOURCE_TEXT> PossibleStatusTexts()
+{
+    QVector<sSOURCE_TEXT> found;
+    for (const QString& folder : Folders) {
+        found += TextsOfFolder(QDir(QStringLiteral(SOURCE_FOLDER)).filePath(folder));
+    }
+    found.erase(std::remove_if(found.begin(), found.end(),
+                    [](const sSOURCE_TEXT& text) { return !MayBeStatusText(text); }),
+        found.end());
+    return found;
+}
+
+QSet<QString> StatusTexts()
+{
+    QSet<QString> texts;
+    const QVector<sSOURCE_TEXT> possible = PossibleStatusTexts();
+    for (const sSOURCE_TEXT& found : possible) {
+        if (!FilesWithoutStatusTexts.contains(found.file) && !OtherTexts.contains(found.text)) {
+            texts.insert(found.text);
+        }
+    }
+    return texts;
+}
+
+QString Joined(const QSet<QString>& texts)
+{
+    QStringList list = texts.values();
+    list.sort();
+    return list.join(QStringLiteral(" / "));
+}
+
+} // namespace
+
+class StatusTextsTest : public WarningsFail
+{
+    Q_OBJECT
+
+private:
+    const QString page = ReadPage();
+    const QVector<sROW> rows = RowsOf(page);
+
+private slots:
+    void theTextsOfAStatementAreFound_data();
+    void theTextsOfAStatementAreFound();
+
+    void everyFolderHasSources_data();
+    void everyFolderHasSources();
+
+    void everyTextOfTheSourcesIsInTheTables()
+    {
+        QCOMPARE(Joined(StatusTexts() - TextsOf(rows) - WordsOf(rows)), QString());
+    }
+
+    void everyTextOfTheTablesIsInTheSources()
+    {
+        QVERIFY(!rows.isEmpty());
+        QCOMPARE(Joined(TextsOf(rows) - StatusTexts()), QString());
+    }
+
+    void everyLineThatBeginsWithATextIsARow()
+    {
+        QCOMPARE(page.count(QLatin1String("\n| `")), rows.size());
+    }
+
+    void noTextStandsTwice() { QCOMPARE(TextsOf(rows).size(), rows.size()); }
+
+    void everyTextHasAMeaning()
+    {
+        for (const sROW& row : rows) {
+            QVERIFY2(!row.meaning.isEmpty(), qPrintable(row.text));
+        }
+    }
+
+    void everyFailureThatAPageLeadsToHasAnAdvice()
+    {
+        static const QRegularExpression failure(
+            QStringLiteral("fail|not |Invalid|error"), QRegularExpression::CaseInsensitiveOption);
+        const int hidden = page.indexOf(QLatin1String("### Texts that no page leads to"));
+        QVERIFY(hidden > 0);
+        const QVector<sROW> shown = RowsOf(page.left(hidden));
+        for (const sROW& row : shown) {
+            const bool advised = !row.advice.isEmpty() || !row.text.contains(failure);
+            QVERIFY2(advised, qPrintable(row.text));
+        }
+    }
+
+    void everyExceptionIsNeeded()
+    {
+        QSet<QString> files;
+        QSet<QString> texts;
+        const QVector<sSOURCE_TEXT> possible = PossibleStatusTexts();
+        for (const sSOURCE_TEXT& found : possible) {
+            files.insert(found.file);
+            texts.insert(found.text);
+        }
+        for (const QString& file : FilesWithoutStatusTexts) {
+            QVERIFY2(files.contains(file), qPrintable(file));
+        }
+        for (const QString& text : OtherTexts) {
+            QVERIFY2(texts.contains(text), qPrintable(text));
+        }
+    }
+
+    void everyPictureOfThePageIsThere()
+    {
+        static const QRegularExpression picture(QStringLiteral(R"(!\[[^\]]+\]\(([^)]+)\))"));
+        int count = 0;
+        auto found = picture.globalMatch(page);
+        for (; found.hasNext(); ++count) {
+            const QString path = found.next().captured(1);
+            QVERIFY2(QFileInfo(QFileInfo(QStringLiteral(USING_PAGE)).dir(), path).isFile(),
+                qPrintable(path));
+        }
+        QCOMPARE(count, 7);
+    }
+};
+
+void StatusTextsTest::theTextsOfAStatementAreFound_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QStringList>("texts");
+    const auto add = [](const char* name, const char* source, const QStringList& texts) {
+        QTest::newRow(name) << QString::fromLatin1(source) << texts;
+    };
+    const QString one = QStringLiteral("one ");
+    add("a literal", R"(f(QStringLiteral("one "));)", {one});
+    add("a bare literal", R"({"one ", "two"},)", {one, QStringLiteral("two")});
+    add("blanks within the brackets", "QLatin1String(\n  \"one \" )", {one});
+    add("adjacent literals", "f(\"on\"\n  \"e \");", {one});
+    add("a value behind a literal", R"(x = QStringLiteral("one ") + line;)",
+        {QStringLiteral("one <>")});
+    add("a value in front", R"(x = file.fileName() + QStringLiteral("one ");)",
+        {QStringLiteral("<>one ")});
+    add("a call's only argument", R"(f(QStringLiteral("one ") + line);)",
+        {QStringLiteral("one <>")});
+    add("characters",
+        R"(x = a->b(c) + QLatin1Char(' ') + QStringLiteral("one ") + QLatin1Char('!');)",
+        {QStringLiteral("<> one !")});
+    add("arguments", R"(QStringLiteral("one %1 of %2").arg(a).arg(b))",
+        {QStringLiteral("one <> of <>")});
+    add("a choice of texts", R"(x = a ? QStringLiteral("one ") : QStringLiteral("two") + b;)",
+        {one, QStringLiteral("two<>")});
+    add("a choice within a text", R"(f("one " + (a ? QStringLiteral("two") : "three"));)",
+        {QStringLiteral("one two"), QStringLiteral("one three")});
+    add("a comment", "// \"one \"\nf(\"two\"); // isn't \"three\"", {QStringLiteral("two")});
+    add("an include", "#include \"one \"\nf(\"two\");", {QStringLiteral("two")});
+    add("a character alone", "f(a + QLatin1Char(' ') + b, 2'000'000);", {});
+    add("an escaped quote", R"(f("a \"b\" ");)", {QStringLiteral("a \\\"b\\\" ")});
+}
+
+void StatusTextsTest::theTextsOfAStatementAreFound()
+{
+    QFETCH(QString, source);
+    QStringList found;
+    const QVector<sSOURCE_TEXT> texts = TextsOfSource(source, QStringLiteral("a.cpp"));
+    for (const sSOURCE_TEXT& text : texts) {
+        found.append(text.text);
+        QCOMPARE(text.file, QStringLiteral("a.cpp"));
+    }
+    QTEST(found, "texts");
+}
+
+void StatusTextsTest::everyFolderHasSources_data()
+{
+    QTest::addColumn<QString>("folder");
+    for (const QString& folder : Folders) {
+        QTest::newRow(qPrintable(folder)) << folder;
+    }
+}
+
+void StatusTextsTest::everyFolderHasSources()
+{
+    QFETCH(QString, folder);
+    QVERIFY(!TextsOfFolder(QDir(QStringLiteral(SOURCE_FOLDER)).filePath(folder)).isEmpty());
+}
+
+QTEST_APPLESS_MAIN(StatusTextsTest)
+#include "StatusTextsTest.moc"
