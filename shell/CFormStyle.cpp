@@ -6,6 +6,11 @@
 
 namespace {
 
+// In percent of the window's colour.
+constexpr int GroupDarkness = 102;
+constexpr int GroupBorderDarkness = 112;
+constexpr int GroupTitleGap = 3;
+
 bool HasExtent(const QStyleOptionProgressBar& bar)
 {
     return bar.minimum < bar.maximum;
@@ -51,6 +56,20 @@ void CFormStyle::drawControl(ControlElement element, const QStyleOption* option,
     } else {
         QProxyStyle::drawControl(element, option, painter, widget);
     }
+}
+
+void CFormStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+    QPainter* painter, const QWidget* widget) const
+{
+    if (element != PE_FrameGroupBox) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    const int title = qMax(pixelMetric(PM_IndicatorHeight), option->fontMetrics.height());
+    const QRect frame = option->rect.adjusted(0, title + GroupTitleGap, 0, 0);
+    const QColor window = option->palette.window().color();
+    painter->fillRect(frame, window.darker(GroupBorderDarkness));
+    painter->fillRect(frame.adjusted(1, 1, -1, -1), window.darker(GroupDarkness));
 }
 
 void CFormStyle::drawItemText(QPainter* painter, const QRect& rectangle, int flags,

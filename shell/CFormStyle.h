@@ -6,7 +6,8 @@
 /// ampersand is shown as it stands, and a page's title gets the room for it. A progress bar is made
 /// of plain rectangles, one over the other: a search paints it for each address, and shaded,
 /// rounded shapes would be most of what that costs; a firmware transfer sets it for each byte, and
-/// measuring its text would be most of that.
+/// measuring its text would be most of that. The frame of a group has no picture: for one, Qt would
+/// load all its image plugins at the start.
 class CFormStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -15,6 +16,8 @@ public:
     CFormStyle();
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+        const QWidget* widget = nullptr) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
         const QWidget* widget = nullptr) const override;
     void drawItemText(QPainter* painter, const QRect& rectangle, int flags, const QPalette& palette,
         bool enabled, const QString& text,

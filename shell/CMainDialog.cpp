@@ -17,6 +17,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QIcon>
+#include <QImageReader>
+#include <QPixmap>
 #include <QScopedValueRollback>
 
 namespace {
@@ -25,12 +27,16 @@ constexpr ushort Retries = 3;
 constexpr int Azimuth = 0;
 constexpr int Polar = 1;
 
-// The sharp form for each size.
+// The sharp form for each size. Left to find out their format, Qt would load all its image plugins.
 QIcon LoadIcon()
 {
-    QIcon icon(QStringLiteral(":/ZkCrest_16_32_48.png"));
-    icon.addFile(QStringLiteral(":/ZkCrest_32.png"));
-    icon.addFile(QStringLiteral(":/ZkCrest_16.png"));
+    QIcon icon;
+    for (const char* const file :
+        {":/ZkCrest_16_32_48.png", ":/ZkCrest_32.png", ":/ZkCrest_16.png"}) {
+        QImageReader reader(QString::fromLatin1(file), "png");
+        reader.setAutoDetectImageFormat(false);
+        icon.addPixmap(QPixmap::fromImageReader(&reader));
+    }
     return icon;
 }
 
