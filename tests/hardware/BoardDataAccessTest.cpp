@@ -13,7 +13,7 @@ namespace {
 
 constexpr int RegionSize = 1200;
 
-// A mandatory block: part 12345678.02, hardware code 3, product index 1.05, a serial number,
+// A mandatory block: part number 12345678.02, hardware code 3, product index 1.05, a serial number,
 // 2026-03-09, test instruction index -0.01.
 QByteArray Block(const char* serialLittleEndian, const char* name)
 {

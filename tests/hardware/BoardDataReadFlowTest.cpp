@@ -27,8 +27,8 @@ QStringList Texts(const char* texts)
     return Text(texts).split(QLatin1Char('|'));
 }
 
-// A block with that serial number, part 12345678.02 and product index 1.05, and bytes behind it
-// that tell where they stand.
+// A block with that serial number, part number 12345678.02 and product index 1.05, and bytes behind
+// it that tell where they stand.
 QByteArray Region(const char* serialLittleEndian, const char* name, int seed)
 {
     QByteArray region = QByteArray::fromHex("0200000000000000000000004E61BC0002036900") +

@@ -30,7 +30,7 @@ QString Hex(const QByteArray& bytes)
     return QString::fromLatin1(bytes.toHex().toUpper());
 }
 
-// Part 12345678.02, product index 1.05, serial number 123456789, 2026-03-09, name REWRITTEN.
+// Part number 12345678.02, product index 1.05, serial number 123456789, 2026-03-09, name REWRITTEN.
 const QByteArray Block = QByteArray::fromHex("0200000000000000000000004E61BC0002036900"
                                              "15CD5B07695C0000D200") +
                          QByteArray("REWRITTEN\0\0\0\0\0", 14);

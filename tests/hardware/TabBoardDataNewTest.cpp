@@ -36,12 +36,13 @@ QStringList Texts(const char* texts)
     return Text(texts).split(QLatin1Char('|'));
 }
 
-// Part 12345678.02, product index 1.05, serial number 123456789, 2026-03-09, test instruction index
-// 2.10.
+// Part number 12345678.02, product index 1.05, serial number 123456789, 2026-03-09, test
+// instruction index 2.10.
 const QByteArray DeviceBlock = QByteArray::fromHex("0200000000000000000000004E61BC0002036900"
                                                    "15CD5B07695C0000D200") +
                                QByteArray("VX440\0\0\0\0\0\0\0\0\0", 14);
-// Part 44010450.07, product index -0.01, serial number 1234, 1980-00-00, test instruction index 0.
+// Part number 44010450.07, product index -0.01, serial number 1234, 1980-00-00, test instruction
+// index 0.
 const QByteArray BoardBlock = QByteArray::fromHex("020000000000000000000000D28B9F020701FFFF"
                                                   "D2040000000000000000") +
                               QByteArray("VX440-CTRL\0\0\0\0", 14);

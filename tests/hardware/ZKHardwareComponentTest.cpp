@@ -11,7 +11,7 @@ namespace {
 
 constexpr char Variable[] = "PROGRAMDATA";
 
-// A mandatory block: part 12345678.02, hardware code 3, product index 1.05, serial number
+// A mandatory block: part number 12345678.02, hardware code 3, product index 1.05, serial number
 // 123456789, 2026-03-09, test instruction index -0.01.
 const QByteArray Block = QByteArray::fromHex("0200010002000300"
                                              "04000000"
