@@ -250,6 +250,17 @@ private slots:
         }
     }
 
+    void theFrameOfAGroupBeginsBelowItsTitle()
+    {
+        auto* const box = Find<QGroupBox>("groupBox");
+        const QImage image = box->grab().toImage();
+        const int titleBottom = TitleOf(box).bottom();
+        const QColor window = box->palette().window().color();
+        QCOMPARE(image.pixelColor(image.width() - 1, titleBottom), window);
+        QVERIFY(image.pixelColor(image.width() - 1, titleBottom + 10) != window);
+        QVERIFY(image.pixelColor(image.width() - 5, titleBottom + 10) != window);
+    }
+
     void theModulesOfAFullUnitHaveRoomInTheirBoxes()
     {
         const SimulatorProcess unit({QStringLiteral("--options"), AllOptions});
