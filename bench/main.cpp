@@ -3,6 +3,7 @@
 #include "bench/Table.h"
 #include "tests/support/WindowTest.h"
 
+#include <QTextStream>
 #include <QtTest>
 
 namespace {
@@ -38,6 +39,11 @@ int Measure(const Repetitions& repetitions)
 
 int main(int argc, char** argv)
 {
-    const bool quick = argc > 1 && qstrcmp(argv[1], "--quick") == 0;
+    const bool quick = argc == 2 && qstrcmp(argv[1], "--quick") == 0;
+    if ((argc > 1 && !quick) || qEnvironmentVariableIsEmpty("VX440_IN_BENCH_NETWORK")) {
+        // It searches a network that must be one made for it.
+        QTextStream(stderr) << "vx440-bench: run scripts/bench [--quick]\n";
+        return 2;
+    }
     return RunInTheProgram([quick] { return Measure(quick ? Quick : Thorough); }, argc, argv);
 }
