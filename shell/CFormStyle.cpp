@@ -25,10 +25,20 @@ QRect FilledPart(const QStyleOptionProgressBar& bar)
     return {inside.topLeft(), filled};
 }
 
-void DrawGroove(QPainter& painter, const QStyleOptionProgressBar& bar)
+// False for what is drawn as the base style does.
+bool DrawBarPart(
+    QStyle::ControlElement element, const QStyleOptionProgressBar& bar, QPainter& painter)
 {
-    painter.fillRect(bar.rect, bar.palette.dark());
-    painter.fillRect(bar.rect.adjusted(1, 1, -1, -1), bar.palette.base());
+    if (element == QStyle::CE_ProgressBarGroove) {
+        painter.fillRect(bar.rect, bar.palette.dark());
+        painter.fillRect(bar.rect.adjusted(1, 1, -1, -1), bar.palette.base());
+        return true;
+    }
+    if (element == QStyle::CE_ProgressBarContents && HasExtent(bar)) {
+        painter.fillRect(FilledPart(bar), bar.palette.highlight());
+        return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -42,18 +52,12 @@ void CFormStyle::drawControl(ControlElement element, const QStyleOption* option,
     const QWidget* widget) const
 {
     const auto* const bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
-    if (bar == nullptr) {
-        QProxyStyle::drawControl(element, option, painter, widget);
-    } else if (element == CE_ProgressBar) {
+    if (bar != nullptr && element == CE_ProgressBar) {
         for (const ControlElement part :
             {CE_ProgressBarGroove, CE_ProgressBarContents, CE_ProgressBarLabel}) {
             drawControl(part, option, painter, widget);
         }
-    } else if (element == CE_ProgressBarGroove) {
-        DrawGroove(*painter, *bar);
-    } else if (element == CE_ProgressBarContents && HasExtent(*bar)) {
-        painter->fillRect(FilledPart(*bar), bar->palette.highlight());
-    } else {
+    } else if (bar == nullptr || !DrawBarPart(element, *bar, *painter)) {
         QProxyStyle::drawControl(element, option, painter, widget);
     }
 }
