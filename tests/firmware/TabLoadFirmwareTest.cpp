@@ -2,6 +2,7 @@
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "tests/simulator/FirmwareStream.h"
+#include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 #include "tests/support/scripted/ScriptedLink.h"
@@ -174,6 +175,9 @@ private slots:
     void aCancelledChoiceEmptiesTheFieldAndDisablesTheSending();
     void aFileChosenWithoutAConnectionCanBeSentOnceConnected();
 
+    void thePageServesAllButOldUnitsThatAreFlagged_data();
+    void thePageServesAllButOldUnitsThatAreFlagged();
+
     void everyByteAndWaitOfATransfer_data();
     void everyByteAndWaitOfATransfer();
     void theDialogTellsTheBytesHeadIncluded();
@@ -283,6 +287,35 @@ void TabLoadFirmwareTest::aFileChosenWithoutAConnectionCanBeSentOnceConnected()
     QVERIFY(!LoadButton()->isEnabled());
     ConnectTo(QStringLiteral("127.0.0.1"));
     QVERIFY(LoadButton()->isEnabled());
+}
+
+void TabLoadFirmwareTest::thePageServesAllButOldUnitsThatAreFlagged_data()
+{
+    QTest::addColumn<QString>("firmware");
+    QTest::addColumn<bool>("flagged");
+    QTest::addColumn<bool>("served");
+    QTest::newRow("new") << QStringLiteral("3.0") << false << true;
+    QTest::newRow("new and flagged") << QStringLiteral("3.0") << true << true;
+    QTest::newRow("old") << QStringLiteral("2.99") << false << true;
+    QTest::newRow("old and flagged") << QStringLiteral("2.99") << true << false;
+}
+
+void TabLoadFirmwareTest::thePageServesAllButOldUnitsThatAreFlagged()
+{
+    QFETCH(QString, firmware);
+    QFETCH(bool, flagged);
+    QFETCH(bool, served);
+    BeginWith("x");
+    TheDeviceDatabase()->SetFirmwareVersion(firmware);
+    SetUnsupportedFlag(*TheDeviceDatabase(), flagged);
+    Tab().ConnectionStatusChanged();
+    QCOMPARE(Tab().isEnabled(), served);
+    QCOMPARE(LoadButton()->isEnabled(), served);
+    QCOMPARE(Find<QLabel>("lblCompatibility")->isVisible(), !served);
+    SetUnsupportedFlag(*TheDeviceDatabase(), false);
+    Tab().ConnectionStatusChanged();
+    QVERIFY(LoadButton()->isEnabled());
+    QVERIFY(!Find<QLabel>("lblCompatibility")->isVisible());
 }
 
 void TabLoadFirmwareTest::everyByteAndWaitOfATransfer_data()

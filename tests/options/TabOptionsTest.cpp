@@ -4,6 +4,7 @@
 #include "tests/options/OptionsPage.h"
 #include "tests/options/OptionsWorkbook.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 
@@ -27,18 +28,6 @@ CTabOptions* PageOfTheWindow()
 {
     return MainWindow()->findChild<CTabOptions*>();
 }
-
-// The flag is there for units that cannot do what the tab offers; no unit sets it yet.
-template<bool CDeviceDatabase::*Flag>
-struct FlagSetter
-{
-    friend void SetUnsupportedFlag(CDeviceDatabase& database, bool value)
-    {
-        database.*Flag = value;
-    }
-};
-void SetUnsupportedFlag(CDeviceDatabase& database, bool value);
-template struct FlagSetter<&CDeviceDatabase::unsupported>;
 
 // What a file dialog says, and the path that it is answered with by keys; none cancels.
 struct FileDialog
