@@ -1,7 +1,7 @@
 #include "hardware/CBoardDataAccess.h"
+#include "tests/support/SmallDisk.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -14,10 +14,6 @@ QString Text(const char* text)
 {
     return QString::fromLatin1(text);
 }
-
-// Mounts a small disk that goes with the process, and runs the rest of the words.
-const QString OnASmallDisk =
-    QStringLiteral("mount -t tmpfs -o size=64k none \"$1\" && shift && exec \"$@\"");
 
 // A region whose block has the serial number 123456789.
 QVector<uchar> Region()
@@ -45,17 +41,12 @@ private slots:
 void EepromFullDiskTest::anImageThatFindsNoRoomIsNotSaved()
 {
     if (!qEnvironmentVariableIsSet(Mark)) {
-        const QTemporaryDir folder;
-        const QStringList words{
-            Text("-m"), Text("sh"), Text("-c"), OnASmallDisk, Text("sh"), folder.path()};
-        if (QProcess::execute(Text("unshare"), words + QStringList{Text("true")}) != 0) {
+        qputenv(Mark, "1");
+        const int result = RunAgainOnASmallDisk(Variable);
+        if (result == -1) {
             QSKIP("this system does not let the test mount a disk");
         }
-        qputenv(Mark, "1");
-        qputenv(Variable, QFile::encodeName(folder.path()));
-        QCOMPARE(QProcess::execute(
-                     Text("unshare"), words + QStringList{QCoreApplication::applicationFilePath()}),
-            0);
+        QCOMPARE(result, 0);
         return;
     }
     CBoardDataAccess access;

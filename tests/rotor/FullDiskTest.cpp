@@ -1,6 +1,6 @@
 #include "rotor/CFileIO.h"
+#include "tests/support/SmallDisk.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -12,10 +12,6 @@ QString Text(const char* text)
 {
     return QString::fromLatin1(text);
 }
-
-// Mounts a small disk that goes with the process, and runs the rest of the words.
-const QString OnASmallDisk =
-    QStringLiteral("mount -t tmpfs -o size=64k none \"$1\" && shift && exec \"$@\"");
 
 } // namespace
 
@@ -31,16 +27,11 @@ private slots:
 void FullDiskTest::aLineThatFindsNoRoomFails()
 {
     if (!qEnvironmentVariableIsSet(FolderVariable)) {
-        const QTemporaryDir folder;
-        const QStringList words{
-            Text("-m"), Text("sh"), Text("-c"), OnASmallDisk, Text("sh"), folder.path()};
-        if (QProcess::execute(Text("unshare"), words + QStringList{Text("true")}) != 0) {
+        const int result = RunAgainOnASmallDisk(FolderVariable);
+        if (result == -1) {
             QSKIP("this system does not let the test mount a disk");
         }
-        qputenv(FolderVariable, QFile::encodeName(folder.path()));
-        QCOMPARE(QProcess::execute(
-                     Text("unshare"), words + QStringList{QCoreApplication::applicationFilePath()}),
-            0);
+        QCOMPARE(result, 0);
         return;
     }
     const QString folder = QFile::decodeName(qgetenv(FolderVariable));

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+/// Runs this program again where a disk of 64 kB is mounted, which goes with it. `folderVariable`
+/// names the environment variable that tells the second run the disk's folder. The second run's
+/// exit code; -1 where the system does not let the test mount a disk.
+inline int RunAgainOnASmallDisk(const char* folderVariable)
+{
+    const QTemporaryDir folder;
+    const QStringList words{QStringLiteral("-m"), QStringLiteral("sh"), QStringLiteral("-c"),
+        QStringLiteral("mount -t tmpfs -o size=64k none \"$1\" && shift && exec \"$@\""),
+        QStringLiteral("sh"), folder.path()};
+    const QString unshare = QStringLiteral("unshare");
+    if (QProcess::execute(unshare, words + QStringList{QStringLiteral("true")}) != 0) {
+        return -1;
+    }
+    qputenv(folderVariable, QFile::encodeName(folder.path()));
+    return QProcess::execute(unshare, words + QStringList{QCoreApplication::applicationFilePath()});
+}
