@@ -217,7 +217,6 @@ private:
         file.close();
         ConnectTo(unit.Address());
         ChooseFile(file.fileName());
-        unit.State(QStringLiteral("firmware")); // all that connecting sent has come
         unit.Forget();
         return true;
     }

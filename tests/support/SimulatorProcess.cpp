@@ -58,11 +58,16 @@ void SimulatorProcess::TakeOutput()
     }
 }
 
+// The unit looks at its connections between any two bytes of its input: when it answers a question,
+// it has told of all that had come to them before.
+void SimulatorProcess::CatchUp()
+{
+    Tell(QStringLiteral("state"));
+}
+
 QStringList SimulatorProcess::Lines()
 {
-    while (process.waitForReadyRead(0)) {
-    }
-    TakeOutput();
+    CatchUp();
     return lines;
 }
 
@@ -76,7 +81,7 @@ QStringList SimulatorProcess::Commands()
 
 void SimulatorProcess::Forget()
 {
-    Lines();
+    CatchUp();
     lines.clear();
 }
 
@@ -99,7 +104,6 @@ bool SimulatorProcess::WaitForLine(const QString& beginning)
 
 bool SimulatorProcess::Tell(const QString& line)
 {
-    Lines();
     const int before = lines.count(QStringLiteral("ok"));
     process.write(line.toLatin1() + '\n');
     while (lines.count(QStringLiteral("ok")) == before) {

@@ -20,11 +20,12 @@ public:
     bool IsReady() const { return ready; }
     QString Address() const { return address; }
 
-    /// The commands taken so far, one "MNEMONIC HEX" each, without the lines about connections.
+    /// The commands that have come to the unit, one "MNEMONIC HEX" each, without the lines about
+    /// connections.
     QStringList Commands();
-    /// Every line so far.
+    /// Every line, also those of what has come to the unit and was not told yet.
     QStringList Lines();
-    /// Forgets the lines so far.
+    /// Forgets all of these lines.
     void Forget();
 
     /// Waits for a line among those not forgotten. False when the unit ends or stays quiet for
@@ -38,6 +39,7 @@ public:
     QString State(const QString& key);
 
 private:
+    void CatchUp();
     void TakeOutput();
 
     QProcess process;
