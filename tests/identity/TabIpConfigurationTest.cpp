@@ -366,7 +366,6 @@ private slots:
         QCOMPARE(BarAddress(), bar);
         QVERIFY(ChangeButton()->isEnabled());
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), unit.Address());
-        QVERIFY(unit.Tell(Text("clear")));
         QCOMPARE(unit.Commands(), QStringList());
     }
 
@@ -546,7 +545,6 @@ private slots:
         ChangeMacTo(typed);
         QCOMPARE(StatusLine(), MacFailed);
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), Mac);
-        QVERIFY(unit.Tell(Text("clear")));
         QCOMPARE(unit.Commands(), QStringList());
     }
 
