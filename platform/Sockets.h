@@ -13,6 +13,7 @@ using SocketHandle = std::uint64_t;
 /// What OpenSocket gives when it fails.
 constexpr SocketHandle InvalidSocket = ~SocketHandle{0};
 
+/// In the order in which each system's sources name them.
 enum class SocketOption
 {
     ReuseAddress,

@@ -59,3 +59,19 @@ private:
     QString macAddress;
     QString subnetMask;
 };
+
+/// By parameter id.
+constexpr ushort (CDeviceParameters::*ParameterAccessors[])(short) const = {
+    &CDeviceParameters::GetSlowMotionDifference,
+    &CDeviceParameters::GetMotionHangUpDifference,
+    &CDeviceParameters::GetStepDifference,
+    &CDeviceParameters::GetStepSleep,
+    &CDeviceParameters::GetPulseDuration,
+    &CDeviceParameters::GetMaxPositionDifference,
+    &CDeviceParameters::GetMaxPositionFromRight,
+    &CDeviceParameters::GetMaxPositionFromLeft,
+    &CDeviceParameters::GetMaxMotionHangUpLoop,
+    &CDeviceParameters::GetLoopsInside,
+    &CDeviceParameters::GetSlowMotionSpeed,
+    &CDeviceParameters::GetRotorType,
+};

@@ -29,24 +29,6 @@ constexpr int ValueColumn = 0;
 constexpr int RowHeaderWidth = 250;
 constexpr int ValueWidth = 150;
 
-using ParameterAccessor = ushort (CDeviceParameters::*)(short) const;
-
-// By parameter id.
-constexpr ParameterAccessor Accessors[] = {
-    &CDeviceParameters::GetSlowMotionDifference,
-    &CDeviceParameters::GetMotionHangUpDifference,
-    &CDeviceParameters::GetStepDifference,
-    &CDeviceParameters::GetStepSleep,
-    &CDeviceParameters::GetPulseDuration,
-    &CDeviceParameters::GetMaxPositionDifference,
-    &CDeviceParameters::GetMaxPositionFromRight,
-    &CDeviceParameters::GetMaxPositionFromLeft,
-    &CDeviceParameters::GetMaxMotionHangUpLoop,
-    &CDeviceParameters::GetLoopsInside,
-    &CDeviceParameters::GetSlowMotionSpeed,
-    &CDeviceParameters::GetRotorType,
-};
-
 int ColumnOf(int motor, int parameter)
 {
     const int first =
@@ -301,7 +283,7 @@ bool CTabMotorConfiguration::ReadMotorConfigurationFromDevice(int motor)
     parameters.ParseDeviceBlock(block.data());
     const int last = database->IsFirmwareBelowVersion3() ? SlowMotionSpeed - 1 : RotorType;
     for (int parameter = 0; parameter <= last; ++parameter) {
-        const ushort value = (parameters.*Accessors[parameter])(static_cast<short>(motor));
+        const ushort value = (parameters.*ParameterAccessors[parameter])(static_cast<short>(motor));
         database->SetMotorParameter(motor, parameter, value);
     }
     database->SetSubnetMask(parameters.GetSubnetMask());

@@ -15,6 +15,12 @@
 namespace platform {
 namespace {
 
+int NameOf(SocketOption option)
+{
+    constexpr int Names[] = {SO_REUSEADDR, SO_OOBINLINE, SO_BROADCAST};
+    return Names[static_cast<int>(option)];
+}
+
 // -1, which the kernel refuses, for a handle that is not in use.
 int DescriptorOf(SocketHandle socket)
 {
@@ -70,20 +76,8 @@ SocketHandle OpenSocket(std::uint16_t type)
 
 int EnableSocketOption(SocketHandle socket, SocketOption option)
 {
-    int name = SO_REUSEADDR;
-    switch (option) {
-    case SocketOption::ReuseAddress:
-        name = SO_REUSEADDR;
-        break;
-    case SocketOption::OutOfBandInline:
-        name = SO_OOBINLINE;
-        break;
-    case SocketOption::Broadcast:
-        name = SO_BROADCAST;
-        break;
-    }
     const int on = 1;
-    return setsockopt(DescriptorOf(socket), SOL_SOCKET, name, &on, sizeof on);
+    return setsockopt(DescriptorOf(socket), SOL_SOCKET, NameOf(option), &on, sizeof on);
 }
 
 bool ResolveHost(const char* host, std::uint32_t& address)

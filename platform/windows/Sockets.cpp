@@ -9,6 +9,12 @@
 namespace platform {
 namespace {
 
+int NameOf(SocketOption option)
+{
+    constexpr int Names[] = {SO_REUSEADDR, SO_OOBINLINE, SO_BROADCAST};
+    return Names[static_cast<int>(option)];
+}
+
 // INVALID_SOCKET, which the system refuses, for a handle that is not in use.
 SOCKET SystemSocket(SocketHandle socket)
 {
@@ -47,20 +53,8 @@ SocketHandle OpenSocket(std::uint16_t type)
 
 int EnableSocketOption(SocketHandle socket, SocketOption option)
 {
-    int name = SO_REUSEADDR;
-    switch (option) {
-    case SocketOption::ReuseAddress:
-        name = SO_REUSEADDR;
-        break;
-    case SocketOption::OutOfBandInline:
-        name = SO_OOBINLINE;
-        break;
-    case SocketOption::Broadcast:
-        name = SO_BROADCAST;
-        break;
-    }
     const char on = 1;
-    return setsockopt(SystemSocket(socket), SOL_SOCKET, name, &on, sizeof on);
+    return setsockopt(SystemSocket(socket), SOL_SOCKET, NameOf(option), &on, sizeof on);
 }
 
 bool ResolveHost(const char* host, std::uint32_t& address)

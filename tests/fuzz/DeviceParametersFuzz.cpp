@@ -9,23 +9,6 @@
 
 namespace {
 
-using Accessor = ushort (CDeviceParameters::*)(short) const;
-
-constexpr Accessor Accessors[] = {
-    &CDeviceParameters::GetSlowMotionDifference,
-    &CDeviceParameters::GetMotionHangUpDifference,
-    &CDeviceParameters::GetStepDifference,
-    &CDeviceParameters::GetStepSleep,
-    &CDeviceParameters::GetPulseDuration,
-    &CDeviceParameters::GetMaxPositionDifference,
-    &CDeviceParameters::GetMaxPositionFromRight,
-    &CDeviceParameters::GetMaxPositionFromLeft,
-    &CDeviceParameters::GetMaxMotionHangUpLoop,
-    &CDeviceParameters::GetLoopsInside,
-    &CDeviceParameters::GetSlowMotionSpeed,
-    &CDeviceParameters::GetRotorType,
-};
-
 struct Generation
 {
     float firmware;
@@ -42,7 +25,7 @@ void RequireTheWordsOf(const uint8_t* block, int words, const CDeviceParameters&
     for (short motor = 0; motor < 2; ++motor) {
         for (int id = 0; id < words; ++id) {
             const uint8_t* const word = block + 2 * (motor * words + id);
-            Require((parameters.*Accessors[id])(motor) == word[0] * 256 + word[1]);
+            Require((parameters.*ParameterAccessors[id])(motor) == word[0] * 256 + word[1]);
         }
     }
 }

@@ -56,13 +56,7 @@ void EepromFullDiskTest::anImageThatFindsNoRoomIsNotSaved()
     QVERIFY(QFile::remove(eeprom.filePath(Text("VX440Read_VX440_123456.bin"))));
 
     QFile rest(folder + Text("/rest"));
-    QVERIFY(rest.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    const QByteArray page(4096, 'x');
-    int pages = 0;
-    while (rest.write(page) == page.size()) {
-        ++pages;
-    }
-    QVERIFY(pages > 0 && pages <= 16);
+    QVERIFY(FillSmallDisk(rest));
 
     QVERIFY(!access.SaveRegionImage(Region()));
     QVERIFY(rest.resize(0));
