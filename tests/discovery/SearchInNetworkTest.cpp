@@ -116,20 +116,6 @@ private slots:
                             QStringLiteral("192.168.77.10 00:00:00:00:00:00")}));
     }
 
-    void aSearchCostsLittleMoreThanItsWaits()
-    {
-        CDeviceDetector detector;
-        CCustomProgressDialog progress(QString(), 0, 0);
-        QElapsedTimer timer;
-        timer.start();
-        QVERIFY(detector.SearchDevices(
-            QStringLiteral("192.168.77.1"), QStringLiteral("192.168.77.40"), &progress));
-        const qint64 waits = 40 * 85 + 100;
-        QVERIFY(timer.elapsed() >= waits);
-        QVERIFY2(timer.elapsed() < 2 * waits, qPrintable(QString::number(timer.elapsed())));
-        qInfo("%lld ms for %lld ms of waits", timer.elapsed(), waits);
-    }
-
     void theMacAddressOfOneHostIsResolved()
     {
         QString mac;
