@@ -54,10 +54,17 @@ QString ConnectionStatus()
     return TheDeviceDatabase()->ConnectionStatusText();
 }
 
-// The connecting thread runs beside the scripted clock: the clock waits for it.
-void AwaitThread(int)
+void SucceedNow(int)
 {
+    scripted::SetConnectResult(scripted::ConnectResult::Succeeds);
     TheDeviceCommunication()->wait();
+}
+
+// The connecting thread runs beside the scripted clock: it succeeds in the first wait.
+void LetAttemptSucceed()
+{
+    scripted::SetConnectResult(scripted::ConnectResult::SucceedsWhenTold);
+    scripted::WhenSlept(SucceedNow);
 }
 
 int Attempts()
@@ -83,7 +90,7 @@ private slots:
 
     void aFirstAttemptThatSucceedsEndsConnectedAfterAPassageThroughReconnecting()
     {
-        scripted::WhenSlept(AwaitThread);
+        LetAttemptSucceed();
         const StatusTexts status;
         QVERIFY(ConnectToDevice(3, QStringLiteral("127.0.0.1")));
         QVERIFY(TheDeviceCommunication()->IsConnected());
@@ -97,7 +104,7 @@ private slots:
 
     void theDatabasesAddressDecidesAndNotTheArgument()
     {
-        scripted::WhenSlept(AwaitThread);
+        LetAttemptSucceed();
         QVERIFY(ConnectToDevice(3, QStringLiteral("127.0.0.77")));
         QVERIFY(scripted::Events().contains(QStringLiteral("resolve 127.0.0.1")));
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), QStringLiteral("127.0.0.1"));
@@ -161,9 +168,9 @@ private slots:
         scripted::SetConnectResult(scripted::ConnectResult::Hangs);
         scripted::WhenSlept([](int now) {
             if (now == 20000) {
-                scripted::SetConnectResult(scripted::ConnectResult::Succeeds);
+                scripted::SetConnectResult(scripted::ConnectResult::SucceedsWhenTold);
             } else if (now > 20000) {
-                TheDeviceCommunication()->wait();
+                SucceedNow(now);
             }
         });
         QVERIFY(ConnectToDevice(3, QString()));
@@ -242,7 +249,7 @@ private slots:
 
     void noDialogIsLeftBehind()
     {
-        scripted::WhenSlept(AwaitThread);
+        LetAttemptSucceed();
         ConnectToDevice(3, QString());
         QVERIFY(AttemptDialog() == nullptr);
     }
