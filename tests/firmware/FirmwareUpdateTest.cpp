@@ -224,21 +224,9 @@ private:
     // The dialog of a connection attempt comes up over the update's own.
     static void WhenAttempted(const std::function<void(QProgressDialog&)>& action)
     {
-        auto* const watch = new QTimer(MainWindow());
-        QObject::connect(watch, &QTimer::timeout, watch, [watch, action] {
-            const QWidgetList windows = QApplication::topLevelWidgets();
-            for (QWidget* const window : windows) {
-                auto* const dialog = qobject_cast<QProgressDialog*>(window);
-                if (dialog != nullptr && dialog->isVisible() &&
-                    dialog->labelText().startsWith(QLatin1String("Connecting"))) {
-                    watch->stop();
-                    watch->deleteLater();
-                    action(*dialog);
-                    return;
-                }
-            }
+        WhenShown<QProgressDialog>(action, [](const QProgressDialog& dialog) {
+            return dialog.labelText().startsWith(QLatin1String("Connecting"));
         });
-        watch->start(0);
     }
 
     QTemporaryDir folder;

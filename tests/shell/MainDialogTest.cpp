@@ -55,6 +55,26 @@ QStringList LoadCommands(bool newFirmware)
     return commands;
 }
 
+/// Counts the progress dialogs that come up while it lives.
+class ShownProgress : public QObject
+{
+public:
+    ShownProgress() { qApp->installEventFilter(this); }
+
+    int Count() const { return count; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Show && qobject_cast<QProgressDialog*>(watched) != nullptr) {
+            ++count;
+        }
+        return false;
+    }
+
+private:
+    int count = 0;
+};
+
 } // namespace
 
 class MainDialogTest : public WarningsFail
@@ -156,12 +176,11 @@ private slots:
     void anAddressThatIsNoneFailsWithoutAnAttempt()
     {
         QFETCH(QString, typed);
-        bool progress = false;
-        WhenProgressShows([&progress] { progress = true; });
+        const ShownProgress progress;
         ConnectTo(typed);
         QCOMPARE(StatusLine(), QStringLiteral("Connection failed! "));
         QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
-        QVERIFY(!progress);
+        QCOMPARE(progress.Count(), 0);
     }
 
     void returnInTheAddressConnects()
@@ -288,9 +307,9 @@ private slots:
             QStringLiteral("101,102,103,104,105,106,107,108,109,110,99,1"),
             QStringLiteral("--mask"), QStringLiteral("255.255.0.0")});
         QVERIFY(unit.IsReady());
-        QStringList labels;
-        WhenProgressShows([&labels] { labels.append(VisibleProgress()->labelText()); });
+        const ShownProgress progress;
         ConnectTo(unit.Address());
+        QVERIFY(progress.Count() > 0);
         QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
         QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connected"));
         QCOMPARE(StatusLine(),
@@ -359,27 +378,19 @@ private slots:
         SimulatorProcess unit;
         QVERIFY(unit.IsReady());
         Overtype(Find<QLineEdit>("txtIpAddress"), unit.Address());
-        QStringList seen;
-        const std::function<void()> bother = [&] {
-            seen.append(VisibleProgress()->labelText());
+        bool tried = false;
+        const auto bother = [&tried](QProgressDialog& loading) {
+            tried = true;
             Click(Find<QPushButton>("btnConnect"));
             ShowPage("Detect Z&K Device");
             CloseByTitleBar(MainWindow());
-            QTest::keyClick(VisibleProgress()->windowHandle(), Qt::Key_Escape);
-            if (!seen.last().startsWith(QLatin1String("Loading"))) {
-                WhenProgressShows([&] {
-                    // The next dialog: the loading one.
-                    if (VisibleProgress()->labelText().startsWith(QLatin1String("Loading"))) {
-                        bother();
-                    } else {
-                        WhenProgressShows(bother);
-                    }
-                });
-            }
+            QTest::keyClick(loading.windowHandle(), Qt::Key_Escape);
         };
-        WhenProgressShows(bother);
+        WhenShown<QProgressDialog>(bother, [](const QProgressDialog& dialog) {
+            return dialog.labelText() == QLatin1String("Loading Device Info ...");
+        });
         Click(Find<QPushButton>("btnConnect"));
-        QVERIFY(seen.contains(QStringLiteral("Loading Device Info ...")));
+        QVERIFY(tried);
         QVERIFY(MainWindow()->isVisible());
         QCOMPARE(Tabs()->currentIndex(), 0);
         QCOMPARE(unit.Commands(), LoadCommands(true));

@@ -1,5 +1,7 @@
 #include "tests/support/Warnings.h"
 
+#include "tests/support/WindowTest.h"
+
 #include <QMutex>
 #include <QtTest>
 
@@ -26,6 +28,19 @@ void Collect(QtMsgType type, const QMessageLogContext& context, const QString& m
     testHandler(type, context, message);
 }
 
+// One that was left would look at what the test function had on its stack.
+int EndWatches()
+{
+    int waiting = 0;
+    const auto watches =
+        qApp == nullptr ? QList<QTimer*>() : qApp->findChildren<QTimer*>(QLatin1String(WatchName));
+    for (QTimer* const watch : watches) {
+        waiting += watch->isActive() ? 1 : 0;
+        delete watch;
+    }
+    return waiting;
+}
+
 } // namespace
 
 void WarningsFail::init()
@@ -38,5 +53,7 @@ void WarningsFail::cleanup()
     qInstallMessageHandler(testHandler);
     const QStringList seen = warnings;
     warnings.clear();
+    const int waiting = EndWatches();
     QCOMPARE(seen, QStringList());
+    QCOMPARE(waiting, 0);
 }

@@ -40,16 +40,23 @@ void Overtype(QWidget* field, const QString& text);
 /// Asks a window to close as its title bar's button does.
 void CloseByTitleBar(QWidget* window);
 
-/// Runs `action` once, from the event loop, as soon as a window of that class is up.
+/// The name of the timers, children of the application, that wait for a window.
+constexpr char WatchName[] = "windowWatch";
+
+/// Runs `action` once, from the event loop, as soon as a window of that class is up of which
+/// `wanted` holds. A test function of WarningsFail fails that ends without it.
 template<class Window>
-void WhenShown(const std::function<void(Window&)>& action)
+void WhenShown(
+    const std::function<void(Window&)>& action,
+    const std::function<bool(const Window&)>& wanted = [](const Window&) { return true; })
 {
-    auto* const watch = new QTimer(MainWindow());
-    QObject::connect(watch, &QTimer::timeout, watch, [watch, action] {
+    auto* const watch = new QTimer(qApp);
+    watch->setObjectName(QLatin1String(WatchName));
+    QObject::connect(watch, &QTimer::timeout, watch, [watch, action, wanted] {
         const QWidgetList windows = QApplication::topLevelWidgets();
         for (QWidget* const any : windows) {
             auto* const window = qobject_cast<Window*>(any);
-            if (window != nullptr && window->isVisible()) {
+            if (window != nullptr && window->isVisible() && wanted(*window)) {
                 watch->stop();
                 watch->deleteLater();
                 action(*window);
