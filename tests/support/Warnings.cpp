@@ -31,9 +31,12 @@ void Collect(QtMsgType type, const QMessageLogContext& context, const QString& m
 // One that was left would look at what the test function had on its stack.
 int EndWatches()
 {
+    const auto* const application = QCoreApplication::instance();
+    if (application == nullptr) {
+        return 0;
+    }
     int waiting = 0;
-    const auto watches =
-        qApp == nullptr ? QList<QTimer*>() : qApp->findChildren<QTimer*>(QLatin1String(WatchName));
+    const auto watches = application->findChildren<QTimer*>(QLatin1String(WatchName));
     for (QTimer* const watch : watches) {
         waiting += watch->isActive() ? 1 : 0;
         delete watch;
