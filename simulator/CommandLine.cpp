@@ -61,6 +61,9 @@ const QVector<OptionText>& OptionTexts()
             "only, "
             "counted from 1. Can be given more than once; the last that fits counts."},
         {"list-faults", nullptr, nullptr, "Print the names of the faults, one a line, and end."},
+        {"end-with-input", nullptr, nullptr,
+            "End when the standard input ends, as it does with the program that holds its other "
+            "side."},
         {"trace", nullptr, nullptr, "Print what the unit sends as well, as \"> HEX\"."},
     };
     return texts;
@@ -262,6 +265,7 @@ bool ReadCommandLine(const QCoreApplication& application, CommandLine& commandLi
     commandLine.server = ReadServer(reader);
     commandLine.faults = reader.AllFaults("fault");
     commandLine.listFaults = reader.IsSet("list-faults");
+    commandLine.endWithInput = reader.IsSet("end-with-input");
     error = reader.Error();
     if (error.isEmpty() && !parser.positionalArguments().isEmpty()) {
         error = QStringLiteral("unknown argument: %1").arg(parser.positionalArguments().first());

@@ -15,6 +15,8 @@ struct CommandLine
     QVector<Fault> faults;
     /// Print the names of the faults and do nothing else.
     bool listFaults = false;
+    /// End when the standard input does.
+    bool endWithInput = false;
 };
 
 /// False, with the reason in `error`, when an option has a value that it cannot have. Prints and

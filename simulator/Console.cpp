@@ -19,6 +19,7 @@ Console::Console(Server& server)
 void Console::Start()
 {
     if (!input.open(StandardInput, QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        emit InputEnded();
         return;
     }
     inputReady.reset(new QSocketNotifier(StandardInput, QSocketNotifier::Read));
@@ -31,6 +32,7 @@ void Console::ReadByte()
     char byte = 0;
     if (input.read(&byte, 1) != 1) {
         inputReady->setEnabled(false);
+        emit InputEnded();
         return;
     }
     if (byte != '\n') {

@@ -8,8 +8,7 @@ namespace simulator {
 
 class Server;
 
-/// Takes commands for the simulator itself from the standard input, a line each, while it runs. The
-/// end of the input ends the taking, not the program.
+/// Takes commands for the simulator itself from the standard input, a line each, while it runs.
 class Console : public QObject
 {
     Q_OBJECT
@@ -29,6 +28,9 @@ signals:
     void Said(const QString& line);
 
     void QuitAsked();
+
+    /// Nothing more comes from the standard input.
+    void InputEnded();
 
 private:
     void ReadByte();

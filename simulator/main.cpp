@@ -40,12 +40,16 @@ int Run(QCoreApplication& application, const simulator::CommandLine& commandLine
     for (const simulator::Fault& fault : commandLine.faults) {
         server.SetFaults().Add(fault);
     }
-    // Queued, so that both also end an event loop that has not begun yet.
+    // Queued, so that these also end an event loop that has not begun yet.
     QObject::connect(
         &server, &simulator::Server::Failed, &application, [] { QCoreApplication::exit(1); },
         Qt::QueuedConnection);
     QObject::connect(&console, &simulator::Console::QuitAsked, &application,
         &QCoreApplication::quit, Qt::QueuedConnection);
+    if (commandLine.endWithInput) {
+        QObject::connect(&console, &simulator::Console::InputEnded, &application,
+            &QCoreApplication::quit, Qt::QueuedConnection);
+    }
     QObject::connect(&server, &simulator::Server::Said, Print);
     QObject::connect(&server, &simulator::Server::Complained, PrintError);
     QObject::connect(&console, &simulator::Console::Said, Print);

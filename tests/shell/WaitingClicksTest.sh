@@ -28,7 +28,7 @@ pids+=($!)
 DISPLAY=:$(head --lines=1 "$folder/display")
 export DISPLAY
 
-"$simulator" --address 127.0.0.2 >"$folder/unit.log" &
+setpriv --pdeathsig KILL "$simulator" --address 127.0.0.2 >"$folder/unit.log" &
 pids+=($!)
 await_line "$folder/unit.log" '^ready'
 

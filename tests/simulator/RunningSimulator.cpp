@@ -13,8 +13,8 @@ constexpr quint16 Port = 50000;
 RunningSimulator::RunningSimulator(const QStringList& arguments, const QStringList& launcher)
 {
     QStringList words = launcher;
-    words << qEnvironmentVariable("VX440_SIMULATOR") << QStringLiteral("--address") << Address(1)
-          << arguments;
+    words << qEnvironmentVariable("VX440_SIMULATOR") << QStringLiteral("--end-with-input")
+          << QStringLiteral("--address") << Address(1) << arguments;
     const QString program = words.takeFirst();
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.start(program, words);

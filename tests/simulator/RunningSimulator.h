@@ -7,7 +7,7 @@
 #include <QTcpSocket>
 
 /// The simulator's own process on a loopback address that no other test uses at the same time. It
-/// is ended with the object.
+/// ends with the object, and with the test program if that aborts.
 class RunningSimulator
 {
 public:

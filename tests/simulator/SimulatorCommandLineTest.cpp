@@ -52,7 +52,7 @@ void SimulatorCommandLineTest::helpNamesEveryOptionAndFault()
     for (const char* name : {"address", "port", "mask", "interface", "firmware", "new-firmware",
              "part", "serial", "mac", "azimuth", "polar", "options", "option-descriptions",
              "eeprom", "save-eeprom", "save-firmware", "away-ms", "slow-ms", "fault", "list-faults",
-             "trace", "version", "help"}) {
+             "trace", "end-with-input", "version", "help"}) {
         const QRegularExpression word(Text("--%1\\b(?!-)").arg(Text(name)));
         QVERIFY2(help.output.contains(word), name);
     }
@@ -148,7 +148,8 @@ void SimulatorCommandLineTest::port0TakesAFreePort()
 {
     QProcess process;
     process.start(qEnvironmentVariable("VX440_SIMULATOR"),
-        {Text("--address"), RunningSimulator::Address(1), Text("--port"), Text("0")});
+        {Text("--address"), RunningSimulator::Address(1), Text("--port"), Text("0"),
+            Text("--end-with-input")});
     while (!process.canReadLine() && process.waitForReadyRead()) {
     }
     const QString line = QString::fromLocal8Bit(process.readLine()).trimmed();

@@ -29,6 +29,9 @@ private slots:
     void unknownConsoleLinesAreErrors_data();
     void unknownConsoleLinesAreErrors();
     void theEndOfTheConsoleDoesNotEndTheUnit();
+    void theEndOfTheConsoleEndsTheUnitWhereThatIsAsked();
+    void aUnitEndsWithTheProgramThatStartedIt_data();
+    void aUnitEndsWithTheProgramThatStartedIt();
     void quitEndsItWithCode0();
 
 private:
@@ -368,13 +371,50 @@ void SimulatorFaultsTest::unknownConsoleLinesAreErrors()
 
 void SimulatorFaultsTest::theEndOfTheConsoleDoesNotEndTheUnit()
 {
-    RunningSimulator simulator;
-    simulator.Tell(Text("clear"));
-    simulator.Process().closeWriteChannel();
+    QProcess simulator;
+    simulator.setStandardInputFile(QProcess::nullDevice());
+    simulator.start(Text("setpriv"),
+        {Text("--pdeathsig"), Text("KILL"), qEnvironmentVariable("VX440_SIMULATOR"),
+            Text("--address"), RunningSimulator::Address(1)});
+    QVERIFY(simulator.waitForReadyRead());
     for (int client = 0; client < 3; ++client) {
         QVERIFY(StillAnswersOthers());
     }
-    QCOMPARE(simulator.Process().state(), QProcess::Running);
+    QCOMPARE(simulator.state(), QProcess::Running);
+    simulator.kill();
+    QVERIFY(simulator.waitForFinished());
+}
+
+void SimulatorFaultsTest::theEndOfTheConsoleEndsTheUnitWhereThatIsAsked()
+{
+    RunningSimulator simulator;
+    simulator.Tell(Text("clear"));
+    simulator.Process().closeWriteChannel();
+    QVERIFY(simulator.Process().waitForFinished());
+    QCOMPARE(simulator.Process().exitStatus(), QProcess::NormalExit);
+    QCOMPARE(simulator.Process().exitCode(), 0);
+}
+
+void SimulatorFaultsTest::aUnitEndsWithTheProgramThatStartedIt_data()
+{
+    QTest::addColumn<QString>("helper");
+    QTest::newRow("of the simulator's tests") << Text("RunningSimulator");
+    QTest::newRow("of all other tests") << Text("SimulatorProcess");
+}
+
+void SimulatorFaultsTest::aUnitEndsWithTheProgramThatStartedIt()
+{
+    QFETCH(QString, helper);
+    QProcess program;
+    program.start(
+        QCoreApplication::applicationDirPath() + Text("/AbortingProgram"), QStringList{helper});
+    QVERIFY(program.waitForReadyRead());
+    Client client(QString::fromLatin1(program.readLine()).trimmed());
+    QVERIFY(client.IsOpen());
+    program.closeWriteChannel();
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+    QVERIFY(client.WaitForEnd());
 }
 
 void SimulatorFaultsTest::quitEndsItWithCode0()

@@ -36,8 +36,8 @@ SimulatorProcess::SimulatorProcess(
     : address(address.isEmpty() ? UnusedLoopbackAddress() : address)
 {
     QStringList words = launcher;
-    words << qEnvironmentVariable("VX440_SIMULATOR") << QStringLiteral("--address") << this->address
-          << options;
+    words << qEnvironmentVariable("VX440_SIMULATOR") << QStringLiteral("--end-with-input")
+          << QStringLiteral("--address") << this->address << options;
     const QString program = words.takeFirst();
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, words);

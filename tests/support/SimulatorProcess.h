@@ -5,8 +5,9 @@
 
 #include <functional>
 
-/// One simulated unit as a process of its own, at a loopback address that no other test uses. It is
-/// ended with the object. Everything here waits for a line of the unit, never for a time.
+/// One simulated unit as a process of its own, at a loopback address that no other test uses. It
+/// ends with the object, and with the test program if that aborts. Everything here waits for a line
+/// of the unit, never for a time.
 class SimulatorProcess
 {
 public:
