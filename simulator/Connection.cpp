@@ -2,12 +2,17 @@
 
 #include "simulator/platform/ConnectionReset.h"
 
+#include <numeric>
+
 namespace simulator {
 
 namespace {
 
 constexpr int QuietMs = 50;
 constexpr int InputBufferSize = 65536;
+constexpr qint64 MostOwed = 65536;
+/// Read at a time: a command of eight bytes may have an answer of 65535.
+constexpr qint64 PortionSize = 64;
 
 } // namespace
 
@@ -27,6 +32,8 @@ Connection::Connection(QTcpSocket* connectedSocket, Generation generation, QObje
     deliveryTimer.setTimerType(Qt::PreciseTimer);
     connect(socket, &QTcpSocket::readyRead, this, &Connection::ReadInput);
     connect(socket, &QTcpSocket::disconnected, this, &Connection::ReportEnd);
+    // Queued: an answer may leave while the frames behind it are still to be taken.
+    connect(socket, &QTcpSocket::bytesWritten, this, &Connection::ReadOn, Qt::QueuedConnection);
     connect(&quietTimer, &QTimer::timeout, this, &Connection::FinishQuietFrame);
     connect(&deliveryTimer, &QTimer::timeout, this, &Connection::DeliverNext);
 }
@@ -67,16 +74,32 @@ void Connection::GoDeaf()
 
 void Connection::ReadInput()
 {
-    const QByteArray bytes = socket->readAll();
+    quietTimer.stop();
     if (!listening) {
-        return;
+        socket->readAll();
     }
-    Take(parser.Take(bytes));
-    if (listening && parser.WaitsForQuiet()) {
+    while (listening && socket->bytesAvailable() > 0 && !OwesMuch()) {
+        Take(parser.Take(socket->read(PortionSize)));
+    }
+    if (listening && socket->bytesAvailable() == 0 && parser.WaitsForQuiet()) {
         quietTimer.start();
-    } else {
-        quietTimer.stop();
     }
+}
+
+void Connection::ReadOn()
+{
+    if (socket->bytesAvailable() > 0) {
+        ReadInput();
+    }
+}
+
+bool Connection::OwesMuch() const
+{
+    const auto add = [](qint64 sum, const Delivery& delivery) {
+        return sum + delivery.bytes.size();
+    };
+    return std::accumulate(pending.cbegin(), pending.cend(), socket->bytesToWrite(), add) >
+           MostOwed;
 }
 
 void Connection::Take(const QVector<Frame>& frames)
@@ -126,7 +149,7 @@ void Connection::DeliverNext()
 void Connection::ReportEnd()
 {
     if (listening) {
-        ReadInput();
+        Take(parser.Take(socket->readAll()));
         FinishQuietFrame();
     }
     GoDeaf();

@@ -12,7 +12,9 @@
 namespace simulator {
 
 /// One client. Cuts what it sends into frames and gives it the answers, in order. Ends the frames
-/// whose length is not on the wire once nothing has come for 50 ms.
+/// whose length is not on the wire once nothing has come for 50 ms. While the client leaves many
+/// answers unread, nothing more of it is read: it cannot make the unit hold more than a megabyte or
+/// two.
 class Connection : public QObject
 {
     Q_OBJECT
@@ -50,6 +52,8 @@ signals:
 
 private:
     void ReadInput();
+    void ReadOn();
+    bool OwesMuch() const;
     void Take(const QVector<Frame>& frames);
     void FinishQuietFrame();
     void ScheduleDelivery();

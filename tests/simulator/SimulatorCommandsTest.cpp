@@ -20,6 +20,7 @@ private slots:
     void framesByteByByteGiveTheSameAnswers();
     void anIncompleteFrameIsTakenWhenTheClientGoes();
     void aNewClientIsServedBesideAnOldOne();
+    void aClientThatReadsNothingIsNotReadEither();
     void theUnitMovesToItsNewAddress();
     void aNewMaskAloneLeavesTheClientsAlone();
     void theEepromIsWrittenReadAndSaved();
@@ -213,6 +214,26 @@ void SimulatorCommandsTest::aNewClientIsServedBesideAnOldOne()
     QCOMPARE(fresh.Ask("CF8\r", 2), QByteArray("0\r"));
     QCOMPARE(old.Ask(QByteArray::fromHex("000000"), 256).size(), 256);
     QCOMPARE(simulator.State().value(Text("clients")), Text("2"));
+}
+
+void SimulatorCommandsTest::aClientThatReadsNothingIsNotReadEither()
+{
+    constexpr int requests = 1000;
+    constexpr int answerSize = 2 * 65535;
+    const auto taken = [](const QStringList& lines) { return lines.count(Text("CF7 FFFF0000")); };
+    RunningSimulator simulator({Text("--fault"), Text("long:CF7")});
+    Client client;
+    client.Send(QByteArray("CF7\r" + QByteArray::fromHex("FFFF0000")).repeated(requests));
+    const int atFirst = taken(simulator.Tell(Text("state")));
+    // The system's buffers take a few megabytes of these 131.
+    QVERIFY2(atFirst < requests / 2, qPrintable(QString::number(atFirst)));
+
+    const QByteArray answer = client.Read(answerSize);
+    QCOMPARE(answer.size(), answerSize);
+    for (int count = 1; count < requests; ++count) {
+        QVERIFY(client.Read(answerSize) == answer);
+    }
+    QCOMPARE(atFirst + taken(simulator.Tell(Text("state"))), requests);
 }
 
 void SimulatorCommandsTest::theUnitMovesToItsNewAddress()
