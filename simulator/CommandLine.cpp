@@ -27,7 +27,8 @@ const QVector<OptionText>& OptionTexts()
         {"interface", "NAME", nullptr,
             "Network interface that follows when the unit gets another address or MAC address, "
             "through the program ip. --address and --mask must be those it has. Without this "
-            "option the unit just listens on its new address."},
+            "option the unit just listens on its new address; where the machine does not have "
+            "that, it says so and keeps the old one."},
         {"firmware", "VERSION", "3.10",
             "Firmware version. Below 3.0 the unit is one of the old kind: 10 words a motor and the "
             "long CF2."},

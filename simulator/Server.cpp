@@ -12,6 +12,11 @@ namespace {
 /// which the tool looks for the unit at its new address.
 constexpr int MoveDelayMs = 50;
 
+QString PlaceText(const QHostAddress& address, quint16 port)
+{
+    return QStringLiteral("%1:%2").arg(address.toString()).arg(port);
+}
+
 } // namespace
 
 Server::Server(const UnitSettings& unitSettings, const ServerSettings& serverSettings)
@@ -29,15 +34,22 @@ Server::Server(const UnitSettings& unitSettings, const ServerSettings& serverSet
 
 void Server::Start()
 {
-    const QString place = QStringLiteral("%1:%2").arg(currentAddress.toString());
-    if (!listener.isListening() && !listener.listen(currentAddress, settings.port)) {
-        emit Complained(QStringLiteral("cannot listen on %1: %2")
-                            .arg(place.arg(settings.port), listener.errorString()));
+    if (!Listen()) {
         emit Failed();
         return;
     }
     settings.port = listener.serverPort();
-    emit Said(QStringLiteral("ready ") + place.arg(settings.port));
+    emit Said(QStringLiteral("ready ") + PlaceText(currentAddress, settings.port));
+}
+
+bool Server::Listen()
+{
+    if (listener.isListening() || listener.listen(currentAddress, settings.port)) {
+        return true;
+    }
+    emit Complained(QStringLiteral("cannot listen on %1: %2")
+                        .arg(PlaceText(currentAddress, settings.port), listener.errorString()));
+    return false;
 }
 
 void Server::CloseClients()
@@ -121,32 +133,44 @@ void Server::ActOn(Effects effects)
 
 void Server::LeaveOldAddress()
 {
-    const bool moved = currentAddress != unit.State().address;
-    MoveInterface();
-    if (moved) {
-        listener.close();
+    const QHostAddress oldAddress = currentAddress;
+    const QHostAddress oldMask = currentMask;
+    if (!MoveTo(unit.State().address, unit.State().mask)) {
+        unit.KeepAddress(oldAddress, oldMask);
+        MoveTo(oldAddress, oldMask);
+    } else if (currentAddress != oldAddress) {
         for (Connection* connection : qAsConst(connections)) {
             connection->GoDeaf();
         }
     }
-    // While the unit is away it starts on the new address when it is back.
-    if (!awayTimer.isActive()) {
+    // While the unit is away it starts on its address when it is back.
+    if (awayTimer.isActive()) {
+        listener.close();
+    } else {
         Start();
     }
     Announce();
 }
 
-void Server::MoveInterface()
+bool Server::MoveTo(const QHostAddress& address, const QHostAddress& mask)
 {
-    const UnitSettings& target = unit.State();
+    if (address != currentAddress) {
+        listener.close();
+    }
+    MoveInterface(address, mask);
+    return Listen();
+}
+
+void Server::MoveInterface(const QHostAddress& address, const QHostAddress& mask)
+{
     QString error;
     if (!settings.interfaceName.isEmpty() &&
         !HostInterface(settings.interfaceName)
-             .ReplaceAddress(currentAddress, currentMask, target.address, target.mask, error)) {
+             .ReplaceAddress(currentAddress, currentMask, address, mask, error)) {
         emit Complained(error);
     }
-    currentAddress = target.address;
-    currentMask = target.mask;
+    currentAddress = address;
+    currentMask = mask;
 }
 
 void Server::ChangeMac()

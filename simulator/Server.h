@@ -61,8 +61,10 @@ private:
 
     void SaveFiles(Effects effects);
     void ActOn(Effects effects);
+    bool Listen();
     void LeaveOldAddress();
-    void MoveInterface();
+    bool MoveTo(const QHostAddress& address, const QHostAddress& mask);
+    void MoveInterface(const QHostAddress& address, const QHostAddress& mask);
     void ChangeMac();
     void Announce();
     void GoAway();

@@ -210,6 +210,12 @@ QByteArray Unit::WrongAnswer(const Frame& frame) const
     }
 }
 
+void Unit::KeepAddress(const QHostAddress& address, const QHostAddress& mask)
+{
+    state.address = address;
+    state.mask = mask;
+}
+
 void Unit::FinishUpdate()
 {
     updateValid = transfer.IsWhole();

@@ -64,6 +64,9 @@ public:
     /// What a unit at fault could answer to the frame in place of the right answer.
     QByteArray WrongAnswer(const Frame& frame) const;
 
+    /// Takes back the new address and mask of Effect::AddressChanged, where the unit cannot be.
+    void KeepAddress(const QHostAddress& address, const QHostAddress& mask);
+
     /// The end of the restart that Effect::Restarting began: the new firmware runs if a whole image
     /// was there.
     void FinishUpdate();

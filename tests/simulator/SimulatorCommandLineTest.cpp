@@ -14,7 +14,6 @@ private slots:
     void aBadValueEndsItWithCode1_data();
     void aBadValueEndsItWithCode1();
     void anAddressInUseEndsItWithCode1();
-    void aMoveToAnAddressThatIsNotThereEndsItWithCode1();
     void port0TakesAFreePort();
     void anInterfaceThatIsNotThereIsReported();
 };
@@ -131,17 +130,6 @@ void SimulatorCommandLineTest::anAddressInUseEndsItWithCode1()
             Text("vx440-simulator: cannot listen on %1:50000: ").arg(RunningSimulator::Address(1))),
         qPrintable(second.errors));
     QCOMPARE(second.output, QString());
-}
-
-void SimulatorCommandLineTest::aMoveToAnAddressThatIsNotThereEndsItWithCode1()
-{
-    RunningSimulator simulator;
-    Client client;
-    client.Send("CF1\r" + QByteArray::fromHex("C0000201FFFFFF00"));
-    QVERIFY(simulator.Process().waitForFinished());
-    QCOMPARE(simulator.Process().exitCode(), 1);
-    QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
-                .contains(Text("cannot listen on 192.0.2.1:50000: ")));
 }
 
 void SimulatorCommandLineTest::port0TakesAFreePort()

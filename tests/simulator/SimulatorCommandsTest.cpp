@@ -22,6 +22,7 @@ private slots:
     void aNewClientIsServedBesideAnOldOne();
     void aClientThatReadsNothingIsNotReadEither();
     void theUnitMovesToItsNewAddress();
+    void theUnitStaysWhereTheNewAddressIsNotThere();
     void aNewMaskAloneLeavesTheClientsAlone();
     void theEepromIsWrittenReadAndSaved();
     void theOptionsAreWrittenAndRead();
@@ -258,6 +259,21 @@ void SimulatorCommandsTest::theUnitMovesToItsNewAddress()
     // The old connection is not served: the next line is not its CF8.
     QCOMPARE(simulator.LineThatBegins(Text("CF0")), Text("CF0"));
     QVERIFY(!simulator.Tell(Text("state")).contains(Text("CF8")));
+}
+
+void SimulatorCommandsTest::theUnitStaysWhereTheNewAddressIsNotThere()
+{
+    const QString ready = Text("ready %1:50000").arg(RunningSimulator::Address(1));
+    RunningSimulator simulator;
+    Client client;
+    client.Send("CF1\r" + QByteArray::fromHex("C0000201FFFFFFFE"));
+    QCOMPARE(simulator.LineThatBegins(Text("ready")), ready);
+    QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
+                .startsWith(Text("vx440-simulator: cannot listen on 192.0.2.1:50000: ")));
+    QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(Client().Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(simulator.State().value(Text("address")), RunningSimulator::Address(1));
+    QCOMPARE(simulator.State().value(Text("mask")), Text("255.255.255.0"));
 }
 
 void SimulatorCommandsTest::aNewMaskAloneLeavesTheClientsAlone()

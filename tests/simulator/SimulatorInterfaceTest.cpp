@@ -1,5 +1,6 @@
 #include "tests/simulator/RunningSimulator.h"
 
+#include <QTcpServer>
 #include <QtTest>
 
 /// Runs in a network of its own, in which it may make and change interfaces.
@@ -15,6 +16,7 @@ private slots:
     void aNewMaskReplacesTheOldOneAndKeepsTheClient();
     void aNewMacIsThatOfTheInterface();
     void anAddressThatTheInterfaceLacksIsReportedAndTheMoveGoesOn();
+    void whereTheUnitCannotListenItTakesItsOldAddressBack();
 };
 
 namespace {
@@ -108,6 +110,17 @@ void SimulatorInterfaceTest::anAddressThatTheInterfaceLacksIsReportedAndTheMoveG
     QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
                 .startsWith(Text("vx440-simulator: ip address del 10.9.0.129/16 dev unit0: ")));
     QCOMPARE(Addresses(), Text("10.9.0.129/24 10.10.0.1/8"));
+}
+
+void SimulatorInterfaceTest::whereTheUnitCannotListenItTakesItsOldAddressBack()
+{
+    QCOMPARE(Ip("address add 10.9.0.200/32 dev tool0"), QString());
+    QTcpServer other;
+    QVERIFY(other.listen(QHostAddress(Text("10.9.0.200")), 50000));
+    RunningSimulator simulator(Arguments());
+    Move(simulator, "0A0900C8FFFF0000", "ready 10.9.0.129:50000");
+    QCOMPARE(Addresses(), Text("10.9.0.129/24"));
+    QCOMPARE(Client(Text("10.9.0.129")).Ask("CF8\r", 2), QByteArray("0\r"));
 }
 
 QTEST_GUILESS_MAIN(SimulatorInterfaceTest)
