@@ -3,6 +3,7 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/UserInput.h"
 #include "ui_TabDetectZKDevices.h"
 
 #include <QEvent>
@@ -42,8 +43,7 @@ CTabDetectZKDevices::CTabDetectZKDevices(QWidget* parent)
     ui->tblDetectDevices->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     ui->txtStartIpAddress->installEventFilter(this);
     ui->txtEndIpAddress->installEventFilter(this);
-    connect(ui->btnFindDevices, &QPushButton::clicked, this,
-        &CTabDetectZKDevices::FindZKDevicesButtonClicked);
+    ConnectClick(ui->btnFindDevices, this, &CTabDetectZKDevices::FindZKDevicesButtonClicked);
     connect(&detector, &CDeviceDetector::DeviceFound, this,
         &CTabDetectZKDevices::SetDeviceToTableWidget);
 }

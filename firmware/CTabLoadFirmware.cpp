@@ -5,9 +5,9 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/UserInput.h"
 #include "ui_TabLoadFirmware.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QtEndian>
@@ -114,22 +114,16 @@ private:
     quint32 totalSum = 0;
 };
 
-// False when not all of the file could be read.
+// False when not all of the file could be read. A pipe or a device is no file: it may have no end.
 bool ReadImage(QFile& file, QByteArray& image)
 {
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
         return false;
     }
     image = file.readAll();
     const bool whole = file.error() == QFileDevice::NoError && image.size() >= file.size();
     file.close();
     return whole;
-}
-
-// What the user clicked meanwhile is for the window as it is when the work is done.
-void ProcessEventsBesidesInput()
-{
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 } // namespace
@@ -142,12 +136,9 @@ CTabLoadFirmware::CTabLoadFirmware(QWidget* parent)
     ui->btnLoadFirmware->setEnabled(false);
     ui->btnUpdateFirmware->setEnabled(false);
     ui->lblCompatibility->setVisible(false);
-    connect(ui->btnSelectFirmware, &QToolButton::clicked, this,
-        &CTabLoadFirmware::FirmwareFileSelectButtonClicked);
-    connect(ui->btnLoadFirmware, &QPushButton::clicked, this,
-        &CTabLoadFirmware::FirmwareLoadButtonClicked);
-    connect(ui->btnUpdateFirmware, &QPushButton::clicked, this,
-        &CTabLoadFirmware::FirmwareUpdateButtonClicked);
+    ConnectClick(ui->btnSelectFirmware, this, &CTabLoadFirmware::FirmwareFileSelectButtonClicked);
+    ConnectClick(ui->btnLoadFirmware, this, &CTabLoadFirmware::FirmwareLoadButtonClicked);
+    ConnectClick(ui->btnUpdateFirmware, this, &CTabLoadFirmware::FirmwareUpdateButtonClicked);
 }
 
 CTabLoadFirmware::~CTabLoadFirmware() = default;

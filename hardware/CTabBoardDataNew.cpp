@@ -7,9 +7,9 @@
 #include "link/DeviceReconfiguration.h"
 #include "model/CDeviceDatabase.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/UserInput.h"
 #include "ui_TabBoardDataNew.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QtEndian>
@@ -49,11 +49,12 @@ QString NotConnectedText()
     return QStringLiteral("Not connected to any device!");
 }
 
-// At most a region. Empty, with what to tell the user in `message`, when the file cannot be read.
+// At most a region. Empty, with what to tell the user in `message`, when the file cannot be read. A
+// pipe or a device is no file: it may have no end.
 QByteArray ReadRegionFrom(QFile& file, QString& message)
 {
     QByteArray data;
-    if (file.exists() && file.open(QIODevice::ReadOnly)) {
+    if (QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly)) {
         data = file.read(RegionSize);
     } else {
         message = file.fileName() + QStringLiteral(" File could not be found or open");
@@ -118,17 +119,12 @@ void CTabBoardDataNew::BindFields()
 
 void CTabBoardDataNew::ConnectButtons()
 {
-    connect(ui->btnDeviceDataFileSelector, &QToolButton::clicked, this,
-        &CTabBoardDataNew::DeviceDataFileSelector);
-    connect(ui->btnBoardDataFileSelector, &QToolButton::clicked, this,
-        &CTabBoardDataNew::BoardDataFileSelector);
-    connect(ui->btnWriteDeviceData, &QPushButton::clicked, this,
-        &CTabBoardDataNew::DeviceDataWriteButtonClicked);
-    connect(ui->btnWriteBoardData, &QPushButton::clicked, this,
-        &CTabBoardDataNew::BoardDataWriteButtonClicked);
-    connect(ui->btnReadAll, &QPushButton::clicked, this, &CTabBoardDataNew::DataReadButtonClicked);
-    connect(ui->btnWriteOld, &QPushButton::clicked, this,
-        &CTabBoardDataNew::SendOldFirmwareDataButtonClicked);
+    ConnectClick(ui->btnDeviceDataFileSelector, this, &CTabBoardDataNew::DeviceDataFileSelector);
+    ConnectClick(ui->btnBoardDataFileSelector, this, &CTabBoardDataNew::BoardDataFileSelector);
+    ConnectClick(ui->btnWriteDeviceData, this, &CTabBoardDataNew::DeviceDataWriteButtonClicked);
+    ConnectClick(ui->btnWriteBoardData, this, &CTabBoardDataNew::BoardDataWriteButtonClicked);
+    ConnectClick(ui->btnReadAll, this, &CTabBoardDataNew::DataReadButtonClicked);
+    ConnectClick(ui->btnWriteOld, this, &CTabBoardDataNew::SendOldFirmwareDataButtonClicked);
 }
 
 void CTabBoardDataNew::ConnectionStatusChanged()
@@ -250,7 +246,7 @@ void CTabBoardDataNew::WriteDataFile(quint16 offset, QFile& file)
     CDeviceDatabase* const database = TheDeviceDatabase();
     if (!TheDeviceCommunication()->IsConnected()) {
         database->SetApplicationStatus(NotConnectedText());
-        QCoreApplication::processEvents();
+        ProcessEventsBesidesInput();
         return;
     }
     QString result = QStringLiteral("Data written to the device successfully.");
@@ -260,7 +256,7 @@ void CTabBoardDataNew::WriteDataFile(quint16 offset, QFile& file)
     dialog.show();
     dialog.setLabelText(QStringLiteral("Sending %1 bytes...").arg(data.size()));
     database->SetApplicationStatus(QStringLiteral("Writing data to the device .."));
-    QCoreApplication::processEvents();
+    ProcessEventsBesidesInput();
 
     const bool written = WriteRegion(offset, data, dialog);
     if (!written) {
@@ -273,7 +269,7 @@ void CTabBoardDataNew::WriteDataFile(quint16 offset, QFile& file)
     dialog.setValue(data.size());
     database->SetApplicationStatus(result); // in place of what the reading has said
     dialog.close();
-    QCoreApplication::processEvents();
+    ProcessEventsBesidesInput();
 }
 
 void CTabBoardDataNew::DataReadButtonClicked()
@@ -289,7 +285,7 @@ void CTabBoardDataNew::DataReadButtonClicked()
     dialog.show();
     database->SetApplicationStatus(QStringLiteral("Reading EEPROM data from device .."));
     dialog.setValue(1);
-    QCoreApplication::processEvents();
+    ProcessEventsBesidesInput();
 
     QVector<uchar> image;
     if (CBoardDataAccess().ReadEepromImages(device, image, &dialog)) {
@@ -299,7 +295,7 @@ void CTabBoardDataNew::DataReadButtonClicked()
     }
     dialog.setValue(EepromSize);
     database->SetApplicationStatus(result);
-    QCoreApplication::processEvents();
+    ProcessEventsBesidesInput();
 }
 
 void CTabBoardDataNew::SendOldFirmwareDataButtonClicked()

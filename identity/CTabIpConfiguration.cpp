@@ -6,6 +6,7 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/UserInput.h"
 #include "ui_TabIpConfiguration.h"
 
 #include <QEvent>
@@ -70,8 +71,7 @@ CTabIpConfiguration::CTabIpConfiguration(QWidget* parent)
         {ui->txtNewIpAddress, ui->txtNewSubnetMask, ui->txtNewMacAddress}) {
         field->installEventFilter(this);
     }
-    connect(ui->btnSendIpAddress, &QPushButton::clicked, this,
-        &CTabIpConfiguration::SendIpAddressButtonClicked);
+    ConnectClick(ui->btnSendIpAddress, this, &CTabIpConfiguration::SendIpAddressButtonClicked);
 
     CreateMapper();
     mapper->addMapping(ui->txtNewIpAddress, CDeviceDatabase::IpAddressColumn);

@@ -4,8 +4,8 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/UserInput.h"
 
-#include <QCoreApplication>
 #include <QHostAddress>
 
 namespace {
@@ -52,7 +52,7 @@ bool ConnectToDevice(ushort retries, QString address)
     database->SetIpAddress(address);
     database->SetConnectionStatus(CDeviceDatabase::ConnectionConnecting);
     // A second click on the button waits until the dialog below is up and swallows it.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    ProcessEventsBesidesInput();
 
     CCustomProgressDialog dialog(QStringLiteral("Connecting to VX440 (Attempt 1) ..."), 0, 0);
     if (valid) {

@@ -3,6 +3,8 @@
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/PlainToolTip.h"
+#include "shell/UserInput.h"
 #include "ui_TabOptions.h"
 
 #include <QFileDialog>
@@ -46,12 +48,10 @@ CTabOptions::CTabOptions(QWidget* parent)
 {
     ui->setupUi(this);
     ui->lblCompatibility->hide();
-    connect(ui->btnReadDeviceOptions, &QPushButton::clicked, this,
-        &CTabOptions::ReadOptionsFileButtonClicked);
-    connect(ui->btnSendDeviceOptions, &QPushButton::clicked, this,
-        &CTabOptions::SendOptionsToDeviceButtonClicked);
-    connect(ui->btnReadOptionsFromDevice, &QPushButton::clicked, this,
-        &CTabOptions::ReadOptionsFromDeviceButtonClicked);
+    ConnectClick(ui->btnReadDeviceOptions, this, &CTabOptions::ReadOptionsFileButtonClicked);
+    ConnectClick(ui->btnSendDeviceOptions, this, &CTabOptions::SendOptionsToDeviceButtonClicked);
+    ConnectClick(
+        ui->btnReadOptionsFromDevice, this, &CTabOptions::ReadOptionsFromDeviceButtonClicked);
     ui->btnReadDeviceOptions->setEnabled(true);
     ui->btnReadDeviceOptions->hide();
     ui->btnSendDeviceOptions->hide();
@@ -199,6 +199,7 @@ void CTabOptions::BuildOptionGroup(int group, OptionItems items)
         line->setFont(font);
         line->setAlignment(Qt::AlignCenter);
         line->setToolTip(item.second);
+        new CPlainToolTip(line);
         line->setAccessibleName(box->title());
         layout->addWidget(line);
         setTabOrder(line, ui->btnReadOptionsFromDevice); // it stands behind all lines

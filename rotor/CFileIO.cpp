@@ -1,5 +1,6 @@
 #include "rotor/CFileIO.h"
 
+#include <QFileInfo>
 #include <QStringView>
 
 namespace {
@@ -10,6 +11,13 @@ constexpr QLatin1Char LineFeed('\n');
 constexpr QLatin1Char CarriageReturn('\r');
 
 constexpr int BlockLength = 4096;
+
+// Opening one could wait for ever, and reading it never end.
+bool IsPipeOrDevice(const QString& fileName)
+{
+    const QFileInfo info(fileName);
+    return info.exists() && !info.isFile();
+}
 
 bool IsComment(const QString& line)
 {
@@ -54,9 +62,10 @@ bool CFileIO::Open(QIODevice::OpenMode mode)
     stream.reset();
     file.reset(new QFile(fileName));
     atEnd = false;
+    lineTooLong = false;
     block.clear();
     blockPosition = 0;
-    isOpen = file->open(mode);
+    isOpen = !IsPipeOrDevice(fileName) && file->open(mode);
     if (!isOpen) {
         file->close();
         return false;
@@ -70,6 +79,11 @@ bool CFileIO::IsAtEnd() const
     return atEnd;
 }
 
+bool CFileIO::IsLineTooLong() const
+{
+    return lineTooLong;
+}
+
 int CFileIO::ReadLine(QString& line)
 {
     line.clear();
@@ -79,6 +93,9 @@ int CFileIO::ReadLine(QString& line)
     QString text;
     do {
         text = ReadToLineFeed();
+        if (lineTooLong) {
+            break;
+        }
         if (atEnd || text.isEmpty()) {
             return 0;
         }
@@ -91,7 +108,12 @@ QString CFileIO::ReadToLineFeed()
 {
     QString text;
     QChar character;
+    int length = 0;
     while (ReadCharacter(character) && character != LineFeed) {
+        if (++length > MaximumLineLength) {
+            lineTooLong = true;
+            break;
+        }
         if (character != CarriageReturn) {
             text.append(character);
         }

@@ -8,12 +8,15 @@
 #include "rotor/ConfigurationFileLines.h"
 #include "rotor/RotorCatalogue.h"
 #include "rotor/StringTokenizer.h"
+#include "shell/UserInput.h"
 #include "ui_TabMotorConfiguration.h"
 
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QHostAddress>
 #include <QLineEdit>
+
+#include <algorithm>
 
 namespace {
 
@@ -59,6 +62,13 @@ QString EmptyFileNameText()
 QString FileFilter()
 {
     return QStringLiteral("files *.txt");
+}
+
+bool IsMadeOfDigits(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character >= QLatin1Char('0') && character <= QLatin1Char('9');
+    });
 }
 
 bool IsKeyEvent(const QEvent& event)
@@ -132,16 +142,15 @@ void CTabMotorConfiguration::OrderTabKey()
 
 void CTabMotorConfiguration::ConnectButtons()
 {
-    connect(ui->btnReadFromFile, &QPushButton::clicked, this,
-        &CTabMotorConfiguration::ReadMotorConfigurationButtonClicked);
-    connect(ui->btnWriteToFile, &QPushButton::clicked, this,
-        &CTabMotorConfiguration::WriteMotorConfigurationButtonClicked);
-    connect(ui->btnSendToDevice, &QPushButton::clicked, this,
-        &CTabMotorConfiguration::SendConfigurationButtonClicked);
-    connect(ui->btnReceiveFromDevice, &QPushButton::clicked, this,
-        &CTabMotorConfiguration::ReceiveConfigurationButtonClicked);
-    connect(ui->btnReset, &QPushButton::clicked, this,
-        &CTabMotorConfiguration::ResetToDefaultButtonClicked);
+    ConnectClick(
+        ui->btnReadFromFile, this, &CTabMotorConfiguration::ReadMotorConfigurationButtonClicked);
+    ConnectClick(
+        ui->btnWriteToFile, this, &CTabMotorConfiguration::WriteMotorConfigurationButtonClicked);
+    ConnectClick(
+        ui->btnSendToDevice, this, &CTabMotorConfiguration::SendConfigurationButtonClicked);
+    ConnectClick(
+        ui->btnReceiveFromDevice, this, &CTabMotorConfiguration::ReceiveConfigurationButtonClicked);
+    ConnectClick(ui->btnReset, this, &CTabMotorConfiguration::ResetToDefaultButtonClicked);
     connect(this, &CTabMotorConfiguration::ReadFromUi, this,
         &CTabMotorConfiguration::ReadParamValuesFromUi);
     connect(ui->listRotors, qOverload<int>(&QComboBox::currentIndexChanged), this,
@@ -189,6 +198,9 @@ void CTabMotorConfiguration::ChangeRotorType(int index)
 {
     ushort rotorType = UnknownRotorType;
     if (motor == Azimuth || motor == Polar) {
+        if (index < 0 || index >= PresetsOf(motor).size()) {
+            return;
+        }
         const sROTOR_PRESET& preset = PresetsOf(motor).at(index);
         rotorType = preset.rotorType;
         ui->txtRotorType->setText(RotorTypeNames.value(rotorType));
@@ -383,7 +395,7 @@ bool CTabMotorConfiguration::ReadConfigurationFile(QString fileName, QString& er
     while (!file.IsAtEnd()) {
         QString line;
         file.ReadLine(line);
-        if (!ApplyConfigurationLine(line, motor)) {
+        if (file.IsLineTooLong() || !ApplyConfigurationLine(line, motor)) {
             error = QStringLiteral("Invalid line:") + line;
             return false;
         }
@@ -397,9 +409,24 @@ bool CTabMotorConfiguration::eventFilter(QObject* watched, QEvent* event)
     if (edit == nullptr || !IsKeyEvent(*event)) {
         return CTabBaseClass::eventFilter(watched, event);
     }
+    const QString before = edit->text();
     watched->event(event); // the key takes effect first
+    KeepFromGrowing(*edit, before);
     GuardRange(*edit);
     return true;
+}
+
+// A value above the maximum comes from the unit or a file. Once its text is invalid a line edit
+// takes every key.
+void CTabMotorConfiguration::KeepFromGrowing(QLineEdit& edit, QString before)
+{
+    int position = edit.cursorPosition();
+    if (edit.validator()->validate(before, position) != QValidator::Invalid) {
+        return;
+    }
+    if (edit.text().size() > before.size() || !IsMadeOfDigits(edit.text())) {
+        edit.setText(before);
+    }
 }
 
 void CTabMotorConfiguration::GuardRange(QLineEdit& edit)

@@ -50,7 +50,8 @@ public slots:
     /// Reads the motor's parameters and the subnet mask from the unit. Blocks for a second.
     void ReceiveConfigurationButtonClicked();
     void ResetToDefaultButtonClicked();
-    /// Puts the preset of that row of the rotor list into the model. Nothing is sent.
+    /// Puts the preset of that row of the rotor list into the model; a row that there is not does
+    /// nothing. Nothing is sent.
     void ChangeRotorType(int index);
 
 private:
@@ -63,6 +64,8 @@ private:
     QLineEdit* CellEdit(int row) const;
     QString RowHeader(int row) const;
     QString SendTable();
+    // Takes back a key that made an invalid text longer, or put in what is no digit.
+    static void KeepFromGrowing(QLineEdit& edit, QString before);
     void GuardRange(QLineEdit& edit);
 
     QString WriteTables();

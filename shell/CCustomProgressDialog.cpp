@@ -6,17 +6,34 @@
 
 namespace {
 
-// The window that the user is left with when all progress dialogs are closed.
+bool IsMainWindow(const QWidget& window)
+{
+    const bool isOfTheUser = window.windowType() == Qt::Window || window.windowType() == Qt::Dialog;
+    return isOfTheUser && window.parentWidget() == nullptr &&
+           qobject_cast<const QProgressDialog*>(&window) == nullptr;
+}
+
+// The one window that stands for itself: not a tool tip, not the dialog of another window. Null
+// while it is hidden.
 QWindow* VisibleMainWindow()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (const QWidget* window : windows) {
-        if (window->isVisible() && window->windowHandle() != nullptr &&
-            qobject_cast<const QProgressDialog*>(window) == nullptr) {
+        if (window->isVisible() && IsMainWindow(*window)) {
             return window->windowHandle();
         }
     }
     return nullptr;
+}
+
+// A window-modal window blocks the windows that it is transient for, and no others. What is no
+// dialog to the window system may come to lie behind them.
+void StayAboveMainWindow(QWidget& dialog)
+{
+    dialog.winId(); // makes its window
+    QWindow* const window = dialog.windowHandle();
+    window->setFlags(window->flags() | Qt::Dialog);
+    window->setTransientParent(VisibleMainWindow());
 }
 
 bool IsEscape(const QEvent& event)
@@ -31,6 +48,12 @@ bool IsEscape(const QEvent& event)
     }
 }
 
+bool HasCloseButton(const QWidget& window)
+{
+    const Qt::WindowFlags flags = window.windowFlags();
+    return !flags.testFlag(Qt::CustomizeWindowHint) || flags.testFlag(Qt::WindowCloseButtonHint);
+}
+
 } // namespace
 
 CCustomProgressDialog::CCustomProgressDialog(
@@ -41,9 +64,7 @@ CCustomProgressDialog::CCustomProgressDialog(
     setCancelButton(nullptr);
     setMinimumDuration(0);
     if (parent == nullptr) {
-        // A window-modal window blocks the windows that it is transient for, and no others.
-        winId();
-        windowHandle()->setTransientParent(VisibleMainWindow());
+        StayAboveMainWindow(*this);
     }
 }
 
@@ -51,6 +72,7 @@ void CCustomProgressDialog::SetCloseButtonHidden(bool hide)
 {
     if (hide) {
         setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::CustomizeWindowHint);
+        StayAboveMainWindow(*this);
     }
 }
 
@@ -58,6 +80,10 @@ bool CCustomProgressDialog::event(QEvent* event)
 {
     if (IsEscape(*event)) {
         event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::Close && event->spontaneous() && !HasCloseButton(*this)) {
+        event->ignore();
         return true;
     }
     return QWidget::event(event);

@@ -11,12 +11,12 @@ class CCustomProgressDialog : public QProgressDialog
 
 public:
     /// With `minimum` and `maximum` both 0 it shows that something goes on, not how far it is.
-    /// Without a parent it still blocks the program's visible window.
+    /// Without a parent it still blocks the program's main window and stays above it.
     CCustomProgressDialog(
         const QString& label, int minimum, int maximum, QWidget* parent = nullptr);
 
-    /// True takes the close button off the title bar, so that nothing can cancel. False does
-    /// nothing.
+    /// True takes the close button off the title bar, and no other way to close it cancels either.
+    /// False does nothing.
     void SetCloseButtonHidden(bool hide);
 
 protected:

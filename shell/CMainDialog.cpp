@@ -12,14 +12,13 @@
 #include "options/CTabOptions.h"
 #include "rotor/CTabMotorConfiguration.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/UserInput.h"
 #include "ui_MainDialog.h"
 
-#include <QCoreApplication>
 #include <QEvent>
 #include <QIcon>
 #include <QImageReader>
 #include <QPixmap>
-#include <QScopedValueRollback>
 
 namespace {
 
@@ -129,7 +128,7 @@ void CMainDialog::BindStatusTexts()
 
 void CMainDialog::ConnectSignals()
 {
-    connect(ui->btnConnect, &QPushButton::clicked, this, &CMainDialog::ConnectButtonClicked);
+    ConnectClick(ui->btnConnect, this, &CMainDialog::ConnectButtonClicked);
     connect(ui->txtIpAddress, &QLineEdit::returnPressed, ui->btnConnect, &QPushButton::click);
     connect(qobject_cast<CTabIpConfiguration*>(ipTab), &CTabIpConfiguration::SignalIpChanged, this,
         &CMainDialog::IpAddressChanged);
@@ -162,10 +161,6 @@ void CMainDialog::HideBoardDataTab(int index)
 
 void CMainDialog::ConnectButtonClicked()
 {
-    if (connecting) {
-        return; // a click that was under way when the attempt's dialog was closed
-    }
-    const QScopedValueRollback<bool> busy(connecting, true);
     const QString address = ui->txtIpAddress->text();
     ui->lblAppStatus->setText(QString());
     TheDeviceDatabase()->ResetData();
@@ -202,7 +197,7 @@ void CMainDialog::LoadDeviceInfo()
 {
     CCustomProgressDialog dialog(QStringLiteral("Loading Device Info ..."), 0, 100, this);
     dialog.setValue(1);
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    ProcessEventsBesidesInput();
     const int step = 100 / tabs.size();
     int progress = 0;
     for (CTabBaseClass** const tab : qAsConst(tabs)) {

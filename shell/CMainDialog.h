@@ -67,5 +67,4 @@ private:
     // In the order of the passes. The fields are pointed at, since the tabs are made later.
     QVector<CTabBaseClass**> tabs;
     QScopedPointer<QDataWidgetMapper> mapper;
-    bool connecting = false;
 };

@@ -9,6 +9,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QToolButton>
@@ -194,6 +195,7 @@ private slots:
     void closingTheDialogSendsNothingMore();
     void aFileThatIsGoneSendsNothing();
     void aFileThatCannotBeOpenedSendsNothingAndIsNamed();
+    void aPipeSendsNothingAndIsNamed();
     void withoutAConnectionNothingIsSent();
     void aSentImageCanBeInstalledAfterANewConnection();
 
@@ -530,6 +532,22 @@ void TabLoadFirmwareTest::aFileThatCannotBeOpenedSendsNothingAndIsNamed()
     QVERIFY(QDir().mkdir(path));
     Click(LoadButton());
     QVERIFY(QDir().rmdir(path));
+    QCOMPARE(Frames(), QStringList());
+    QCOMPARE(StatusLine(), path + QStringLiteral(" File could not be found or open"));
+    QVERIFY(!UpdateButton()->isEnabled());
+}
+
+// It would wait here for ever.
+void TabLoadFirmwareTest::aPipeSendsNothingAndIsNamed()
+{
+    BeginWith(Image(100));
+    const QString path = folder.filePath(QStringLiteral("image.cyacd"));
+    QVERIFY(QFile::remove(path));
+    if (QProcess::execute(QStringLiteral("mkfifo"), {path}) != 0) {
+        QSKIP("this system has no pipes with a name");
+    }
+    Click(LoadButton());
+    QVERIFY(QFile::remove(path));
     QCOMPARE(Frames(), QStringList());
     QCOMPARE(StatusLine(), path + QStringLiteral(" File could not be found or open"));
     QVERIFY(!UpdateButton()->isEnabled());

@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProcess>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QStyleOptionGroupBox>
@@ -181,6 +182,7 @@ private slots:
     void aRefusalLeavesTheModel();
     void aWriteOnALinkThatWasClosedHereSaysSo();
     void aFileThatIsGoneIsWrittenAsNothing();
+    void aPipeIsWrittenAsNothing();
     void aFileWithoutPermissionIsWrittenAsNothing();
     void aRefusalIsToldInPlaceOfTheMissingFile();
     void whatWasWrittenIsReadBack();
@@ -913,6 +915,21 @@ void TabBoardDataNewTest::aFileThatIsGoneIsWrittenAsNothing()
     QCOMPARE(StatusLine(), told);
     QCOMPARE(notified.statuses, (QStringList{Text("Writing data to the device .."), told,
                                     Text("Eeprom data valid"), told}));
+}
+
+// It would wait here for ever.
+void TabBoardDataNewTest::aPipeIsWrittenAsNothing()
+{
+    const QString path = MakeFile("abc");
+    ChooseFile("Board", path);
+    QVERIFY(QFile::remove(path));
+    if (QProcess::execute(Text("mkfifo"), {path}) != 0) {
+        QSKIP("this system has no pipes with a name");
+    }
+    Click(window->Child<QPushButton>("btnWriteBoardData"));
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(scripted::Actions(), Texts("send 4346360D04B0") + BlockRequests);
+    QCOMPARE(StatusLine(), path + Text(" File could not be found or open"));
 }
 
 void TabBoardDataNewTest::aFileWithoutPermissionIsWrittenAsNothing()

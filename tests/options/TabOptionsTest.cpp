@@ -10,8 +10,10 @@
 
 #include <QFileDialog>
 #include <QGroupBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -266,6 +268,24 @@ private slots:
         QTest::mouseMove(MainWindow()->windowHandle(), middle);
         QTest::mouseMove(MainWindow()->windowHandle(), middle + QPoint(1, 1));
         QTRY_COMPARE(QToolTip::text(), Text("10"));
+        QToolTip::hideText();
+    }
+
+    // A file that a description names is not opened: this pipe would be waited for.
+    void aDescriptionIsNoMarkup()
+    {
+        const QString pipe = folder.filePath(Text("pipe.png"));
+        QCOMPARE(QProcess::execute(Text("mkfifo"), {pipe}), 0);
+        const QString description = Text("<img src=\"%1\"><b>12</b> V").arg(pipe);
+        const SimulatorProcess unit(
+            UnitWith(Text(FullOptions), Text(FullDescriptions).replace(Text("12 V"), description)));
+        ConnectTo(unit.Address());
+        ShowPage("Options");
+        QLineEdit* const line = Lines(*PageOfTheWindow(), 0).first();
+        QCOMPARE(line->toolTip(), description);
+        QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), line->mapToGlobal(QPoint(1, 1)));
+        QCoreApplication::sendEvent(line, &event);
+        QVERIFY(QToolTip::text().contains(description.toHtmlEscaped()));
         QToolTip::hideText();
     }
 

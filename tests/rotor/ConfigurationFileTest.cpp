@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -205,6 +206,10 @@ private slots:
     void aLineIsJudged();
     void anInvalidLineStopsTheReading_data();
     void anInvalidLineStopsTheReading();
+    void aLineWithoutEndIsShownAsFarAsItWasRead_data();
+    void aLineWithoutEndIsShownAsFarAsItWasRead();
+    void aPipeOrADeviceLeavesAnEmptyStatus_data();
+    void aPipeOrADeviceLeavesAnEmptyStatus();
     void theOtherMotorsLinesAreIgnored_data() { AddMotors(); }
     void theOtherMotorsLinesAreIgnored();
     void aReadFileKeepsTheRotorAndItsType_data() { AddMotors(); }
@@ -435,7 +440,7 @@ void ConfigurationFileTest::aFileThatCannotBeWrittenSaysSo_data()
     for (const int motor : {Azimuth, Polar}) {
         QTest::addRow("%s no such folder", NameOf[motor]) << motor << Text("missing/a.txt");
         QTest::addRow("%s a folder of that name", NameOf[motor]) << motor << Text("taken");
-        QTest::addRow("%s a full disk", NameOf[motor]) << motor << Text("full");
+        QTest::addRow("%s a device", NameOf[motor]) << motor << Text("device");
         QTest::addRow("%s no permission", NameOf[motor]) << motor << Text("locked");
     }
 }
@@ -445,7 +450,7 @@ void ConfigurationFileTest::aFileThatCannotBeWrittenSaysSo()
     QFETCH(int, motor);
     QFETCH(QString, name);
     QDir(folder.path()).mkpath(Text("taken.txt"));
-    QFile::link(Text("/dev/full"), folder.filePath(Text("full.txt")));
+    QFile::link(Text("/dev/null"), folder.filePath(Text("device.txt")));
     const QString locked = MakeLockedFile();
     if (locked.contains(name) && QFileInfo(locked).isWritable()) {
         QSKIP("this user may write every file");
@@ -571,6 +576,47 @@ void ConfigurationFileTest::anInvalidLineStopsTheReading()
     QCOMPARE(StatusLine(), Text("Invalid line:") + line);
     QCOMPARE(Stored(motor), With(ModelWords[motor], 0, 7));
     QCOMPARE(Stored(1 - motor), ModelWords[1 - motor]);
+}
+
+void ConfigurationFileTest::aLineWithoutEndIsShownAsFarAsItWasRead_data()
+{
+    QTest::addColumn<QByteArray>("start");
+    QTest::newRow("no token") << QByteArray("x");
+    QTest::newRow("a comment") << QByteArray("#");
+    QTest::newRow("a valid key") << QByteArray("Azimuth (SMD)=7");
+}
+
+void ConfigurationFileTest::aLineWithoutEndIsShownAsFarAsItWasRead()
+{
+    constexpr int Longest = 16 * 1024 * 1024;
+    QFETCH(QByteArray, start);
+    const QByteArray line = start + QByteArray(2 * Longest, 'x');
+    Begin();
+    Read(Azimuth, MakeFile("Azimuth (SD)=8\n" + line + "\nAzimuth (OD)=9\n"));
+    QCOMPARE(StatusLine(), Text("Invalid line:") + Text(line.left(Longest)));
+    QCOMPARE(Stored(Azimuth), With(ModelWords[Azimuth], 2, 8));
+}
+
+void ConfigurationFileTest::aPipeOrADeviceLeavesAnEmptyStatus_data()
+{
+    QTest::addColumn<QString>("path");
+    const QString pipe = folder.filePath(Text("pipe.txt"));
+    if (QProcess::execute(Text("mkfifo"), {pipe}) == 0) {
+        QTest::newRow("a pipe") << pipe;
+    }
+    const QString device = folder.filePath(Text("endless.txt"));
+    if (QFile::link(Text("/dev/full"), device)) {
+        QTest::newRow("a device") << device;
+    }
+}
+
+void ConfigurationFileTest::aPipeOrADeviceLeavesAnEmptyStatus()
+{
+    QFETCH(QString, path);
+    Begin();
+    Read(Azimuth, path);
+    QCOMPARE(StatusLine(), QString());
+    QCOMPARE(Stored(Azimuth), ModelWords[Azimuth]);
 }
 
 void ConfigurationFileTest::theOtherMotorsLinesAreIgnored()

@@ -2,6 +2,7 @@
 #include "tests/support/Warnings.h"
 #include "tests/support/platform/FileSizeLimit.h"
 
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -45,6 +46,8 @@ private slots:
     void withoutANameNothingOpens();
     void whatIsNotThereCannotBeRead();
     void aFolderCannotBeOpened();
+    void aPipeOrADeviceCannotBeOpened_data();
+    void aPipeOrADeviceCannotBeOpened();
     void aFileInAFolderThatIsNotThereCannotBeWritten();
     void aFailedOpenLeavesTheFileClosed();
     void makingTheObjectOpensNothing();
@@ -52,6 +55,8 @@ private slots:
     void aFileIsReadLineByLine();
     void theByteOrderMarkDecidesTheEncoding_data();
     void theByteOrderMarkDecidesTheEncoding();
+    void aLineHasAtMostSixteenMebibytes_data();
+    void aLineHasAtMostSixteenMebibytes();
     void theEndIsMetOnlyBehindTheLastLine();
     void theEndStaysMet();
     void openingAgainBeginsAnew();
@@ -132,6 +137,33 @@ void FileIOTest::whatIsNotThereCannotBeRead()
 void FileIOTest::aFolderCannotBeOpened()
 {
     CFileIO file(folder.path());
+    QVERIFY(!file.OpenForRead());
+    QVERIFY(!file.OpenForWrite());
+}
+
+void FileIOTest::aPipeOrADeviceCannotBeOpened_data()
+{
+    QTest::addColumn<QString>("path");
+    const QString pipe = NewPath();
+    if (QProcess::execute(Text("mkfifo"), {pipe}) == 0) {
+        QTest::newRow("a pipe") << pipe;
+    }
+    for (const char* const device : {"/dev/null", "/dev/zero", "/dev/full"}) {
+        if (QFile::exists(Text(device))) {
+            QTest::newRow(device) << Text(device);
+        }
+    }
+    const QString link = NewPath();
+    if (QFile::link(Text("/dev/zero"), link)) {
+        QTest::newRow("a link to a device") << link;
+    }
+}
+
+// A pipe would wait here for ever.
+void FileIOTest::aPipeOrADeviceCannotBeOpened()
+{
+    QFETCH(QString, path);
+    CFileIO file(path);
     QVERIFY(!file.OpenForRead());
     QVERIFY(!file.OpenForWrite());
 }
@@ -226,6 +258,36 @@ void FileIOTest::theByteOrderMarkDecidesTheEncoding()
     CFileIO file(NewFile(content));
     QVERIFY(file.OpenForRead());
     QCOMPARE(ReadLineOf(file), QStringLiteral("k=\u00E9"));
+}
+
+void FileIOTest::aLineHasAtMostSixteenMebibytes_data()
+{
+    constexpr int Sixteen = 16 * 1024 * 1024;
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("tooLong");
+    QTest::addColumn<int>("length");
+    QTest::newRow("a line of 16 MiB") << QByteArray(Sixteen, 'x') + "\n" << false << Sixteen;
+    QTest::newRow("one byte more") << QByteArray(Sixteen + 1, 'x') + "\n" << true << Sixteen;
+    QTest::newRow("as much without an end") << QByteArray(Sixteen + 1, 'x') << true << Sixteen;
+    QTest::newRow("a comment") << "#" + QByteArray(Sixteen, 'x') + "\na=1\n" << true << Sixteen;
+    QTest::newRow("blanks") << QByteArray(Sixteen + 1, ' ') + "\na=1\n" << true << Sixteen;
+    QTest::newRow("carriage returns") << QByteArray(Sixteen + 1, '\r') + "a=1\n" << true << 0;
+    QTest::newRow("two lines, longer together")
+        << QByteArray(9 << 20, 'x') + "\n" + QByteArray(9 << 20, 'y') + "\n"
+        << false << (9 << 20);
+}
+
+void FileIOTest::aLineHasAtMostSixteenMebibytes()
+{
+    QFETCH(QByteArray, content);
+    CFileIO file(NewFile(content));
+    QVERIFY(file.OpenForRead());
+    QVERIFY(!file.IsLineTooLong());
+    int result = -1;
+    const QString line = ReadLineOf(file, &result);
+    QCOMPARE(result, 1);
+    QTEST(file.IsLineTooLong(), "tooLong");
+    QTEST(line.size(), "length");
 }
 
 void FileIOTest::theEndIsMetOnlyBehindTheLastLine()
@@ -353,10 +415,10 @@ void FileIOTest::afterAFailedLineNoOtherIsWritten()
 void FileIOTest::hundredMegabytesTakeLessThanTenSeconds_data()
 {
     QTest::addColumn<QByteArray>("piece");
-    QTest::newRow("one line without a line feed") << QByteArray(1000, 'x');
-    QTest::newRow("carriage returns") << QByteArray(1000, '\r');
+    QTest::newRow("comments") << '#' + QByteArray(998, 'x') + '\n';
+    QTest::newRow("carriage returns") << QByteArray(999, '\r') + '\n';
     QTest::newRow("empty lines") << QByteArray(1000, '\n');
-    QTest::newRow("blanks") << QByteArray(1000, ' ');
+    QTest::newRow("blanks") << QByteArray(999, ' ') + '\n';
 }
 
 // Of the processor's time: how busy the machine is does not matter.

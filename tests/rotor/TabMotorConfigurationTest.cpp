@@ -6,6 +6,7 @@
 #include "tests/support/WindowTest.h"
 
 #include <QAbstractItemView>
+#include <QClipboard>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QIntValidator>
@@ -308,6 +309,14 @@ private slots:
     void aDigitAboveTheMaximumIsRefusedWithoutAWarning();
     void aKeyInTheCurrentRowCutsAStoredValueToTheMaximum_data() { AddMotors(); }
     void aKeyInTheCurrentRowCutsAStoredValueToTheMaximum();
+    void anyKeyInTheCurrentRowCutsAValueFromOutside_data();
+    void anyKeyInTheCurrentRowCutsAValueFromOutside();
+    void inAnotherCurrentRowNoKeyLengthensOrSpoilsAValueFromOutside_data() { AddMotorsAndRows(); }
+    void inAnotherCurrentRowNoKeyLengthensOrSpoilsAValueFromOutside();
+    void inAnotherCurrentRowBackspaceShortensAValueFromOutside_data() { AddMotors(); }
+    void inAnotherCurrentRowBackspaceShortensAValueFromOutside();
+    void anEntryThatTheRotorListHasNotDoesNothing_data();
+    void anEntryThatTheRotorListHasNotDoesNothing();
     void aReleasedKeyIsGuardedToo();
     void withoutACurrentRowAKeyChangesNothing_data() { AddMotors(); }
     void withoutACurrentRowAKeyChangesNothing();
@@ -749,6 +758,99 @@ void TabMotorConfigurationTest::aKeyInTheCurrentRowCutsAStoredValueToTheMaximum(
     QCOMPARE(int(Stored(motor).at(10)), 200);
 }
 
+void TabMotorConfigurationTest::anyKeyInTheCurrentRowCutsAValueFromOutside_data()
+{
+    QTest::addColumn<int>("motor");
+    QTest::addColumn<int>("key");
+    for (const int motor : Motors) {
+        for (const int key : {int(Qt::Key_X), int(Qt::Key_Minus), int(Qt::Key_5),
+                 int(Qt::Key_Space), int(Qt::Key_Left), int(Qt::Key_Shift)}) {
+            QTest::addRow("%s %x", NameOf[motor], unsigned(key)) << motor << key;
+        }
+    }
+}
+
+void TabMotorConfigurationTest::anyKeyInTheCurrentRowCutsAValueFromOutside()
+{
+    QFETCH(int, motor);
+    QFETCH(int, key);
+    Begin(motor);
+    TheDeviceDatabase()->SetMotorParameter(motor, 10, 200);
+    Click(Edit(motor, SpeedRow));
+    QCOMPARE(Table(motor)->currentRow(), SpeedRow);
+    Press(Qt::Key(key));
+    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("100"));
+    QCOMPARE(StatusLine(), QStringLiteral("Warning: SMS must be in in range 0 - 100"));
+}
+
+// Of the rows only the speed has a maximum that the model's values can pass.
+void TabMotorConfigurationTest::inAnotherCurrentRowNoKeyLengthensOrSpoilsAValueFromOutside()
+{
+    QFETCH(int, motor);
+    QFETCH(int, row);
+    const QString outside = row == SpeedRow ? QStringLiteral("200") : QStringLiteral("99999");
+    Begin(motor);
+    QLineEdit* const edit = Edit(motor, row);
+    Click(edit);
+    edit->setText(outside);
+    MakeCurrent(motor, -1);
+    for (const int key :
+        {int(Qt::Key_X), int(Qt::Key_Minus), int(Qt::Key_Space), int(Qt::Key_5), int(Qt::Key_7)}) {
+        Press(Qt::Key(key));
+        QCOMPARE(edit->text(), outside);
+    }
+    QGuiApplication::clipboard()->setText(QStringLiteral("5x"));
+    Press(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(edit->text(), outside);
+    edit->selectAll();
+    Press(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(edit->text(), outside);
+    edit->selectAll();
+    Press(Qt::Key_5);
+    QCOMPARE(edit->text(), QStringLiteral("5"));
+    QCOMPARE(StatusLine(), QStringLiteral("before"));
+}
+
+void TabMotorConfigurationTest::inAnotherCurrentRowBackspaceShortensAValueFromOutside()
+{
+    QFETCH(int, motor);
+    Begin(motor);
+    TheDeviceDatabase()->SetMotorParameter(motor, 10, 2000);
+    Click(Edit(motor, SpeedRow));
+    MakeCurrent(motor, 0);
+    Press(Qt::Key_End);
+    Press(Qt::Key_Backspace);
+    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("200"));
+    Press(Qt::Key_Backspace);
+    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("20"));
+    Press(Qt::Key_5);
+    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("20"));
+    QCOMPARE(StatusLine(), QStringLiteral("before"));
+}
+
+void TabMotorConfigurationTest::anEntryThatTheRotorListHasNotDoesNothing_data()
+{
+    QTest::addColumn<int>("motor");
+    QTest::addColumn<int>("entry");
+    for (const int motor : Motors) {
+        const int entries = motor == Azimuth ? 7 : 5;
+        for (const int entry : {-2, -1, entries, entries + 1, 1000000}) {
+            QTest::addRow("%s %d", NameOf[motor], entry) << motor << entry;
+        }
+    }
+}
+
+void TabMotorConfigurationTest::anEntryThatTheRotorListHasNotDoesNothing()
+{
+    QFETCH(int, motor);
+    QFETCH(int, entry);
+    Begin(motor);
+    const Notified notified;
+    Page(motor)->ChangeRotorType(entry);
+    QCOMPARE(notified.columns, QVector<int>());
+    QCOMPARE(Stored(motor), ModelWords[motor]);
+}
+
 void TabMotorConfigurationTest::aReleasedKeyIsGuardedToo()
 {
     Begin(Azimuth);
@@ -773,7 +875,7 @@ void TabMotorConfigurationTest::withoutACurrentRowAKeyChangesNothing()
     Press(Qt::Key_Home);
     Press(Qt::Key_End);
     Type(QStringLiteral("1"));
-    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("2001"));
+    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("200"));
     QCOMPARE(StatusLine(), QStringLiteral("before"));
 }
 

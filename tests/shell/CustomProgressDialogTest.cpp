@@ -3,8 +3,10 @@
 #include "tests/support/WindowTest.h"
 
 #include <QLabel>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QToolTip>
 #include <QWindow>
 #include <QtTest>
 
@@ -108,6 +110,44 @@ private slots:
         QCOMPARE(dialog.windowHandle()->transientParent(), MainWindow()->windowHandle());
         CloseByTitleBar(MainWindow());
         QVERIFY(MainWindow()->isVisible());
+    }
+
+    void itStaysAboveTheMainWindowWhateverElseIsOnShow_data()
+    {
+        QTest::addColumn<bool>("hidden");
+        QTest::newRow("with a close button") << false;
+        QTest::newRow("with its close button hidden") << true;
+    }
+    void itStaysAboveTheMainWindowWhateverElseIsOnShow()
+    {
+        QFETCH(bool, hidden);
+        QToolTip::showText(MainWindow()->pos(), QStringLiteral("a tip"), MainWindow());
+        QLabel tip(QStringLiteral("a tip"), nullptr, Qt::ToolTip);
+        tip.show();
+        QMessageBox question(MainWindow());
+        question.setModal(false);
+        question.show();
+        for (QWidget* const parent : {static_cast<QWidget*>(nullptr), MainWindow()}) {
+            CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, parent);
+            dialog.SetCloseButtonHidden(hidden);
+            dialog.setValue(1);
+            QCOMPARE(dialog.windowHandle()->transientParent(), MainWindow()->windowHandle());
+            QCOMPARE(dialog.windowHandle()->type(), Qt::Dialog);
+            QCOMPARE(dialog.windowHandle()->modality(), Qt::WindowModal);
+        }
+        QToolTip::hideText();
+    }
+
+    void withItsCloseButtonHiddenNothingOfTheUsersClosesIt()
+    {
+        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, MainWindow());
+        dialog.SetCloseButtonHidden(true);
+        dialog.setValue(1);
+        CloseByTitleBar(&dialog);
+        QVERIFY(dialog.isVisible());
+        QVERIFY(!dialog.wasCanceled());
+        dialog.close();
+        QVERIFY(!dialog.isVisible());
     }
 
     void hidingTheCloseButtonLeavesABareTitleBar()

@@ -396,6 +396,32 @@ private slots:
         QCOMPARE(unit.Commands(), LoadCommands(true));
     }
 
+    void whatComesFromOutsideIsNeverMarkup()
+    {
+        const QString markup = QStringLiteral("<img src=\"/dev/zero\"><b>x</b>");
+        TheDeviceDatabase()->SetApplicationStatus(markup);
+        TheDeviceDatabase()->SetPartNumber(markup);
+        TheDeviceDatabase()->SetSerialNumber(markup);
+        TheDeviceDatabase()->SetFirmwareVersion(markup);
+        TheDeviceDatabase()->SetMacAddress(markup);
+        QCOMPARE(StatusLine(), markup);
+        QCOMPARE(TextOf("txtPartNumber"), markup);
+        int shown = 0;
+        const auto labels = MainWindow()->findChildren<QLabel*>();
+        for (const QLabel* const label : labels) {
+            if (label->text().contains(markup)) {
+                QCOMPARE(label->textFormat(), Qt::PlainText);
+                ++shown;
+            }
+        }
+        QCOMPARE(shown, 1);
+        const auto widgets = MainWindow()->findChildren<QWidget*>();
+        for (const QWidget* const widget : widgets) {
+            QVERIFY(!widget->toolTip().contains(markup));
+        }
+        TheDeviceDatabase()->ResetData();
+    }
+
     void aLostLinkTellsTheUserAndKeepsWhatIsKnown()
     {
         SimulatorProcess unit;
