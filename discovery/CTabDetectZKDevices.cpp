@@ -3,6 +3,7 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/MaskedFields.h"
 #include "shell/UserInput.h"
 #include "ui_TabDetectZKDevices.h"
 
@@ -40,6 +41,7 @@ CTabDetectZKDevices::CTabDetectZKDevices(QWidget* parent)
     , ui(new Ui::TabDetectZKDevices)
 {
     ui->setupUi(this);
+    ui->btnFindDevices->setShortcut(QKeySequence()); // its ampersand makes one of Alt and K
     ui->tblDetectDevices->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     ui->txtStartIpAddress->installEventFilter(this);
     ui->txtEndIpAddress->installEventFilter(this);
@@ -56,16 +58,12 @@ void CTabDetectZKDevices::UpdateControls() {}
 
 bool CTabDetectZKDevices::eventFilter(QObject* watched, QEvent* event)
 {
-    const bool isField = watched == ui->txtStartIpAddress || watched == ui->txtEndIpAddress;
-    if (!isField || event->type() != QEvent::MouseButtonPress) {
-        return false;
+    for (QLineEdit* const field : {ui->txtStartIpAddress, ui->txtEndIpAddress}) {
+        if (watched == field) {
+            return FilterMaskedField(*field, *event, QLatin1Char('.'));
+        }
     }
-    auto* field = static_cast<QLineEdit*>(watched);
-    if (!field->text().remove(QLatin1Char('.')).isEmpty()) {
-        return false;
-    }
-    field->setCursorPosition(0);
-    return true;
+    return false;
 }
 
 void CTabDetectZKDevices::FindZKDevicesButtonClicked()

@@ -7,6 +7,7 @@
 #include "link/DeviceReconfiguration.h"
 #include "model/CDeviceDatabase.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/ModelMapper.h"
 #include "shell/UserInput.h"
 #include "ui_TabBoardDataNew.h"
 
@@ -99,7 +100,7 @@ CTabBoardDataNew::~CTabBoardDataNew() = default;
 
 void CTabBoardDataNew::BindFields()
 {
-    CreateMapper();
+    mapper.reset(NewModelMapper());
     mapper->addMapping(ui->txtDevicePartNumber, CDeviceDatabase::PartNumber0Column);
     mapper->addMapping(ui->txtDeviceProductIndex, CDeviceDatabase::ProductIndex0Column);
     mapper->addMapping(ui->txtDeviceSerialNumber, CDeviceDatabase::SerialNumber0Column);

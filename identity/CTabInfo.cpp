@@ -2,6 +2,7 @@
 
 #include "link/DeviceReconfiguration.h"
 #include "model/CDeviceDatabase.h"
+#include "shell/ModelMapper.h"
 #include "ui_TabInfo.h"
 
 CTabInfo::CTabInfo(QWidget* parent)
@@ -11,7 +12,7 @@ CTabInfo::CTabInfo(QWidget* parent)
     ui->setupUi(this);
     ui->txtMacAddress->setInputMask(QStringLiteral("HH:HH:HH:HH:HH:HH"));
 
-    CreateMapper();
+    mapper.reset(NewModelMapper());
     mapper->addMapping(ui->txtMacAddress, CDeviceDatabase::MacAddressColumn);
     mapper->addMapping(ui->txtPartNumber, CDeviceDatabase::PartNumber0Column);
     mapper->addMapping(ui->txtProductIndex, CDeviceDatabase::ProductIndex0Column);

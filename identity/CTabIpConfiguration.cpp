@@ -6,6 +6,8 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/MaskedFields.h"
+#include "shell/ModelMapper.h"
 #include "shell/UserInput.h"
 #include "ui_TabIpConfiguration.h"
 
@@ -60,8 +62,7 @@ CTabIpConfiguration::CTabIpConfiguration(QWidget* parent)
     , ui(new Ui::TabIpConfiguration)
 {
     ui->setupUi(this);
-    // Of the ampersand in its text Alt and the space bar would be made.
-    ui->btnSendIpAddress->setShortcut(QKeySequence());
+    ui->btnSendIpAddress->setShortcut(QKeySequence()); // its ampersand makes one of Alt and Space
     ui->btnSendIpAddress->setEnabled(false);
     ui->btnSendMacAddress->setEnabled(false);
     ui->lblMacAddress->hide();
@@ -73,7 +74,7 @@ CTabIpConfiguration::CTabIpConfiguration(QWidget* parent)
     }
     ConnectClick(ui->btnSendIpAddress, this, &CTabIpConfiguration::SendIpAddressButtonClicked);
 
-    CreateMapper();
+    mapper.reset(NewModelMapper());
     mapper->addMapping(ui->txtNewIpAddress, CDeviceDatabase::IpAddressColumn);
     mapper->addMapping(ui->txtNewSubnetMask, CDeviceDatabase::SubnetMaskColumn);
     mapper->addMapping(ui->txtNewMacAddress, CDeviceDatabase::MacAddressColumn);
@@ -94,18 +95,13 @@ void CTabIpConfiguration::UpdateControls()
 
 bool CTabIpConfiguration::eventFilter(QObject* watched, QEvent* event)
 {
-    const bool isMac = watched == ui->txtNewMacAddress;
-    const bool isField = isMac || watched == ui->txtNewIpAddress || watched == ui->txtNewSubnetMask;
-    if (!isField || event->type() != QEvent::MouseButtonPress) {
-        return false;
+    for (QLineEdit* const field : {ui->txtNewIpAddress, ui->txtNewSubnetMask}) {
+        if (watched == field) {
+            return FilterMaskedField(*field, *event, QLatin1Char('.'));
+        }
     }
-    auto* field = static_cast<QLineEdit*>(watched);
-    const QLatin1Char separator(isMac ? ':' : '.');
-    if (!field->text().remove(separator).isEmpty()) {
-        return false;
-    }
-    field->setCursorPosition(0);
-    return true;
+    return watched == ui->txtNewMacAddress &&
+           FilterMaskedField(*ui->txtNewMacAddress, *event, QLatin1Char(':'));
 }
 
 void CTabIpConfiguration::SendIpAddressButtonClicked()

@@ -3,6 +3,7 @@
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/FormLook.h"
 #include "shell/PlainToolTip.h"
 #include "shell/UserInput.h"
 #include "ui_TabOptions.h"
@@ -48,6 +49,9 @@ CTabOptions::CTabOptions(QWidget* parent)
 {
     ui->setupUi(this);
     ui->lblCompatibility->hide();
+    for (const OptionGroup& group : OptionGroups) {
+        (ui.get()->*group.box)->setFont(FormFont()); // its style sheet would begin with a theme's
+    }
     ConnectClick(ui->btnReadDeviceOptions, this, &CTabOptions::ReadOptionsFileButtonClicked);
     ConnectClick(ui->btnSendDeviceOptions, this, &CTabOptions::SendOptionsToDeviceButtonClicked);
     ConnectClick(

@@ -8,9 +8,11 @@
 #include "rotor/ConfigurationFileLines.h"
 #include "rotor/RotorCatalogue.h"
 #include "rotor/StringTokenizer.h"
+#include "shell/ModelMapper.h"
 #include "shell/UserInput.h"
 #include "ui_TabMotorConfiguration.h"
 
+#include <QAbstractItemView>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QHostAddress>
@@ -103,13 +105,17 @@ void CTabMotorConfiguration::SetUpTable()
     table->setRowCount(headerLabels.size());
     table->setColumnCount(1);
     table->setVerticalHeaderLabels(headerLabels);
+    table->setHorizontalHeaderLabels({QStringLiteral("Value")}); // which only a screen reader tells
     table->horizontalHeader()->setVisible(false);
     table->verticalHeader()->setFixedWidth(RowHeaderWidth);
     table->setColumnWidth(ValueColumn, ValueWidth);
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->setSortingEnabled(false);
 
-    CreateMapper();
+    table->installEventFilter(this);
+    ui->listRotors->installEventFilter(this);
+
+    mapper.reset(NewModelMapper());
     for (int row = 0; row < MotorParameterRanges.size(); ++row) {
         SetUpCell(row);
     }
@@ -126,10 +132,23 @@ void CTabMotorConfiguration::SetUpCell(int row)
     edit->setValidator(new CTableValueValidator(range.minimum, range.maximum, edit));
     edit->installEventFilter(this);
     ui->tblMotorConfiguration->setCellWidget(row, ValueColumn, edit);
+    TellCell(row, edit->text());
+    connect(edit, &QLineEdit::textChanged, this,
+        [this, row](const QString& text) { TellCell(row, text); });
     mapper->addMapping(edit, ColumnOf(motor, range.parameterId));
 }
 
-// The edits are made behind the form's widgets; the key is to walk them with the table.
+// A screen reader sees the cell and not the edit that lies on it.
+void CTabMotorConfiguration::TellCell(int row, const QString& text)
+{
+    QTableWidget* const table = ui->tblMotorConfiguration;
+    if (table->item(row, ValueColumn) == nullptr) {
+        table->setItem(row, ValueColumn, new QTableWidgetItem);
+    }
+    table->item(row, ValueColumn)->setData(Qt::AccessibleTextRole, text);
+}
+
+// The edits are made behind the form's widgets; the key is to walk them in place of the table.
 void CTabMotorConfiguration::OrderTabKey()
 {
     QWidget* previous = ui->tblMotorConfiguration;
@@ -138,6 +157,7 @@ void CTabMotorConfiguration::OrderTabKey()
         previous = CellEdit(row);
     }
     setTabOrder(previous, ui->btnReadFromFile);
+    ui->tblMotorConfiguration->setFocusPolicy(Qt::NoFocus);
 }
 
 void CTabMotorConfiguration::ConnectButtons()
@@ -162,6 +182,8 @@ void CTabMotorConfiguration::FillRotorList()
     for (const sROTOR_PRESET& preset : PresetsOf(motor)) {
         ui->listRotors->addItem(preset.name);
     }
+    ui->listRotors->setItemData(0, QStringLiteral("No rotor"), Qt::AccessibleTextRole);
+    ui->listRotors->view()->setAccessibleName(ui->listRotors->accessibleName());
 }
 
 QLineEdit* CTabMotorConfiguration::CellEdit(int row) const
@@ -405,6 +427,10 @@ bool CTabMotorConfiguration::ReadConfigurationFile(QString fileName, QString& er
 
 bool CTabMotorConfiguration::eventFilter(QObject* watched, QEvent* event)
 {
+    if (IsLeftToOthers(watched, *event)) {
+        event->ignore();
+        return true;
+    }
     auto* const edit = qobject_cast<QLineEdit*>(watched);
     if (edit == nullptr || !IsKeyEvent(*event)) {
         return CTabBaseClass::eventFilter(watched, event);
@@ -414,6 +440,15 @@ bool CTabMotorConfiguration::eventFilter(QObject* watched, QEvent* event)
     KeepFromGrowing(*edit, before);
     GuardRange(*edit);
     return true;
+}
+
+// The wheel over the closed list would replace the whole table, and a key that a field has left
+// would end up in another.
+bool CTabMotorConfiguration::IsLeftToOthers(const QObject* watched, const QEvent& event) const
+{
+    const bool isWheelOverList = watched == ui->listRotors && event.type() == QEvent::Wheel;
+    const bool isKeyOfTable = watched == ui->tblMotorConfiguration && IsKeyEvent(event);
+    return isWheelOverList || isKeyOfTable;
 }
 
 // A value above the maximum comes from the unit or a file. Once its text is invalid a line edit

@@ -25,7 +25,8 @@ public:
     ~CTabMotorConfiguration() override;
 
     /// Guards the table's edits: a key that leaves a text above the maximum of the table's current
-    /// row sets it to that maximum and says so.
+    /// row sets it to that maximum and says so. Keeps keys from the table itself, and the wheel
+    /// from the closed rotor list.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     /// Shows what the unit's firmware generation knows, then receives as the button does.
@@ -57,6 +58,7 @@ public slots:
 private:
     void SetUpTable();
     void SetUpCell(int row);
+    void TellCell(int row, const QString& text);
     void OrderTabKey();
     void ConnectButtons();
     void FillRotorList();
@@ -64,6 +66,7 @@ private:
     QLineEdit* CellEdit(int row) const;
     QString RowHeader(int row) const;
     QString SendTable();
+    bool IsLeftToOthers(const QObject* watched, const QEvent& event) const;
     // Takes back a key that made an invalid text longer, or put in what is no digit.
     static void KeepFromGrowing(QLineEdit& edit, QString before);
     void GuardRange(QLineEdit& edit);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QProgressBar>
 #include <QWindow>
 
 namespace {
@@ -15,12 +16,12 @@ bool IsMainWindow(const QWidget& window)
 
 // The one window that stands for itself: not a tool tip, not the dialog of another window. Null
 // while it is hidden.
-QWindow* VisibleMainWindow()
+const QWidget* VisibleMainWindow()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
-    for (const QWidget* window : windows) {
+    for (const QWidget* const window : windows) {
         if (window->isVisible() && IsMainWindow(*window)) {
-            return window->windowHandle();
+            return window;
         }
     }
     return nullptr;
@@ -33,7 +34,9 @@ void StayAboveMainWindow(QWidget& dialog)
     dialog.winId(); // makes its window
     QWindow* const window = dialog.windowHandle();
     window->setFlags(window->flags() | Qt::Dialog);
-    window->setTransientParent(VisibleMainWindow());
+    if (const QWidget* const mainWindow = VisibleMainWindow()) {
+        window->setTransientParent(mainWindow->windowHandle());
+    }
 }
 
 bool IsEscape(const QEvent& event)
@@ -63,6 +66,10 @@ CCustomProgressDialog::CCustomProgressDialog(
     setWindowModality(Qt::WindowModal);
     setCancelButton(nullptr);
     setMinimumDuration(0);
+    if (const QWidget* const mainWindow = VisibleMainWindow()) {
+        setWindowTitle(mainWindow->windowTitle());
+    }
+    findChild<QProgressBar*>()->setAccessibleName(label);
     if (parent == nullptr) {
         StayAboveMainWindow(*this);
     }

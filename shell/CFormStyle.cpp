@@ -1,6 +1,11 @@
 #include "shell/CFormStyle.h"
 
+#include "shell/CMainDialog.h"
+#include "shell/CTabBaseClass.h"
+
 #include <QPainter>
+#include <QStyleOptionButton>
+#include <QStyleOptionFrame>
 #include <QStyleOptionProgressBar>
 #include <QStyleOptionTab>
 
@@ -14,6 +19,22 @@ constexpr int GroupTitleGap = 3;
 bool HasExtent(const QStyleOptionProgressBar& bar)
 {
     return bar.minimum < bar.maximum;
+}
+
+// The window, or a page that stands alone. The dialogs of a page are windows of their own.
+bool IsOfAForm(const QWidget& widget)
+{
+    const QWidget* const window = widget.window();
+    return qobject_cast<const CMainDialog*>(window) != nullptr ||
+           qobject_cast<const CTabBaseClass*>(window) != nullptr;
+}
+
+template<class Option>
+Option WithLiteralAmpersands(const Option& option)
+{
+    Option literal(option);
+    literal.text.replace(QLatin1Char('&'), QLatin1String("&&"));
+    return literal;
 }
 
 QRect FilledPart(const QStyleOptionProgressBar& bar)
@@ -57,7 +78,20 @@ void CFormStyle::drawControl(ControlElement element, const QStyleOption* option,
             {CE_ProgressBarGroove, CE_ProgressBarContents, CE_ProgressBarLabel}) {
             drawControl(part, option, painter, widget);
         }
-    } else if (bar == nullptr || !DrawBarPart(element, *bar, *painter)) {
+        return;
+    }
+    if (bar != nullptr && DrawBarPart(element, *bar, *painter)) {
+        return;
+    }
+    if (widget == nullptr || !IsOfAForm(*widget)) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+    } else if (const auto* const tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+        const auto literal = WithLiteralAmpersands(*tab);
+        QProxyStyle::drawControl(element, &literal, painter, widget);
+    } else if (const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+        const auto literal = WithLiteralAmpersands(*button);
+        QProxyStyle::drawControl(element, &literal, painter, widget);
+    } else {
         QProxyStyle::drawControl(element, option, painter, widget);
     }
 }
@@ -65,29 +99,30 @@ void CFormStyle::drawControl(ControlElement element, const QStyleOption* option,
 void CFormStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
     QPainter* painter, const QWidget* widget) const
 {
+    const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    if (frame != nullptr && element == PE_PanelLineEdit && frame->state.testFlag(State_ReadOnly)) {
+        QStyleOptionFrame ground(*frame);
+        ground.palette.setBrush(QPalette::Base, frame->palette.window());
+        QProxyStyle::drawPrimitive(element, &ground, painter, widget);
+        return;
+    }
     if (element != PE_FrameGroupBox) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         return;
     }
     const int title = qMax(pixelMetric(PM_IndicatorHeight), option->fontMetrics.height());
-    const QRect frame = option->rect.adjusted(0, title + GroupTitleGap, 0, 0);
+    const QRect border = option->rect.adjusted(0, title + GroupTitleGap, 0, 0);
     const QColor window = option->palette.window().color();
-    painter->fillRect(frame, window.darker(GroupBorderDarkness));
-    painter->fillRect(frame.adjusted(1, 1, -1, -1), window.darker(GroupDarkness));
-}
-
-void CFormStyle::drawItemText(QPainter* painter, const QRect& rectangle, int flags,
-    const QPalette& palette, bool enabled, const QString& text, QPalette::ColorRole textRole) const
-{
-    const int asItStands = flags & ~(Qt::TextShowMnemonic | Qt::TextHideMnemonic);
-    QProxyStyle::drawItemText(painter, rectangle, asItStands, palette, enabled, text, textRole);
+    painter->fillRect(border, window.darker(GroupBorderDarkness));
+    painter->fillRect(border.adjusted(1, 1, -1, -1), window.darker(GroupDarkness));
 }
 
 QSize CFormStyle::sizeFromContents(
     ContentsType type, const QStyleOption* option, const QSize& size, const QWidget* widget) const
 {
     QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
-    if (const auto* const tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+    const auto* const tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+    if (tab != nullptr && widget != nullptr && IsOfAForm(*widget)) {
         const int measured = tab->fontMetrics.size(Qt::TextShowMnemonic, tab->text).width();
         result.rwidth() += tab->fontMetrics.size(0, tab->text).width() - measured;
     }

@@ -2,12 +2,13 @@
 
 #include <QProxyStyle>
 
-/// The style that the forms were drawn for. Their texts have ampersands and no mnemonics: an
-/// ampersand is shown as it stands, and a page's title gets the room for it. A progress bar is made
-/// of plain rectangles, one over the other: a search paints it for each address, and shaded,
-/// rounded shapes would be most of what that costs; a firmware transfer sets it for each byte, and
-/// measuring its text would be most of that. The frame of a group has no picture: for one, Qt would
-/// load all its image plugins at the start.
+/// The style that the forms were drawn for. Their texts have ampersands and no mnemonics: in the
+/// main window an ampersand is shown as it stands, and a page's title gets the room for it. Qt's
+/// own dialogs keep their mnemonics. A field that cannot be edited has no light ground. A progress
+/// bar is made of plain rectangles, one over the other: a search paints it for each address, and
+/// shaded, rounded shapes would be most of what that costs; a firmware transfer sets it for each
+/// byte, and measuring its text would be most of that. The frame of a group has no picture: for
+/// one, Qt would load all its image plugins at the start.
 class CFormStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -19,9 +20,6 @@ public:
         const QWidget* widget = nullptr) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
         const QWidget* widget = nullptr) const override;
-    void drawItemText(QPainter* painter, const QRect& rectangle, int flags, const QPalette& palette,
-        bool enabled, const QString& text,
-        QPalette::ColorRole textRole = QPalette::NoRole) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
         const QWidget* widget) const override;
     QRect subElementRect(SubElement element, const QStyleOption* option,

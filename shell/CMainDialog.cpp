@@ -12,13 +12,17 @@
 #include "options/CTabOptions.h"
 #include "rotor/CTabMotorConfiguration.h"
 #include "shell/CCustomProgressDialog.h"
+#include "shell/MaskedFields.h"
+#include "shell/ModelMapper.h"
 #include "shell/UserInput.h"
 #include "ui_MainDialog.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QIcon>
 #include <QImageReader>
 #include <QPixmap>
+#include <QTabBar>
 
 namespace {
 
@@ -74,6 +78,8 @@ void CMainDialog::SetupDialog()
     ui->txtIpAddress->setInputMask(QStringLiteral("000.000.000.000"));
     ui->txtIpAddress->installEventFilter(this);
     ui->txtIpAddress->setText(QStringLiteral("192.168.0.129"));
+    ui->txtIpAddress->setFocus();
+    ui->txtIpAddress->selectAll(); // to be typed over
     AddPages();
     ui->lblAppStatus->setText(QString());
     BindStatusTexts();
@@ -110,7 +116,8 @@ void CMainDialog::AddPages()
     ui->tabWidget->clear();
     for (const auto& page : pages) {
         if (page.tab != nullptr) {
-            ui->tabWidget->addTab(page.tab, page.title);
+            const int index = ui->tabWidget->addTab(page.tab, page.title);
+            ui->tabWidget->tabBar()->setAccessibleTabName(index, page.title);
         }
     }
 }
@@ -118,12 +125,18 @@ void CMainDialog::AddPages()
 void CMainDialog::BindStatusTexts()
 {
     const QByteArray text = QByteArrayLiteral("text");
-    mapper.reset(new QDataWidgetMapper);
-    mapper->setModel(TheDeviceDatabase());
+    mapper.reset(NewModelMapper());
     mapper->addMapping(ui->btnConnect, CDeviceDatabase::ConnectButtonColumn, text);
     mapper->addMapping(ui->lblAppStatus, CDeviceDatabase::ApplicationStatusColumn, text);
     mapper->addMapping(ui->lblConnectionStatus, CDeviceDatabase::ConnectionStatusColumn, text);
     mapper->toFirst();
+    connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, ui->lblAppStatus,
+        [this](const QModelIndex& cell) {
+            if (cell.column() == CDeviceDatabase::ApplicationStatusColumn) {
+                QAccessibleEvent alert(ui->lblAppStatus, QAccessible::Alert);
+                QAccessible::updateAccessibility(&alert);
+            }
+        });
 }
 
 void CMainDialog::ConnectSignals()
@@ -225,12 +238,6 @@ void CMainDialog::UpdateTabs()
 
 bool CMainDialog::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched != ui->txtIpAddress || event->type() != QEvent::MouseButtonPress) {
-        return false;
-    }
-    if (!ui->txtIpAddress->text().remove(QLatin1Char('.')).isEmpty()) {
-        return false;
-    }
-    ui->txtIpAddress->setCursorPosition(0);
-    return true;
+    return watched == ui->txtIpAddress &&
+           FilterMaskedField(*ui->txtIpAddress, *event, QLatin1Char('.'));
 }

@@ -23,9 +23,6 @@ public:
     virtual void UpdateControls();
 
 protected:
-    /// Makes the mapper, on the model's one row. The tab adds its widgets and calls toFirst().
-    void CreateMapper();
-
     /// Null until the tab binds its widgets to columns of the model.
     QScopedPointer<QDataWidgetMapper> mapper;
 };

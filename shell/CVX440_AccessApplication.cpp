@@ -1,10 +1,10 @@
 #include "shell/CVX440_AccessApplication.h"
 
 #include "model/CDeviceDatabase.h"
+#include "shell/Accessibility.h"
 #include "shell/CFormStyle.h"
 #include "shell/CMainDialog.h"
-
-#include <QFont>
+#include "shell/FormLook.h"
 
 // At file scope, as the macro wants it.
 static void LoadResources()
@@ -14,20 +14,11 @@ static void LoadResources()
 
 namespace {
 
-// The forms have fixed geometries. This is the style and the size of letters that they were checked
-// with; the families are as narrow as each other, so that the first one at hand serves.
-constexpr int FormFontPixels = 11;
-
+// The forms have fixed geometries, which were checked with this style and font.
 void UseFormLook()
 {
     QApplication::setStyle(new CFormStyle); // NOLINT(*-NewDeleteLeaks): the application owns it
-    QFont font;
-    font.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans Condensed"),
-        QStringLiteral("Arial")});
-    font.setPixelSize(FormFontPixels);
-    // Only scripts that cannot be read without it are shaped: kerning costs time and 0.7 MB.
-    font.setStyleStrategy(QFont::PreferNoShaping);
-    QApplication::setFont(font);
+    QApplication::setFont(FormFont());
 }
 
 } // namespace
@@ -37,8 +28,10 @@ CVX440_AccessApplication::CVX440_AccessApplication(int& argc, char** argv)
 {
     LoadResources();
     UseFormLook();
+    InstallAccessibility();
     TheDeviceDatabase()->ResetData();
     dialog.reset(new CMainDialog);
+    dialog->setFont(FormFont()); // a theme may set the application's later
     dialog->setWindowFlags(
         dialog->windowFlags() | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
     dialog->SetupDialog();

@@ -317,6 +317,12 @@ private slots:
     void inAnotherCurrentRowBackspaceShortensAValueFromOutside();
     void anEntryThatTheRotorListHasNotDoesNothing_data();
     void anEntryThatTheRotorListHasNotDoesNothing();
+    void noKeyReachesTheTable_data() { AddMotors(); }
+    void noKeyReachesTheTable();
+    void theWheelOverTheClosedListDoesNothing_data() { AddMotors(); }
+    void theWheelOverTheClosedListDoesNothing();
+    void theCellTellsAScreenReaderWhatItsFieldHolds_data() { AddMotorsAndRows(); }
+    void theCellTellsAScreenReaderWhatItsFieldHolds();
     void aReleasedKeyIsGuardedToo();
     void withoutACurrentRowAKeyChangesNothing_data() { AddMotors(); }
     void withoutACurrentRowAKeyChangesNothing();
@@ -849,6 +855,53 @@ void TabMotorConfigurationTest::anEntryThatTheRotorListHasNotDoesNothing()
     Page(motor)->ChangeRotorType(entry);
     QCOMPARE(notified.columns, QVector<int>());
     QCOMPARE(Stored(motor), ModelWords[motor]);
+}
+
+void TabMotorConfigurationTest::noKeyReachesTheTable()
+{
+    QFETCH(int, motor);
+    Begin(motor);
+    QCOMPARE(Table(motor)->focusPolicy(), Qt::NoFocus);
+    Click(Edit(motor, 2));
+    QCOMPARE(Table(motor)->currentRow(), 2);
+    const QStringList texts = TableTexts(motor);
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_F2}) {
+        Press(key);
+        QCOMPARE(Table(motor)->currentRow(), 2);
+        QCOMPARE(QApplication::focusWidget(), Edit(motor, 2));
+    }
+    ClickRowHeader(motor, 5);
+    Press(Qt::Key_7);
+    QTest::keyClick(Table(motor), Qt::Key_7);
+    QCOMPARE(TableTexts(motor).mid(0, 2), texts.mid(0, 2));
+    QCOMPARE(TableTexts(motor).mid(6), texts.mid(6));
+}
+
+void TabMotorConfigurationTest::theWheelOverTheClosedListDoesNothing()
+{
+    QFETCH(int, motor);
+    Begin(motor);
+    auto* const list = Child<QComboBox>(motor, "listRotors");
+    const int before = list->currentIndex();
+    for (const int turn : {-120, 120, 1200}) {
+        QWheelEvent wheel(list->rect().center(), list->mapToGlobal(list->rect().center()), QPoint(),
+            QPoint(0, turn), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(list, &wheel);
+        QCOMPARE(list->currentIndex(), before);
+    }
+    QCOMPARE(Stored(motor), ModelWords[motor]);
+}
+
+void TabMotorConfigurationTest::theCellTellsAScreenReaderWhatItsFieldHolds()
+{
+    QFETCH(int, motor);
+    QFETCH(int, row);
+    Begin(motor);
+    const QModelIndex cell = Table(motor)->model()->index(row, 0);
+    QCOMPARE(cell.data(Qt::AccessibleTextRole).toString(), Edit(motor, row)->text());
+    Overtype(Edit(motor, row), QStringLiteral("7"));
+    QCOMPARE(cell.data(Qt::AccessibleTextRole).toString(), QStringLiteral("7"));
+    QCOMPARE(cell.data().toString(), QString());
 }
 
 void TabMotorConfigurationTest::aReleasedKeyIsGuardedToo()

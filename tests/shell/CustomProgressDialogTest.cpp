@@ -83,6 +83,16 @@ private slots:
         QVERIFY2(qAbs(filled - percent) <= 1, qPrintable(QString::number(filled)));
     }
 
+    void itAndItsBarHaveNames()
+    {
+        for (QWidget* const parent : {static_cast<QWidget*>(nullptr), MainWindow()}) {
+            const CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, parent);
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("Z&K VX440 Access Application"));
+            QCOMPARE(
+                dialog.findChild<QProgressBar*>()->accessibleName(), QStringLiteral("Working ..."));
+        }
+    }
+
     void escapeChangesNothing()
     {
         CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, MainWindow());

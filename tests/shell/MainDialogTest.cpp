@@ -249,12 +249,11 @@ private slots:
         row("IP Configuration",
             {QStringLiteral("txtNewIpAddress"), QStringLiteral("txtNewSubnetMask")});
         row("Azimuth Configuration",
-            {QStringLiteral("tblMotorConfiguration"), QStringLiteral("0"), QStringLiteral("1"),
-                QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("4"), QStringLiteral("5"),
-                QStringLiteral("6"), QStringLiteral("7"), QStringLiteral("8"),
-                QStringLiteral("btnReadFromFile"), QStringLiteral("btnReset"),
-                QStringLiteral("btnWriteToFile"), QStringLiteral("listRotors"),
-                QStringLiteral("txtRotorType")});
+            {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"),
+                QStringLiteral("4"), QStringLiteral("5"), QStringLiteral("6"), QStringLiteral("7"),
+                QStringLiteral("8"), QStringLiteral("btnReadFromFile"),
+                QStringLiteral("btnWriteToFile"), QStringLiteral("btnReset"),
+                QStringLiteral("listRotors"), QStringLiteral("txtRotorType")});
         row("Detect Z&K Device",
             {QStringLiteral("txtStartIpAddress"), QStringLiteral("txtEndIpAddress"),
                 QStringLiteral("btnFindDevices"), QStringLiteral("tblDetectDevices")});
@@ -272,6 +271,19 @@ private slots:
         }
         const QStringList bar{QStringLiteral("btnConnect"), QStringLiteral("qt_tabwidget_tabbar")};
         QCOMPARE(walked, bar + order + QStringList{QStringLiteral("txtIpAddress")});
+        ShowPage("Info");
+    }
+
+    void returnPressesTheButtonThatHasTheFocus()
+    {
+        ShowPage("Azimuth Configuration");
+        Overtype(Cell(0), QStringLiteral("77"));
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+            TheDeviceDatabase()->SetMotorParameter(0, 0, 1);
+            Find<QPushButton>("btnReset")->setFocus();
+            Press(key);
+            QCOMPARE(Cell(0)->text(), QStringLiteral("30"));
+        }
         ShowPage("Info");
     }
 
@@ -456,6 +468,46 @@ private slots:
         QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
         QVERIFY(Find<QPushButton>("btnSendToDevice")->isEnabled());
         ShowPage("Info");
+    }
+
+    void theFocusStaysWhereTheUserPutIt_data()
+    {
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<QString>("button");
+        QTest::newRow("Connect") << QStringLiteral("Info") << QStringLiteral("btnConnect");
+        QTest::newRow("reading options")
+            << QStringLiteral("Options") << QStringLiteral("btnReadOptionsFromDevice");
+        QTest::newRow("receiving")
+            << QStringLiteral("Azimuth Configuration") << QStringLiteral("btnReceiveFromDevice");
+        QTest::newRow("sending") << QStringLiteral("Pol/Eval Configuration")
+                                 << QStringLiteral("btnSendToDevice");
+        QTest::newRow("changing the address")
+            << QStringLiteral("IP Configuration") << QStringLiteral("btnSendIpAddress");
+        QTest::newRow("searching")
+            << QStringLiteral("Detect Z&K Device") << QStringLiteral("btnFindDevices");
+    }
+    void theFocusStaysWhereTheUserPutIt()
+    {
+        QFETCH(QString, page);
+        QFETCH(QString, button);
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        ShowPage(page.toLatin1().constData());
+        if (page.startsWith(QLatin1String("Detect"))) {
+            Overtype(Find<QLineEdit>("txtStartIpAddress"), QStringLiteral("127.0.0.1"));
+            Overtype(Find<QLineEdit>("txtEndIpAddress"), QStringLiteral("127.0.0.2"));
+        }
+        auto* const pressed = Find<QPushButton>(button.toLatin1().constData());
+        pressed->setFocus(Qt::TabFocusReason);
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
+            Press(key);
+            MainWindow()->activateWindow(); // where no window manager does
+            QVERIFY(QTest::qWaitForWindowActive(MainWindow()));
+            QCOMPARE(QApplication::focusWidget(), pressed);
+        }
+        QVERIFY(pressed->isEnabled());
+        QVERIFY(TheDeviceCommunication()->IsConnected());
     }
 };
 

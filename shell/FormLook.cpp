@@ -1,0 +1,37 @@
+#include "shell/FormLook.h"
+
+#include <QFontInfo>
+
+namespace {
+
+// The families are as narrow as each other, so that the first one at hand serves.
+const QStringList NarrowFamilies{QStringLiteral("Liberation Sans"),
+    QStringLiteral("DejaVu Sans Condensed"), QStringLiteral("Arial")};
+constexpr int NarrowPixels = 11;
+
+const QString WideFamily = QStringLiteral("DejaVu Sans");
+constexpr int WidePixels = 10;
+
+QFont FontOf(const QStringList& families, int pixels)
+{
+    QFont font;
+    font.setFamily(families.first());
+    font.setFamilies(families);
+    font.setPixelSize(pixels);
+    font.setWeight(QFont::Normal);
+    font.setStyle(QFont::StyleNormal);
+    font.setStretch(QFont::Unstretched);
+    // Only scripts that cannot be read without it are shaped: kerning costs time and 0.7 MB.
+    font.setStyleStrategy(QFont::PreferNoShaping);
+    font.resolve(QFont::AllPropertiesResolved);
+    return font;
+}
+
+} // namespace
+
+QFont FormFont()
+{
+    const QFont narrow = FontOf(NarrowFamilies, NarrowPixels);
+    return NarrowFamilies.contains(QFontInfo(narrow).family()) ? narrow
+                                                               : FontOf({WideFamily}, WidePixels);
+}

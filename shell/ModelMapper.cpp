@@ -1,0 +1,44 @@
+#include "shell/ModelMapper.h"
+
+#include "model/CDeviceDatabase.h"
+
+#include <QDataWidgetMapper>
+#include <QItemDelegate>
+#include <QKeyEvent>
+
+namespace {
+
+// An editor's own delegate holds the Tab key back while the text is not acceptable, and an empty
+// MAC address is not. It hands the focus to the editor's parent when a dialog comes up.
+class CFieldDelegate : public QItemDelegate
+{
+public:
+    using QItemDelegate::QItemDelegate;
+
+protected:
+    bool eventFilter(QObject* field, QEvent* event) override
+    {
+        return event->type() != QEvent::FocusOut && !IsTabKey(*event) &&
+               QItemDelegate::eventFilter(field, event);
+    }
+
+private:
+    static bool IsTabKey(const QEvent& event)
+    {
+        if (event.type() != QEvent::KeyPress) {
+            return false;
+        }
+        const int key = static_cast<const QKeyEvent&>(event).key();
+        return key == Qt::Key_Tab || key == Qt::Key_Backtab;
+    }
+};
+
+} // namespace
+
+QDataWidgetMapper* NewModelMapper()
+{
+    auto* const mapper = new QDataWidgetMapper;
+    mapper->setItemDelegate(new CFieldDelegate(mapper));
+    mapper->setModel(TheDeviceDatabase());
+    return mapper;
+}
