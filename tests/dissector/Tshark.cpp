@@ -1,0 +1,142 @@
+#include "tests/dissector/Tshark.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QXmlStreamReader>
+
+namespace {
+
+constexpr int LongestRunMs = 60000;
+const QString Program = QStringLiteral("tshark");
+const QString FieldPrefix = QStringLiteral("vx440.");
+const QString ExpertPrefix = QStringLiteral("vx440.expert.");
+
+QString Attribute(const QXmlStreamReader& xml, const char* name)
+{
+    return xml.attributes().value(QLatin1String(name)).toString();
+}
+
+void TakeField(const QXmlStreamReader& xml, sDISSECTION& dissection)
+{
+    const QString name = Attribute(xml, "name");
+    if (Attribute(xml, "show").startsWith(QLatin1String("Lua Error"))) {
+        dissection.error += Attribute(xml, "show");
+    } else if (name.startsWith(FieldPrefix)) {
+        dissection.packets.last().fields.append({name, Attribute(xml, "show"),
+            Attribute(xml, "showname"), Attribute(xml, "pos").toInt(), Attribute(xml, "size").toInt(),
+            false});
+    }
+}
+
+// A field with fields of the dissector below it: the one that is still open when another begins.
+void ReadPackets(QXmlStreamReader& xml, sDISSECTION& dissection)
+{
+    QVector<int> open;
+    while (!xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = xml.readNext();
+        const bool isField = xml.name() == QLatin1String("field");
+        if (token == QXmlStreamReader::StartElement && xml.name() == QLatin1String("packet")) {
+            dissection.packets.append(sDISSECTED_PACKET{0, {}});
+        } else if (token == QXmlStreamReader::StartElement && isField) {
+            auto& fields = dissection.packets.last().fields;
+            if (Attribute(xml, "name") == QLatin1String("frame.number")) {
+                dissection.packets.last().frame = Attribute(xml, "show").toInt();
+            }
+            const int before = fields.size();
+            TakeField(xml, dissection);
+            const bool taken = fields.size() > before;
+            if (taken && fields.last().size > 0 && !open.isEmpty() && open.last() >= 0) {
+                fields[open.last()].hasFieldsBelow = true;
+            }
+            open.append(taken ? before : -1);
+        } else if (token == QXmlStreamReader::EndElement && isField) {
+            open.removeLast();
+        }
+    }
+}
+
+} // namespace
+
+QStringList sDISSECTED_PACKET::Values(const char* name) const
+{
+    QStringList values;
+    for (const sDISSECTED_FIELD& field : fields) {
+        if (field.name == FieldPrefix + QLatin1String(name)) {
+            values.append(field.value);
+        }
+    }
+    return values;
+}
+
+QStringList sDISSECTED_PACKET::Experts() const
+{
+    QStringList experts;
+    for (const sDISSECTED_FIELD& field : fields) {
+        if (field.name.startsWith(ExpertPrefix)) {
+            experts.append(field.name.mid(ExpertPrefix.size()));
+        }
+    }
+    return experts;
+}
+
+QStringList sDISSECTION::Experts() const
+{
+    QStringList experts;
+    for (const sDISSECTED_PACKET& packet : packets) {
+        const QStringList names = packet.Experts();
+        for (const QString& name : names) {
+            experts.append(QStringLiteral("%1 %2").arg(packet.frame).arg(name));
+        }
+    }
+    return experts;
+}
+
+sDISSECTED_PACKET sDISSECTION::Packet(int frame) const
+{
+    for (const sDISSECTED_PACKET& packet : packets) {
+        if (packet.frame == frame) {
+            return packet;
+        }
+    }
+    return {frame, {}};
+}
+
+bool TsharkIsInstalled()
+{
+    return !QStandardPaths::findExecutable(Program).isEmpty();
+}
+
+sDISSECTION Dissect(const QString& capture, Passes passes)
+{
+    const QTemporaryDir nothing;
+    QProcess tshark;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* folder : {"HOME", "WIRESHARK_CONFIG_DIR", "WIRESHARK_PLUGIN_DIR"}) {
+        environment.insert(QString::fromLatin1(folder), nothing.path());
+    }
+    tshark.setProcessEnvironment(environment);
+    QStringList arguments{QStringLiteral("-n"), QStringLiteral("-X"), QStringLiteral("lua_script:" DISSECTOR)};
+    if (passes == Passes::Two) {
+        arguments.append(QStringLiteral("-2"));
+    }
+    arguments += {QStringLiteral("-r"), capture, QStringLiteral("-T"), QStringLiteral("pdml"),
+        QStringLiteral("-J"), QStringLiteral("frame vx440"), QStringLiteral("-Y"),
+        QStringLiteral("vx440 || _ws.lua.error")};
+    tshark.start(Program, arguments);
+
+    sDISSECTION dissection;
+    if (!tshark.waitForFinished(LongestRunMs) || tshark.exitCode() != 0) {
+        dissection.error = QStringLiteral("tshark: ") + tshark.errorString();
+    }
+    QXmlStreamReader xml(tshark.readAllStandardOutput());
+    ReadPackets(xml, dissection);
+    if (xml.hasError()) {
+        dissection.error += xml.errorString();
+    }
+    const QString complaints = QString::fromUtf8(tshark.readAllStandardError());
+    if (complaints.contains(QLatin1String("Lua"), Qt::CaseInsensitive)) {
+        dissection.error += complaints;
+    }
+    return dissection;
+}
