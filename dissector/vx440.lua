@@ -174,7 +174,7 @@ define_expert("sum", "Wrong sum", expert.group.CHECKSUM, expert.severity.ERROR)
 define_expert("length", "The length does not fit", expert.group.PROTOCOL, expert.severity.WARN)
 define_expert("no_command", "No command", expert.group.MALFORMED, expert.severity.ERROR)
 define_expert("not_understood", "Not understood", expert.group.PROTOCOL, expert.severity.WARN)
-define_expert("not_zero", "These bytes have to be zero", expert.group.PROTOCOL, expert.severity.NOTE)
+define_expert("not_zero", "These bytes have to be zero", expert.group.PROTOCOL, expert.severity.WARN)
 define_expert("not_captured", "The capture lacks bytes of this segment", expert.group.UNDECODED,
     expert.severity.NOTE)
 
@@ -221,6 +221,18 @@ local function generation_of(version)
     return whole and tonumber(whole) >= 3 and NEW or OLD
 end
 
+-- A text of the wire as Wireshark takes texts, which are UTF-8 and end at a zero.
+local function readable(text)
+    return (text:gsub("[\0\128-\255]", function(character)
+        local byte = character:byte()
+        return byte == 0 and "\226\144\128" or string.char(192 + math.floor(byte / 64), 128 + byte % 64)
+    end))
+end
+
+local function add_text(tree, name, range)
+    return tree:add(fields[name], range, readable(range:raw()))
+end
+
 -- Reads the bytes of a record from the front and adds them to a tree. What is not whole is not added.
 local Cursor = {}
 Cursor.__index = Cursor
@@ -256,11 +268,6 @@ function Cursor:add_little_endian(name, size)
     return range and self.tree:add_le(fields[name], range)
 end
 
-function Cursor:add_text(name, size)
-    local range = self:take(size)
-    return range and self.tree:add_packet_field(fields[name], range, ENC_ISO_8859_1)
-end
-
 -- A text and the carriage return that may end it, which belongs to the field's bytes but not to its
 -- value. Gives the item, the text's bytes and the text; nothing when there is no text.
 function Cursor:add_line(name, size)
@@ -270,8 +277,8 @@ function Cursor:add_line(name, size)
         self.tree:add_proto_expert_info(experts.not_understood, "An empty text")
         return nil
     end
-    local line = range(0, length)
-    return self.tree:add(fields[name], range, line:string(ENC_ISO_8859_1)), line, text:sub(1, length)
+    local line = text:sub(1, length)
+    return self.tree:add(fields[name], range, readable(line)), range, line
 end
 
 function Cursor:add_number(name, size)
@@ -332,7 +339,7 @@ local function show_identity_fields(cursor, size, count)
     local found = split(text, ",")
     local function add(name, piece, from)
         if #piece > 0 then
-            item:add_packet_field(fields["identity." .. name], range(from - 1, #piece), ENC_ISO_8859_1)
+            add_text(item, "identity." .. name, range(from - 1, #piece))
         end
     end
     add("maker", found[1].text, 1)
@@ -351,7 +358,7 @@ local function show_identity_fields(cursor, size, count)
     end
     add("firmware", found[4].text, found[4].from)
     add_generated(item, "generation", generation_of(found[4].text))
-    return "firmware " .. found[4].text:gsub("%c", "")
+    return "firmware " .. readable(found[4].text)
 end
 
 local function show_identity(cursor)
@@ -529,7 +536,8 @@ local function show_eeprom_block(range, tree)
     show_date(cursor)
     cursor:add("eeprom.block.reserved", 2)
     show_index(cursor, "eeprom.block.test_index")
-    cursor:add_text("eeprom.block.name", 14)
+    local name, text = cursor:take(14)
+    cursor.tree:add(fields["eeprom.block.name"], name, readable(text:gsub("\0", "")))
 end
 
 -- What the memory holds from that offset on. A region's block is shown where the data begin with it.
@@ -588,12 +596,11 @@ local function show_places(cursor, name, separator)
     local found = split(text, separator)
     for index, piece in ipairs(found) do
         if PLACES[index] and #piece.text > 0 then
-            item:add_packet_field(fields[one .. "." .. PLACES[index][1]],
-                range(piece.from - 1, #piece.text), ENC_ISO_8859_1)
+            add_text(item, one .. "." .. PLACES[index][1], range(piece.from - 1, #piece.text))
         end
     end
     if #found ~= #PLACES then
-        complain(item, "length", "%d %ss, and there are %d places", #found, one, #PLACES)
+        complain(item, "length", "%s, and there are %d places", count_of(#found, one), #PLACES)
     end
     return count_of(#found, one)
 end
@@ -758,10 +765,10 @@ local function measure_by_generation(command, text, generation)
     local large = math.max(command.sizes[OLD], command.sizes[NEW])
     if #text == small then
         return small, wanted == small, true
+    elseif #text > small and command_at(text, small + 1) then
+        return small, true
     elseif #text == large then
         return large, true
-    elseif #text > small and wanted ~= small and command_at(text, small + 1) then
-        return small, true
     end
     local size = wanted or large
     return size, #text >= size
@@ -874,12 +881,12 @@ local function follow_request(conversation, segment)
     conversation.open_request = not whole and request or nil
 end
 
--- How many bytes an answer has, if they are there or come, and whether it is whole with those that are
--- left of the segment, or may be.
+-- How many bytes an answer has, if they are there or come; whether it is whole with those that are left
+-- of the segment, or may be; and whether more will come, nobody knows how many.
 local function measure_text_answer(answer, segment)
     local at = segment.bytes:find("\r", segment.position, true)
     local size = answer.size + (at or #segment.bytes) - segment.position + 1
-    return math.min(size, LONGEST_TEXT), at ~= nil or size >= LONGEST_TEXT
+    return math.min(size, LONGEST_TEXT), at ~= nil or size >= LONGEST_TEXT, false, not at
 end
 
 local function measure_configuration(answer, there)
@@ -923,9 +930,9 @@ local function follow_answer(conversation, segment)
         append(unasked, segment, #segment.bytes - segment.position + 1)
         return
     end
-    local size, whole, may_end = measure_answer(answer, segment)
+    local size, whole, may_end, is_open = measure_answer(answer, segment)
     local left = #segment.bytes - segment.position + 1
-    answer.wanted, answer.whole, answer.may_end = size, whole, may_end
+    answer.wanted, answer.whole, answer.may_end = not is_open and size or nil, whole, may_end
     append(answer, segment, math.min(size - answer.size, left))
     conversation.open_answer = not whole and answer or nil
     if whole or may_end then
@@ -1054,9 +1061,16 @@ local function show_segments(record, tree)
     end
 end
 
+local function progress_of(record)
+    if record.wanted then
+        return string.format("%d of %s", record.size, count_of(record.wanted, "byte"))
+    end
+    return string.format("%s and no carriage return", count_of(record.size, "byte"))
+end
+
 local function check_length(record, tree, is_final)
     if is_final and not record.whole and not record.may_end then
-        complain(tree, "length", "%d of %s", record.size, count_of(record.wanted, "byte"))
+        complain(tree, "length", "%s", progress_of(record))
     end
 end
 
@@ -1134,8 +1148,8 @@ local function show(part, tvb, tree, is_final)
         return show_part(part, range, tree)
     end
     local text = show_record(record, range_of(part, range), tree, is_final)
-    local unfinished = not record.whole and not record.may_end and record.command and record.wanted
-    return unfinished and string.format("%s (%d of %d bytes)", text, record.size, record.wanted) or text
+    local unfinished = not record.whole and not record.may_end and record.command
+    return unfinished and string.format("%s (%s)", text, progress_of(record)) or text
 end
 
 function vx440.dissector(tvb, pinfo, tree)

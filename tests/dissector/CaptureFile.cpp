@@ -42,8 +42,8 @@ bool CaptureFile::Save(const QString& path) const
         return false;
     }
     QDataStream out(&file);
-    out << quint32(0xA1B2C3D4) << quint16(2) << quint16(4) << quint32(0) << quint32(0) << LongestPacket
-        << RawIp;
+    out << quint32(0xA1B2C3D4) << quint16(2) << quint16(4) << quint32(0) << quint32(0)
+        << LongestPacket << RawIp;
     out.writeRawData(packets.constData(), packets.size());
     return out.status() == QDataStream::Ok && file.flush();
 }

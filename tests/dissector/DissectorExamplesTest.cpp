@@ -10,8 +10,8 @@
 
 namespace {
 
-/// What the dissector has to show of an example, each as "NAME=VALUE" without "vx440.", in the order
-/// of the tree.
+/// What the dissector has to show of an example, each as "NAME=VALUE" without "vx440.", in the
+/// order of the tree.
 struct sEXPECTED
 {
     QString example;
@@ -31,10 +31,11 @@ QStringList Lines(const char* text)
     return QString::fromLatin1(text).split(QLatin1Char('\n'));
 }
 
-const QStringList Places = Lines("dc_feed_1\ndc_feed_2\nattenuator\nbank_1\nbank_2\namplifier\n"
-                                 "bank_1.filter_1\nbank_1.filter_2\nbank_1.filter_3\nbank_1.filter_4\n"
-                                 "bank_1.filter_5\nbank_1.filter_6\nbank_2.filter_1\nbank_2.filter_2\n"
-                                 "bank_2.filter_3\nbank_2.filter_4\nbank_2.filter_5\nazimuth\npolar");
+const QStringList Places =
+    Lines("dc_feed_1\ndc_feed_2\nattenuator\nbank_1\nbank_2\namplifier\n"
+          "bank_1.filter_1\nbank_1.filter_2\nbank_1.filter_3\nbank_1.filter_4\n"
+          "bank_1.filter_5\nbank_1.filter_6\nbank_2.filter_1\nbank_2.filter_2\n"
+          "bank_2.filter_3\nbank_2.filter_4\nbank_2.filter_5\nazimuth\npolar");
 
 const char Azimuth[] = "500 3 150 1 2 10 0 0 2000 20";
 const char NewAzimuth[] = "500 3 150 1 2 10 0 0 2000 20 50 1";
@@ -87,8 +88,7 @@ QString Bytes(const char* name, const QByteArray& bytes)
     return QStringLiteral("%1=%2").arg(QLatin1String(name), QString::fromLatin1(bytes.toHex(':')));
 }
 
-const QStringList Addresses =
-    Lines("mac=02:4c:7e:00:01:29\nip=192.168.0.129\nmask=255.255.255.0");
+const QStringList Addresses = Lines("mac=02:4c:7e:00:01:29\nip=192.168.0.129\nmask=255.255.255.0");
 
 QStringList IdentityFields()
 {
@@ -103,18 +103,21 @@ QStringList EepromBlock()
            Lines("eeprom.block.part_number=12345678\neeprom.block.variant=2\neeprom.block.code=7\n"
                  "eeprom.block.index=105\neeprom.block.serial_number=123456789\n"
                  "eeprom.block.date=2026-03-09") +
-           QStringList{Zeros(2, "eeprom.block.reserved"), QStringLiteral("eeprom.block.test_index=100"),
+           QStringList{Zeros(2, "eeprom.block.reserved"),
+               QStringLiteral("eeprom.block.test_index=100"),
                QStringLiteral("eeprom.block.name=VX440")};
 }
 
 const QByteArray SmallFile("VX440 sample image\r\n");
 
-QStringList FirmwareBlock(
-    const char* lengthSumAndSequence, const char* calculated, const QByteArray& data, int fileLength = -1)
+QStringList FirmwareBlock(const char* lengthSumAndSequence, const char* calculated,
+    const QByteArray& data, int fileLength = -1)
 {
-    QStringList fields = Lines(lengthSumAndSequence) +
-                         QStringList{Zeros(14), QStringLiteral("block.sum.calculated=%1").arg(QLatin1String(calculated)),
-                             QStringLiteral("block.sum.status=1"), Bytes("block.data", data)};
+    QStringList fields =
+        Lines(lengthSumAndSequence) +
+        QStringList{Zeros(14),
+            QStringLiteral("block.sum.calculated=%1").arg(QLatin1String(calculated)),
+            QStringLiteral("block.sum.status=1"), Bytes("block.data", data)};
     if (fileLength >= 0) {
         fields += {Zeros(3), QStringLiteral("image.length=%1").arg(fileLength), Zeros(57)};
     }
@@ -139,8 +142,14 @@ const QStringList Done = Lines("acknowledgement=1");
 const QStringList Refused = Lines("acknowledgement=0\nexpert.refused=");
 const QStringList Unverified = Lines("end.sum.status=2\nend.length.status=2");
 
-QStringList Old() { return Lines("generation=below 3.0"); }
-QStringList New() { return Lines("generation=3.0 and later"); }
+QStringList Old()
+{
+    return Lines("generation=below 3.0");
+}
+QStringList New()
+{
+    return Lines("generation=3.0 and later");
+}
 
 QVector<sEXPECTED> Reading()
 {
@@ -156,7 +165,8 @@ QVector<sEXPECTED> Reading()
         {QStringLiteral("CF7"), Lines("eeprom.length=64\neeprom.offset=0"),
             QStringList{QStringLiteral("eeprom.offset=0"),
                 Bytes("eeprom.data",
-                    QByteArray::fromHex("0200000000000000000000004E61BC000207690015CD5B07695C00006400") +
+                    QByteArray::fromHex(
+                        "0200000000000000000000004E61BC000207690015CD5B07695C00006400") +
                         QByteArray("VX440").leftJustified(14, '\0') + QByteArray(20, '\xFF')),
                 QStringLiteral("eeprom.region=device")} +
                 EepromBlock()},
@@ -174,16 +184,16 @@ QVector<sEXPECTED> Changing()
         {QStringLiteral("CF2 short"), Lines("form=short\nmac=02:4c:7e:00:01:2a"), {}},
         {QStringLiteral("CF2 long"),
             Lines("form=long") + Motor("azimuth", Azimuth) + Motor("polar", Polar) + Addresses +
-                QStringList{Zeros(13)} +
-                Lines("identity=ZELMA&KOVINTH,VX440,1234.5678.02/123456") + IdentityFields() +
-                QStringList{Zeros(20)},
+                QStringList{Zeros(13)} + Lines("identity=ZELMA&KOVINTH,VX440,1234.5678.02/123456") +
+                IdentityFields() + QStringList{Zeros(20)},
             {}},
         {QStringLiteral("HCF old"), Motor("azimuth", Azimuth), {}},
         {QStringLiteral("HCF new"), Motor("azimuth", NewAzimuth), {}},
         {QStringLiteral("VCF old"), Motor("polar", Azimuth), {}},
         {QStringLiteral("VCF new"), Motor("polar", NewAzimuth), {}},
         {QStringLiteral("CF4"), Lines("end.sum=0x00000636\nend.length=84") + Unverified, {}},
-        {QStringLiteral("CF4 of two"), Lines("end.sum=0x0000dcff\nend.length=1201") + Unverified, {}},
+        {QStringLiteral("CF4 of two"), Lines("end.sum=0x0000dcff\nend.length=1201") + Unverified,
+            {}},
         {QStringLiteral("CF5"), {Zeros(255, "filler")}, {}},
     };
 }
@@ -268,10 +278,12 @@ sFRAMES Write(CaptureFile& capture, const sWIRE_EXAMPLE& example, const Writer& 
 bool BeginsAt(const sDISSECTED_PACKET& packet, int offset)
 {
     const int begin = packet.fields.first().position;
-    return std::any_of(packet.fields.cbegin(), packet.fields.cend(), [&](const sDISSECTED_FIELD& field) {
-        return field.name != QLatin1String("vx440.request") && field.name != QLatin1String("vx440.answer") &&
-               field.size > 0 && field.position - begin == offset;
-    });
+    return std::any_of(
+        packet.fields.cbegin(), packet.fields.cend(), [&](const sDISSECTED_FIELD& field) {
+            return field.name != QLatin1String("vx440.request") &&
+                   field.name != QLatin1String("vx440.answer") && field.size > 0 &&
+                   field.position - begin == offset;
+        });
 }
 
 /// The bytes of the first field that no field within it shows.
@@ -346,7 +358,8 @@ void DissectorExamplesTest::initTestCase()
     CaptureFile capture;
     for (const sWIRE_EXAMPLE& example : page.Examples()) {
         frames.insert(example.name,
-            Write(capture, example, [](const QByteArray& bytes, const Segment& segment) { segment(bytes); }));
+            Write(capture, example,
+                [](const QByteArray& bytes, const Segment& segment) { segment(bytes); }));
     }
     dissection = Run(capture);
     QCOMPARE(dissection.error, QString());
@@ -414,14 +427,16 @@ void DissectorExamplesTest::aFieldBeginsWhereARowOfThePageBegins_data()
         const QVector<sPAGE_TABLE> tables = page.TablesOf(example.section);
         for (const sPAGE_TABLE& table : tables) {
             const QString title = table.header.value(2);
-            const bool ofTheAnswer = title == QStringLiteral("Block of %1 bytes").arg(example.answer.size());
+            const bool ofTheAnswer =
+                title == QStringLiteral("Block of %1 bytes").arg(example.answer.size());
             if (!title.startsWith(QLatin1String("Request")) && !ofTheAnswer) {
                 continue;
             }
             for (const QString& offset : table.Column(0)) {
                 const int size = ofTheAnswer ? example.answer.size() : example.request.size();
                 if (offset.toInt() < size) {
-                    QTest::newRow(qPrintable(example.name + QLatin1Char(' ') + title + QLatin1Char(' ') + offset))
+                    QTest::newRow(qPrintable(
+                        example.name + QLatin1Char(' ') + title + QLatin1Char(' ') + offset))
                         << example.name << ofTheAnswer << offset.toInt();
                 }
             }
@@ -434,7 +449,8 @@ void DissectorExamplesTest::aFieldBeginsWhereARowOfThePageBegins()
     QFETCH(QString, example);
     QFETCH(bool, ofTheAnswer);
     QFETCH(int, offset);
-    QVERIFY(BeginsAt(Packet(ofTheAnswer ? frames[example].answer : frames[example].request), offset));
+    QVERIFY(
+        BeginsAt(Packet(ofTheAnswer ? frames[example].answer : frames[example].request), offset));
 }
 
 void DissectorExamplesTest::theFieldsHaveTheValuesOfTheTablesOfBlocks_data()
@@ -494,8 +510,10 @@ void DissectorExamplesTest::theParametersHaveTheNamesOfTheirTable()
     QStringList told;
     for (const QStringList& row : table.rows) {
         const QString mnemonic = row.value(1);
-        told.append(mnemonic.isEmpty() ? QStringLiteral("type Rotor type")
-                                       : QStringLiteral("%1 %2 (%3)").arg(mnemonic.toLower(), row.value(2), mnemonic));
+        told.append(
+            mnemonic.isEmpty()
+                ? QStringLiteral("type Rotor type")
+                : QStringLiteral("%1 %2 (%3)").arg(mnemonic.toLower(), row.value(2), mnemonic));
     }
     QStringList shown;
     for (const sDISSECTED_FIELD& field : Packet(frames[QStringLiteral("HCF new")].request).fields) {
@@ -546,7 +564,8 @@ void DissectorExamplesTest::theGenerationIsToldAsThePageTells()
     CaptureFile capture;
     QStringList told;
     for (auto version = columns.cbegin(); version != columns.cend(); ++version) {
-        const int words = table.Row(QStringLiteral("words for each rotator")).value(version.value()).toInt();
+        const int words =
+            table.Row(QStringLiteral("words for each rotator")).value(version.value()).toInt();
         capture.NewUnit();
         capture.FromTool("*IDN?\r");
         capture.FromUnit("a,b,c/d," + version.key() + '\r');
@@ -556,7 +575,8 @@ void DissectorExamplesTest::theGenerationIsToldAsThePageTells()
         capture.FromTool(frame.left(24));
         capture.Wait(1);
         capture.FromTool(frame.mid(24) + "CF8\r");
-        told.append(table.header.value(version.value()) + QLatin1Char(' ') + QString::number(words));
+        told.append(
+            table.header.value(version.value()) + QLatin1Char(' ') + QString::number(words));
     }
     const sDISSECTION seen = Run(capture);
     QCOMPARE(seen.error, QString());
@@ -595,7 +615,8 @@ void DissectorExamplesTest::theTimeBetweenThemIsShown()
     QVERIFY(qAbs(answer.Values("time").at(0).toDouble() - 0.005) < 0.00001);
 }
 
-// The fields of all examples, written in each of these ways, are those of the examples in one segment.
+// The fields of all examples, written in each of these ways, are those of the examples in one
+// segment.
 void DissectorExamplesTest::CompareWithWhole(const QVector<Writer>& ways)
 {
     CaptureFile capture;

@@ -31,8 +31,8 @@ int SumOf(const QByteArray& bytes)
 
 QByteArray FirmwareBlock(int sequence, const QByteArray& data, int sumError = 0)
 {
-    return "CF3\r" + Number(data.size(), 2) + Number(SumOf(data) + sumError, 2) + Number(sequence, 2) +
-           QByteArray(14, '\0') + data.leftJustified(1200, '\0');
+    return "CF3\r" + Number(data.size(), 2) + Number(SumOf(data) + sumError, 2) +
+           Number(sequence, 2) + QByteArray(14, '\0') + data.leftJustified(1200, '\0');
 }
 
 QByteArray FirmwareEnd(int sum, int length)
@@ -45,7 +45,8 @@ const QByteArray Data = QByteArray(64, '\0') + QByteArray(1136, '\1');
 const char NewIdentity[] = "a,b,c/d,3.10\r";
 const char OldIdentity[] = "a,b,c/d,2.50\r";
 
-void Exchange(CaptureFile& capture, const QByteArray& request, const QByteArray& answer, double milliseconds = 1)
+void Exchange(CaptureFile& capture, const QByteArray& request, const QByteArray& answer,
+    double milliseconds = 1)
 {
     capture.FromTool(request);
     capture.Wait(milliseconds);
@@ -111,7 +112,8 @@ QVector<sROW> MakeRows()
     add("refused", Exchanged("CF8\r", "0\r"), "2 refused");
     add("acknowledged by a digit alone", Exchanged("CF8\r", "1"), "2 length");
     add("acknowledged as silence", Exchanged("CF8\r", "2\r"), "2 not_understood");
-    add("acknowledged behind silence",
+    add(
+        "acknowledged behind silence",
         [](CaptureFile& capture) {
             Exchange(capture, "CF8\r", "2\r");
             capture.FromUnit("1\r");
@@ -121,7 +123,8 @@ QVector<sROW> MakeRows()
 
     add("silence", Sent("CF8\r"), "1 no_answer");
     add("silence where none is due", Sent("HCF\r" + words10));
-    add("silence, and the next command",
+    add(
+        "silence, and the next command",
         [](CaptureFile& capture) {
             Exchange(capture, "CF9\ra", {});
             Exchange(capture, "CF8\r", "1\r");
@@ -136,7 +139,9 @@ QVector<sROW> MakeRows()
     add("a text in time", Exchanged("*IDN?\r", NewIdentity, 1990));
     add("a late text", Exchanged("*IDN?\r", NewIdentity, 2010), "2 late");
 
-    add("bytes before any command", [](CaptureFile& capture) { capture.FromUnit("x"); }, "1 unasked");
+    add(
+        "bytes before any command", [](CaptureFile& capture) { capture.FromUnit("x"); },
+        "1 unasked");
     add("bytes behind a command without answer", Exchanged("CF5\r" + QByteArray(255, '\0'), "1\r"),
         "2 unasked");
     add("bytes behind a whole answer", Exchanged("CF8\r", "11\r"), "2 not_understood|2 unasked");
@@ -144,14 +149,17 @@ QVector<sROW> MakeRows()
 
     add("a right sum", Exchanged(FirmwareBlock(0, Data), "1\r"));
     add("a wrong sum", Exchanged(FirmwareBlock(0, Data, 1), "0\r"), "1 sum|2 refused");
-    add("a sum that does not fit into its field", Exchanged(FirmwareBlock(9, QByteArray(1200, '\xFF')), "1\r"));
-    add("a block too many",
+    add("a sum that does not fit into its field",
+        Exchanged(FirmwareBlock(9, QByteArray(1200, '\xFF')), "1\r"));
+    add(
+        "a block too many",
         [](CaptureFile& capture) {
             Exchange(capture, FirmwareBlock(0, Data), "1\r");
             Exchange(capture, FirmwareBlock(2, Data), "0\r");
         },
         "3 sequence|4 refused");
-    add("a block again that was refused",
+    add(
+        "a block again that was refused",
         [](CaptureFile& capture) {
             Exchange(capture, FirmwareBlock(0, Data), "0\r");
             Exchange(capture, FirmwareBlock(1, Data), "0\r");
@@ -181,43 +189,52 @@ QVector<sROW> MakeRows()
         KnowingTheUnit(NewIdentity, "CF0\r", QByteArray(67, '\1')), "4 length|4 length");
     add("the block of new firmware from a unit with old firmware",
         KnowingTheUnit(OldIdentity, "CF0\r", QByteArray(75, '\1')), "4 length");
-    add("words of old firmware for new firmware", KnowingTheUnit(NewIdentity, "HCF\r" + words10), "3 length");
-    add("words of new firmware for old firmware", KnowingTheUnit(OldIdentity, "VCF\r" + words12), "3 length");
-    add("words of the right number for old firmware", KnowingTheUnit(OldIdentity, "VCF\r" + words10));
+    add("words of old firmware for new firmware", KnowingTheUnit(NewIdentity, "HCF\r" + words10),
+        "3 length");
+    add("words of new firmware for old firmware", KnowingTheUnit(OldIdentity, "VCF\r" + words12),
+        "3 length");
+    add("words of the right number for old firmware",
+        KnowingTheUnit(OldIdentity, "VCF\r" + words10));
     add("a short CF2 for old firmware", KnowingTheUnit(OldIdentity, "CF2\rabcdef"), "3 length");
     add("a frame that ends too soon", Sent("CF1\rabc"), "1 length");
     add("an EEPROM write of 1200 bytes", Exchanged("CF6\r" + QByteArray(1202, '\0'), "1\r"));
     add("an EEPROM write of 1201 bytes", Exchanged("CF6\r" + QByteArray(1203, '\0'), "0\r"),
         "1 length|2 refused");
-    add("a text frame of 1199 bytes", Exchanged("CF9\r" + names + QByteArray(1195 - names.size(), '0'), "1\r"));
+    add("a text frame of 1199 bytes",
+        Exchanged("CF9\r" + names + QByteArray(1195 - names.size(), '0'), "1\r"));
     add("a text frame of 1200 bytes",
-        Exchanged("CF9\r" + names + QByteArray(1196 - names.size(), '0'), "0\r"), "1 length|2 refused");
+        Exchanged("CF9\r" + names + QByteArray(1196 - names.size(), '0'), "0\r"),
+        "1 length|2 refused");
     add("18 names", Exchanged("CF9\r" + names.mid(2), "1\r"), "1 length");
     add("20 names", Exchanged("CF9\r" + names + ",0", "1\r"), "1 length");
 
     add("no command", Sent("CF11\r"), "1 no_command");
     add("no command without end", Sent(QByteArray(1000, 'x')), "1 no_command");
     add("the beginning of a command", Sent("GET:OPTION:"), "1 no_command");
-    add("a command behind what is none",
+    add(
+        "a command behind what is none",
         [](CaptureFile& capture) { Exchange(capture, "CF\rCF8\r", "1\r"); }, "1 no_command");
     add("an identity of three fields", Exchanged("*IDN?\r", "a,b,c/d\r"), "2 not_understood");
     add("an identity without a stroke", Exchanged("*IDN?\r", "a,b,c,3.10\r"), "2 not_understood");
     add("an empty text", Exchanged("GET:OPTION:DESC?\r", "\r"), "2 not_understood");
     add("a text without end", Exchanged("*IDN?\r", QByteArray("a,b,c/d,3.10")), "2 length");
-    add("a segment of which the capture has a part",
+    add(
+        "a segment of which the capture has a part",
         [](CaptureFile& capture) {
             capture.FromTool("CF1\r\1\2\3\4\5\6\7\1", 3);
             capture.Wait(20);
             Exchange(capture, "CF8\r", "1\r");
         },
         "1 length|1 not_captured");
-    add("a command behind a frame that lacks its end",
+    add(
+        "a command behind a frame that lacks its end",
         [](CaptureFile& capture) {
             Exchange(capture, "CF5\r" + QByteArray(100, '\0'), {});
             Exchange(capture, "CF8\r", "1\r");
         },
         "1 length");
-    add("an answer to a frame that lacks its end",
+    add(
+        "an answer to a frame that lacks its end",
         [](CaptureFile& capture) {
             Exchange(capture, FirmwareBlock(0, Data).left(700), "1\r");
             Exchange(capture, FirmwareBlock(1, Data), "1\r");
@@ -306,8 +323,8 @@ void DissectorFindingsTest::aFindingIsMarkedInItsFrame_data()
     const sDISSECTION seen = Run(capture);
     QCOMPARE(seen.error, QString());
     for (int i = 0; i < Rows().size(); ++i) {
-        QTest::newRow(Rows().at(i).name)
-            << Findings(seen, ends.at(i), ends.at(i + 1)) << QString::fromLatin1(Rows().at(i).findings);
+        QTest::newRow(Rows().at(i).name) << Findings(seen, ends.at(i), ends.at(i + 1))
+                                         << QString::fromLatin1(Rows().at(i).findings);
     }
 }
 
@@ -333,7 +350,9 @@ void DissectorFindingsTest::theClosingFrameIsVerified()
     QFETCH(Story, story);
     QFETCH(QString, status);
     const sDISSECTED_PACKET end = Run(story).packets.last();
-    QCOMPARE((end.Values("end.sum.status") + end.Values("end.length.status")).join(QLatin1Char(' ')), status);
+    QCOMPARE(
+        (end.Values("end.sum.status") + end.Values("end.length.status")).join(QLatin1Char(' ')),
+        status);
 }
 
 void DissectorFindingsTest::anAnswerOfWhichNothingElseComesIsShownAsFarAsItGoes()

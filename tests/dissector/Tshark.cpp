@@ -23,9 +23,9 @@ void TakeField(const QXmlStreamReader& xml, sDISSECTION& dissection)
     if (Attribute(xml, "show").startsWith(QLatin1String("Lua Error"))) {
         dissection.error += Attribute(xml, "show");
     } else if (name.startsWith(FieldPrefix)) {
-        dissection.packets.last().fields.append({name, Attribute(xml, "show"),
-            Attribute(xml, "showname"), Attribute(xml, "pos").toInt(), Attribute(xml, "size").toInt(),
-            false});
+        dissection.packets.last().fields.append(
+            {name, Attribute(xml, "show"), Attribute(xml, "showname"),
+                Attribute(xml, "pos").toInt(), Attribute(xml, "size").toInt(), false});
     }
 }
 
@@ -54,6 +54,39 @@ void ReadPackets(QXmlStreamReader& xml, sDISSECTION& dissection)
             open.removeLast();
         }
     }
+}
+
+struct sRUN
+{
+    QString error;
+    QByteArray output;
+};
+
+// With the dissector, and without the settings and plugins that a user has.
+sRUN RunTshark(Passes passes, const QString& capture, const QStringList& arguments)
+{
+    const QTemporaryDir nothing;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* folder : {"HOME", "WIRESHARK_CONFIG_DIR", "WIRESHARK_PLUGIN_DIR"}) {
+        environment.insert(QString::fromLatin1(folder), nothing.path());
+    }
+    QProcess tshark;
+    tshark.setProcessEnvironment(environment);
+    const QStringList times =
+        passes == Passes::Two ? QStringList{QStringLiteral("-2")} : QStringList();
+    tshark.start(
+        Program, times +
+                     QStringList{QStringLiteral("-n"), QStringLiteral("-X"),
+                         QStringLiteral("lua_script:" DISSECTOR), QStringLiteral("-r"), capture} +
+                     arguments);
+    const bool finished = tshark.waitForFinished(LongestRunMs) && tshark.exitCode() == 0;
+    sRUN run{finished ? QString() : QStringLiteral("tshark: ") + tshark.errorString(),
+        tshark.readAllStandardOutput()};
+    const QString complaints = QString::fromUtf8(tshark.readAllStandardError());
+    if (complaints.contains(QLatin1String("Lua"), Qt::CaseInsensitive)) {
+        run.error += complaints;
+    }
+    return run;
 }
 
 } // namespace
@@ -107,36 +140,23 @@ bool TsharkIsInstalled()
     return !QStandardPaths::findExecutable(Program).isEmpty();
 }
 
+int CountPackets(const QString& capture, const QString& filter, Passes passes)
+{
+    const sRUN run = RunTshark(passes, capture, {QStringLiteral("-Y"), filter});
+    return run.error.isEmpty() ? run.output.count('\n') : -1;
+}
+
 sDISSECTION Dissect(const QString& capture, Passes passes)
 {
-    const QTemporaryDir nothing;
-    QProcess tshark;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* folder : {"HOME", "WIRESHARK_CONFIG_DIR", "WIRESHARK_PLUGIN_DIR"}) {
-        environment.insert(QString::fromLatin1(folder), nothing.path());
-    }
-    tshark.setProcessEnvironment(environment);
-    QStringList arguments{QStringLiteral("-n"), QStringLiteral("-X"), QStringLiteral("lua_script:" DISSECTOR)};
-    if (passes == Passes::Two) {
-        arguments.append(QStringLiteral("-2"));
-    }
-    arguments += {QStringLiteral("-r"), capture, QStringLiteral("-T"), QStringLiteral("pdml"),
-        QStringLiteral("-J"), QStringLiteral("frame vx440"), QStringLiteral("-Y"),
-        QStringLiteral("vx440 || _ws.lua.error")};
-    tshark.start(Program, arguments);
-
-    sDISSECTION dissection;
-    if (!tshark.waitForFinished(LongestRunMs) || tshark.exitCode() != 0) {
-        dissection.error = QStringLiteral("tshark: ") + tshark.errorString();
-    }
-    QXmlStreamReader xml(tshark.readAllStandardOutput());
+    const sRUN run = RunTshark(passes, capture,
+        {QStringLiteral("-T"), QStringLiteral("pdml"), QStringLiteral("-J"),
+            QStringLiteral("frame vx440"), QStringLiteral("-Y"),
+            QStringLiteral("vx440 || _ws.lua.error")});
+    sDISSECTION dissection{run.error, {}};
+    QXmlStreamReader xml(run.output);
     ReadPackets(xml, dissection);
     if (xml.hasError()) {
         dissection.error += xml.errorString();
-    }
-    const QString complaints = QString::fromUtf8(tshark.readAllStandardError());
-    if (complaints.contains(QLatin1String("Lua"), Qt::CaseInsensitive)) {
-        dissection.error += complaints;
     }
     return dissection;
 }

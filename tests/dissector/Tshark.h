@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMetaType>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -18,7 +19,8 @@ struct sDISSECTED_FIELD
     bool hasFieldsBelow;
 };
 
-/// A packet in which the dissector found something. `frame` counts the packets of the capture from 1.
+/// A packet in which the dissector found something. `frame` counts the packets of the capture
+/// from 1.
 struct sDISSECTED_PACKET
 {
     int frame;
@@ -48,8 +50,12 @@ enum class Passes
     One,
     Two
 };
+Q_DECLARE_METATYPE(Passes)
 
 /// Has tshark read a capture with the dissector of this tree, and no other settings or plugins.
 sDISSECTION Dissect(const QString& capture, Passes passes = Passes::Two);
+
+/// How many packets of a capture match a display filter; -1 when tshark fails.
+int CountPackets(const QString& capture, const QString& filter, Passes passes);
 
 bool TsharkIsInstalled();

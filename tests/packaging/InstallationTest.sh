@@ -41,4 +41,17 @@ ln --symbolic "$prefix/bin/vx440-access" link
 launch ./link >/dev/null
 expect_equal "the exit code comes back, through a link too" 3 $?
 
+# Wireshark reads one folder below /usr. The installed one takes its place, where the system allows it.
+if command -v tshark >/dev/null; then
+    plugins=$(tshark -G folders 2>/dev/null | sed -n "s|^Global Lua Plugins:[[:space:]]*/usr/||p")
+    expect "the dissector is where Wireshark looks" [ -s "$prefix/$plugins/vx440.lua" ]
+    # shellcheck disable=SC2016 # for the shell that is started
+    ask='mount --bind "$1" "$2" && tshark -G protocols 2>/dev/null | grep --quiet --word-regexp vx440'
+    in_mounts_of_its_own() { HOME=$prefix unshare --user --map-root-user --mount "$@"; }
+    if in_mounts_of_its_own true 2>/dev/null; then
+        expect "Wireshark finds it there" \
+            in_mounts_of_its_own sh -c "$ask" - "$prefix/$plugins" "/usr/$plugins"
+    fi
+fi
+
 rm --recursive "$(dirname "$prefix")"

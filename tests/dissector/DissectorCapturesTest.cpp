@@ -1,0 +1,398 @@
+#include "tests/dissector/CaptureFile.h"
+#include "tests/dissector/Tshark.h"
+#include "tests/docs/ProtocolPage.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <functional>
+
+namespace {
+
+// The sessions without a fault.
+const QStringList Sessions{QStringLiteral("address-change.pcap"),
+    QStringLiteral("firmware-update.pcap"), QStringLiteral("new-firmware.pcap"),
+    QStringLiteral("old-firmware.pcap")};
+
+QStringList Lines(const char* text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QString Path(const QString& capture)
+{
+    return QStringLiteral(CAPTURES "/") + capture;
+}
+
+/// "COMMAND FINDING" of each finding, once. There is no command where there is none to blame.
+QStringList Findings(const sDISSECTION& seen)
+{
+    QStringList findings;
+    for (const sDISSECTED_PACKET& packet : seen.packets) {
+        QString command;
+        for (const sDISSECTED_FIELD& field : packet.fields) {
+            if (field.name == QLatin1String("vx440.command")) {
+                command = field.value;
+            } else if (field.name == QLatin1String("vx440.unasked")) {
+                command.clear();
+            } else if (field.name.startsWith(QLatin1String("vx440.expert."))) {
+                findings.append(
+                    command + QLatin1Char(' ') + field.name.section(QLatin1Char('.'), 2));
+            }
+        }
+    }
+    findings.sort();
+    findings.removeDuplicates();
+    return findings;
+}
+
+/// A segment may have several.
+QStringList CommandsOf(const sDISSECTION& seen)
+{
+    QStringList commands;
+    for (const sDISSECTED_PACKET& packet : seen.packets) {
+        for (const sDISSECTED_FIELD& field : packet.fields) {
+            if (field.name == QLatin1String("vx440.command") && packet.Has("request")) {
+                commands.append(field.value);
+            } else if (field.name == QLatin1String("vx440.form")) {
+                commands.last() += QLatin1Char(' ') + field.value;
+            }
+        }
+    }
+    return commands;
+}
+
+QStringList ValuesOf(const sDISSECTION& seen, const char* name)
+{
+    QStringList values;
+    for (const sDISSECTED_PACKET& packet : seen.packets) {
+        values += packet.Values(name);
+    }
+    return values;
+}
+
+/// Always the same numbers, so that a failure can be had again.
+class Chance
+{
+public:
+    int Below(int limit) { return int(random.bounded(limit)); }
+
+    QByteArray Bytes(int count)
+    {
+        QByteArray bytes;
+        for (int i = 0; i < count; ++i) {
+            bytes.append(static_cast<char>(Below(256)));
+        }
+        return bytes;
+    }
+
+private:
+    QRandomGenerator random{440};
+};
+
+// Bytes of the page's examples, some of them other bytes, or too few, or too many.
+QByteArray Damaged(QByteArray bytes, Chance& chance)
+{
+    for (int changes = chance.Below(4); changes > 0 && !bytes.isEmpty(); --changes) {
+        bytes[chance.Below(bytes.size())] = static_cast<char>(chance.Below(256));
+    }
+    if (chance.Below(3) == 0) {
+        bytes.truncate(chance.Below(bytes.size() + 1));
+    }
+    return chance.Below(5) == 0 ? bytes + chance.Bytes(chance.Below(200)) : bytes;
+}
+
+void WriteInSegments(
+    QByteArray bytes, Chance& chance, const std::function<void(const QByteArray&)>& segment)
+{
+    while (!bytes.isEmpty()) {
+        const int size = chance.Below(3) == 0 ? 1 + chance.Below(bytes.size()) : bytes.size();
+        segment(bytes.left(size));
+        bytes.remove(0, size);
+    }
+}
+
+} // namespace
+
+/// The captures that are kept beside the dissector, and captures that no unit would give.
+class DissectorCapturesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void noSegmentIsLeftOut_data() { AddPasses(); }
+    void noSegmentIsLeftOut();
+    void inASessionWithoutFaultNothingIsFound();
+    void theSessionsHaveEveryCommandOfTheCatalogue();
+    void theFirmwareOfTheUpdateIsVerifiedToItsEnd();
+    void theUnitIsFoundAtItsNewAddress();
+    void everyFaultOfTheSimulatorHasACapture();
+    void aFaultIsFoundByWhatItDoes_data();
+    void aFaultIsFoundByWhatItDoes();
+    void theFiltersOfThePageFindSomethingInTheirCaptures();
+    void thePageNamesEveryFinding();
+    void damagedFramesGiveNoError_data() { AddPasses(); }
+    void damagedFramesGiveNoError();
+    void randomBytesGiveNoError_data() { AddPasses(); }
+    void randomBytesGiveNoError();
+    void anAnswerInManySegmentsIsPutTogether_data() { AddPasses(); }
+    void anAnswerInManySegmentsIsPutTogether();
+
+private:
+    static QStringList Faults();
+    static QByteArray AllCaptures();
+    static void AddPasses();
+    void CheckThatEverythingIsShown(const CaptureFile& capture, Passes passes);
+
+    QTemporaryDir folder;
+    QString everything;
+    QMap<QString, sDISSECTION> seenIn;
+};
+
+void DissectorCapturesTest::CheckThatEverythingIsShown(const CaptureFile& capture, Passes passes)
+{
+    const QString path = folder.filePath(QStringLiteral("capture.pcap"));
+    QVERIFY(capture.Save(path));
+    QCOMPARE(CountPackets(path, QStringLiteral("vx440 && !_ws.lua.error"), passes),
+        capture.PacketCount());
+}
+
+void DissectorCapturesTest::initTestCase()
+{
+    if (!TsharkIsInstalled()) {
+        QSKIP("tshark is not installed");
+    }
+    everything = folder.filePath(QStringLiteral("everything.pcap"));
+    QFile file(everything);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(AllCaptures());
+    for (const QString& session : Sessions) {
+        seenIn.insert(session, Dissect(Path(session)));
+        QCOMPARE(seenIn[session].error, QString());
+    }
+}
+
+QStringList DissectorCapturesTest::Faults()
+{
+    QProcess simulator;
+    simulator.start(qEnvironmentVariable("VX440_SIMULATOR"), {QStringLiteral("--list-faults")});
+    simulator.waitForFinished();
+    return Lines(simulator.readAllStandardOutput().constData());
+}
+
+// One behind the other: a capture is a head, which is the same for all, and packets.
+QByteArray DissectorCapturesTest::AllCaptures()
+{
+    constexpr int head = 24;
+    QByteArray bytes;
+    QDirIterator captures(
+        Path(QString()), {QStringLiteral("*.pcap")}, QDir::Files, QDirIterator::Subdirectories);
+    while (captures.hasNext()) {
+        QFile capture(captures.next());
+        capture.open(QIODevice::ReadOnly);
+        const QByteArray content = capture.readAll();
+        bytes.append(bytes.isEmpty() ? content : content.mid(head));
+    }
+    return bytes;
+}
+
+void DissectorCapturesTest::AddPasses()
+{
+    QTest::addColumn<Passes>("passes");
+    QTest::newRow("one pass") << Passes::One;
+    QTest::newRow("two passes") << Passes::Two;
+}
+
+void DissectorCapturesTest::noSegmentIsLeftOut()
+{
+    QFETCH(Passes, passes);
+    QVERIFY(CountPackets(everything, QStringLiteral("vx440"), passes) > 100);
+    // What is sent again is seen once.
+    const QString leftOut = QStringLiteral("tcp.len > 0 && !vx440 && !tcp.analysis.keep_alive && "
+                                           "!tcp.analysis.retransmission || _ws.lua.error");
+    QCOMPARE(CountPackets(everything, leftOut, passes), 0);
+}
+
+void DissectorCapturesTest::inASessionWithoutFaultNothingIsFound()
+{
+    QCOMPARE(QDir(Path(QString())).entryList({QStringLiteral("*.pcap")}, QDir::Files), Sessions);
+    for (const QString& session : Sessions) {
+        QCOMPARE(Findings(seenIn[session]), QStringList());
+    }
+}
+
+void DissectorCapturesTest::theSessionsHaveEveryCommandOfTheCatalogue()
+{
+    const ProtocolPage page(QStringLiteral(PROTOCOL_PAGE));
+    QStringList seen;
+    for (const QString& session : Sessions) {
+        seen += CommandsOf(seenIn[session]);
+    }
+    seen.removeDuplicates();
+    seen.sort();
+    QStringList catalogue = page.TablesOf(QStringLiteral("Catalogue")).value(0).Column(0);
+    catalogue.sort();
+    QCOMPARE(seen, catalogue);
+}
+
+void DissectorCapturesTest::theFirmwareOfTheUpdateIsVerifiedToItsEnd()
+{
+    const sDISSECTION seen = seenIn[QStringLiteral("firmware-update.pcap")];
+    QCOMPARE(CommandsOf(seen), Lines("*IDN?\nCF3\nCF3\nCF3\nCF4\nCF5\n*IDN?\nCF8"));
+    QCOMPARE(ValuesOf(seen, "block.sum.status"), Lines("1\n1\n1"));
+    QCOMPARE(ValuesOf(seen, "block.sequence"), Lines("0\n1\n2"));
+    QCOMPARE(ValuesOf(seen, "image.length"), Lines("3000"));
+    QCOMPARE(ValuesOf(seen, "end.sum.status") + ValuesOf(seen, "end.length.status"), Lines("1\n1"));
+    QCOMPARE(ValuesOf(seen, "acknowledgement"), Lines("1\n1\n1\n1"));
+    QCOMPARE(ValuesOf(seen, "identity.firmware"), Lines("3.10\n3.11"));
+}
+
+void DissectorCapturesTest::theUnitIsFoundAtItsNewAddress()
+{
+    const sDISSECTION seen = seenIn[QStringLiteral("address-change.pcap")];
+    QCOMPARE(CommandsOf(seen), Lines("*IDN?\nCF0\nCF0\nCF1\nCF0\nCF0"));
+    QCOMPARE(ValuesOf(seen, "ip"),
+        Lines("192.168.0.129\n192.168.0.129\n192.168.0.131\n192.168.0.131\n192.168.0.131"));
+}
+
+void DissectorCapturesTest::everyFaultOfTheSimulatorHasACapture()
+{
+    QStringList captures;
+    for (const QString& fault : Faults()) {
+        captures.append(fault + QStringLiteral(".pcap"));
+    }
+    captures.sort();
+    QCOMPARE(QDir(Path(QStringLiteral("faults"))).entryList(QDir::Files), captures);
+}
+
+void DissectorCapturesTest::aFaultIsFoundByWhatItDoes_data()
+{
+    QTest::addColumn<QString>("findings");
+    const auto row = [](const char* fault, const char* findings) {
+        QTest::newRow(fault) << QString::fromLatin1(findings);
+    };
+    row("bytewise", "CF8 refused, HCF length, VCF length");
+    row("closing", "CF8 no_answer");
+    row("garbage", "*IDN? length, *IDN? not_understood, CF8 not_understood, GET:OPTION:DESC? "
+                   "length, GET:OPTION:INTERNAL? length, HCF length, VCF length");
+    row("long",
+        " unasked, CF8 not_understood, GET:OPTION:DESC? length, GET:OPTION:INTERNAL? length");
+    row("refusing", "CF8 refused");
+    row("resetting", "CF8 no_answer");
+    row("short", "*IDN? length, *IDN? not_understood, CF0 length, CF7 length, CF8 length, CF8 "
+                 "refused, GET:OPTION:DESC? length, GET:OPTION:INTERNAL? length");
+    row("silent", "*IDN? no_answer, CF0 no_answer, CF7 no_answer, CF8 no_answer, GET:OPTION:DESC? "
+                  "no_answer, GET:OPTION:INTERNAL? no_answer");
+    row("slow", " unasked, CF0 no_answer, CF7 no_answer, CF8 not_understood, GET:OPTION:DESC? "
+                "length, GET:OPTION:INTERNAL? length");
+    row("wrong", "*IDN? not_understood, CF8 not_understood, GET:OPTION:DESC? length, "
+                 "GET:OPTION:INTERNAL? length");
+}
+
+void DissectorCapturesTest::aFaultIsFoundByWhatItDoes()
+{
+    QFETCH(QString, findings);
+    const QString capture =
+        QStringLiteral("faults/%1.pcap").arg(QString::fromLatin1(QTest::currentDataTag()));
+    QCOMPARE(Findings(Dissect(Path(capture))).join(QStringLiteral(", ")), findings);
+}
+
+void DissectorCapturesTest::theFiltersOfThePageFindSomethingInTheirCaptures()
+{
+    const QVector<sPAGE_TABLE> tables =
+        ProtocolPage(QStringLiteral(WIRESHARK_PAGE)).TablesOf(QStringLiteral("What to look for"));
+    QVERIFY(tables.value(0).rows.size() >= 3);
+    for (const QStringList& row : tables.value(0).rows) {
+        QVERIFY2(CountPackets(Path(row.value(2)), row.value(0), Passes::Two) > 0,
+            qPrintable(row.value(0)));
+    }
+    // The names are known: a filter with another one makes tshark fail.
+    const QString names = tables.value(1).Column(0).join(QStringLiteral(" || "));
+    QVERIFY(CountPackets(everything, names, Passes::One) > 0);
+}
+
+void DissectorCapturesTest::thePageNamesEveryFinding()
+{
+    QFile dissector(QStringLiteral(DISSECTOR));
+    QVERIFY(dissector.open(QIODevice::ReadOnly));
+    static const QRegularExpression Definition(QStringLiteral("define_expert\\(\"([a-z_]+)\""));
+    QRegularExpressionMatchIterator found =
+        Definition.globalMatch(QString::fromUtf8(dissector.readAll()));
+    QStringList defined;
+    while (found.hasNext()) {
+        defined.append(QStringLiteral("vx440.expert.") + found.next().captured(1));
+    }
+    QStringList named = ProtocolPage(QStringLiteral(WIRESHARK_PAGE))
+                            .TablesOf(QStringLiteral("What to look for"))
+                            .value(1)
+                            .Column(0);
+    defined.sort();
+    named.sort();
+    QCOMPARE(named, defined);
+}
+
+void DissectorCapturesTest::damagedFramesGiveNoError()
+{
+    QFETCH(Passes, passes);
+    const ProtocolPage page(QStringLiteral(PROTOCOL_PAGE));
+    Chance chance;
+    CaptureFile capture;
+    for (int round = 0; round < 20; ++round) {
+        capture.NewUnit();
+        for (const sWIRE_EXAMPLE& example : page.Examples()) {
+            WriteInSegments(
+                Damaged(example.request, chance), chance, [&capture](const QByteArray& bytes) {
+                    capture.FromTool(bytes, bytes.size() % 97 == 0);
+                });
+            capture.Wait(chance.Below(2) * 12);
+            WriteInSegments(Damaged(example.answer, chance), chance,
+                [&capture](const QByteArray& bytes) { capture.FromUnit(bytes); });
+            capture.Wait(chance.Below(2) * 12);
+        }
+    }
+    CheckThatEverythingIsShown(capture, passes);
+}
+
+void DissectorCapturesTest::randomBytesGiveNoError()
+{
+    QFETCH(Passes, passes);
+    Chance chance;
+    CaptureFile capture;
+    for (int packet = 0; packet < 1000; ++packet) {
+        if (packet % 50 == 0) {
+            capture.NewUnit();
+        }
+        const QByteArray bytes = chance.Bytes(1 + chance.Below(1400));
+        if (chance.Below(2) == 0) {
+            capture.FromTool(bytes);
+        } else {
+            capture.FromUnit(bytes);
+        }
+        capture.Wait(chance.Below(20));
+    }
+    capture.FromTool(QByteArray(1400, '\r'));
+    CheckThatEverythingIsShown(capture, passes);
+}
+
+void DissectorCapturesTest::anAnswerInManySegmentsIsPutTogether()
+{
+    QFETCH(Passes, passes);
+    CaptureFile capture;
+    capture.FromTool(QByteArray::fromHex("4346370D13880000"));
+    for (int i = 0; i < 5000; ++i) {
+        capture.FromUnit("x");
+    }
+    const QString path = folder.filePath(QStringLiteral("capture.pcap"));
+    QVERIFY(capture.Save(path));
+    QCOMPARE(
+        CountPackets(path, QStringLiteral("vx440.answer && vx440.segments == 5000"), passes), 1);
+}
+
+QTEST_APPLESS_MAIN(DissectorCapturesTest)
+#include "DissectorCapturesTest.moc"
