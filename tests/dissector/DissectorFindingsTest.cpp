@@ -98,16 +98,25 @@ struct sROW
     const char* findings;
 };
 
-QVector<sROW> MakeRows()
+class RowList
 {
-    QVector<sROW> rows;
-    const auto add = [&rows](const char* name, const Story& story, const char* findings = "") {
+public:
+    void operator()(const char* name, const Story& story, const char* findings = "")
+    {
         rows.append({name, story, findings});
-    };
-    const QByteArray words10(20, '\1');
-    const QByteArray words12(24, '\1');
-    const QByteArray names("a,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0");
+    }
+    const QVector<sROW>& All() const { return rows; }
 
+private:
+    QVector<sROW> rows;
+};
+
+const QByteArray TenWords(20, '\1');
+const QByteArray TwelveWords(24, '\1');
+const QByteArray Names("a,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0");
+
+void AddAcknowledgements(RowList& add)
+{
     add("done", Exchanged("CF8\r", "1\r"));
     add("refused", Exchanged("CF8\r", "0\r"), "2 refused");
     add("acknowledged by a digit alone", Exchanged("CF8\r", "1"), "2 length");
@@ -120,9 +129,12 @@ QVector<sROW> MakeRows()
         },
         "2 not_understood");
     add("other bytes for an acknowledgement", Exchanged("CF8\r", "OK"), "2 not_understood");
+}
 
+void AddSilence(RowList& add)
+{
     add("silence", Sent("CF8\r"), "1 no_answer");
-    add("silence where none is due", Sent("HCF\r" + words10));
+    add("silence where none is due", Sent("HCF\r" + TenWords));
     add(
         "silence, and the next command",
         [](CaptureFile& capture) {
@@ -131,14 +143,20 @@ QVector<sROW> MakeRows()
         },
         "1 length|1 no_answer");
     add("a read of nothing", Sent(QByteArray("CF7\r\0\0\0\0", 8)));
+}
 
+void AddLateAnswers(RowList& add)
+{
     add("an acknowledgement in time", Exchanged("CF8\r", "1\r", 9900));
     add("a late acknowledgement", Exchanged("CF8\r", "1\r", 10100), "2 late");
     add("a block in time", Exchanged(QByteArray("CF7\r\0\2\0\0", 8), "ab", 990));
     add("a late block", Exchanged(QByteArray("CF7\r\0\2\0\0", 8), "ab", 1010), "2 late");
     add("a text in time", Exchanged("*IDN?\r", NewIdentity, 1990));
     add("a late text", Exchanged("*IDN?\r", NewIdentity, 2010), "2 late");
+}
 
+void AddUnaskedBytes(RowList& add)
+{
     add(
         "bytes before any command", [](CaptureFile& capture) { capture.FromUnit("x"); },
         "1 unasked");
@@ -146,7 +164,10 @@ QVector<sROW> MakeRows()
         "2 unasked");
     add("bytes behind a whole answer", Exchanged("CF8\r", "11\r"), "2 not_understood|2 unasked");
     add("bytes behind a refusal", Exchanged("CF8\r", "0\r\r"), "2 refused|2 unasked");
+}
 
+void AddTransfers(RowList& add)
+{
     add("a right sum", Exchanged(FirmwareBlock(0, Data), "1\r"));
     add("a wrong sum", Exchanged(FirmwareBlock(0, Data, 1), "0\r"), "1 sum|2 refused");
     add("a sum that does not fit into its field",
@@ -178,7 +199,10 @@ QVector<sROW> MakeRows()
     add("a right end", Transfer(1141, 1201));
     add("an end with a wrong sum", Transfer(1142, 1201), "5 sum");
     add("an end with a wrong length", Transfer(1141, 1202), "5 length");
+}
 
+void AddLengths(RowList& add)
+{
     add("a block without data", Exchanged(FirmwareBlock(0, {}), "0\r"), "1 length|2 refused");
     add("a block with too many data", Exchanged(WithByte(FirmwareBlock(0, Data), 5, '\xB1'), "0\r"),
         "1 length|2 refused");
@@ -189,25 +213,28 @@ QVector<sROW> MakeRows()
         KnowingTheUnit(NewIdentity, "CF0\r", QByteArray(67, '\1')), "4 length|4 length");
     add("the block of new firmware from a unit with old firmware",
         KnowingTheUnit(OldIdentity, "CF0\r", QByteArray(75, '\1')), "4 length");
-    add("words of old firmware for new firmware", KnowingTheUnit(NewIdentity, "HCF\r" + words10),
+    add("words of old firmware for new firmware", KnowingTheUnit(NewIdentity, "HCF\r" + TenWords),
         "3 length");
-    add("words of new firmware for old firmware", KnowingTheUnit(OldIdentity, "VCF\r" + words12),
-        "3 length");
+    add("words of new firmware for old firmware",
+        KnowingTheUnit(OldIdentity, "VCF\r" + TwelveWords), "3 length");
     add("words of the right number for old firmware",
-        KnowingTheUnit(OldIdentity, "VCF\r" + words10));
+        KnowingTheUnit(OldIdentity, "VCF\r" + TenWords));
     add("a short CF2 for old firmware", KnowingTheUnit(OldIdentity, "CF2\rabcdef"), "3 length");
     add("a frame that ends too soon", Sent("CF1\rabc"), "1 length");
     add("an EEPROM write of 1200 bytes", Exchanged("CF6\r" + QByteArray(1202, '\0'), "1\r"));
     add("an EEPROM write of 1201 bytes", Exchanged("CF6\r" + QByteArray(1203, '\0'), "0\r"),
         "1 length|2 refused");
     add("a text frame of 1199 bytes",
-        Exchanged("CF9\r" + names + QByteArray(1195 - names.size(), '0'), "1\r"));
+        Exchanged("CF9\r" + Names + QByteArray(1195 - Names.size(), '0'), "1\r"));
     add("a text frame of 1200 bytes",
-        Exchanged("CF9\r" + names + QByteArray(1196 - names.size(), '0'), "0\r"),
+        Exchanged("CF9\r" + Names + QByteArray(1196 - Names.size(), '0'), "0\r"),
         "1 length|2 refused");
-    add("18 names", Exchanged("CF9\r" + names.mid(2), "1\r"), "1 length");
-    add("20 names", Exchanged("CF9\r" + names + ",0", "1\r"), "1 length");
+    add("18 names", Exchanged("CF9\r" + Names.mid(2), "1\r"), "1 length");
+    add("20 names", Exchanged("CF9\r" + Names + ",0", "1\r"), "1 length");
+}
 
+void AddBytesWithoutSense(RowList& add)
+{
     add("no command", Sent("CF11\r"), "1 no_command");
     add("no command without end", Sent(QByteArray(1000, 'x')), "1 no_command");
     add("the beginning of a command", Sent("GET:OPTION:"), "1 no_command");
@@ -219,10 +246,10 @@ QVector<sROW> MakeRows()
     add("an empty text", Exchanged("GET:OPTION:DESC?\r", "\r"), "2 not_understood");
     add("a text without end", Exchanged("*IDN?\r", QByteArray("a,b,c/d,3.10")), "2 length");
     add(
-        "a segment of which the capture has a part",
+        "a command behind a segment of which the capture has a part",
         [](CaptureFile& capture) {
             capture.FromTool("CF1\r\1\2\3\4\5\6\7\1", 3);
-            capture.Wait(20);
+            capture.Wait(1);
             Exchange(capture, "CF8\r", "1\r");
         },
         "1 length|1 not_captured");
@@ -240,13 +267,58 @@ QVector<sROW> MakeRows()
             Exchange(capture, FirmwareBlock(1, Data), "1\r");
         },
         "1 length");
+}
+
+void AddEndsOfFrames(RowList& add)
+{
+    add("more of a text frame", [](CaptureFile& capture) {
+        capture.FromTool("CF9\r" + Names.left(5));
+        capture.Wait(9900);
+        Exchange(capture, Names.mid(5), "1\r");
+    });
+    add(
+        "bytes behind the wait for an acknowledgement",
+        [](CaptureFile& capture) {
+            capture.FromTool("CF9\r" + Names);
+            capture.Wait(10100);
+            capture.FromTool("0");
+        },
+        "1 no_answer|2 no_command");
+    add(
+        "bytes behind an acknowledged text frame",
+        [](CaptureFile& capture) {
+            Exchange(capture, "CF9\r" + Names, "1\r");
+            capture.FromTool("0");
+        },
+        "3 no_command");
+    add("a command in the segment of words of old firmware", Sent("VCF\r" + TenWords + "CF8\r"),
+        "1 no_answer");
+    add(
+        "words of old firmware for a unit whose block came in two segments",
+        [](CaptureFile& capture) {
+            capture.FromTool("CF0\r");
+            capture.FromUnit(QByteArray(67, '\1'));
+            capture.FromUnit(QByteArray(8, '\1'));
+            capture.Wait(20);
+            capture.FromTool("HCF\r" + TenWords);
+        },
+        "4 length");
+}
+
+RowList MakeRows()
+{
+    RowList rows;
+    for (const auto add : {AddAcknowledgements, AddSilence, AddLateAnswers, AddUnaskedBytes,
+             AddTransfers, AddLengths, AddBytesWithoutSense, AddEndsOfFrames}) {
+        add(rows);
+    }
     return rows;
 }
 
 const QVector<sROW>& Rows()
 {
-    static const QVector<sROW> rows = MakeRows();
-    return rows;
+    static const RowList rows = MakeRows();
+    return rows.All();
 }
 
 // What is marked in the frames behind `begin` up to `end`, which are counted from `begin`.
@@ -277,6 +349,8 @@ private slots:
     void theClosingFrameIsVerified();
     void anAnswerOfWhichNothingElseComesIsShownAsFarAsItGoes();
     void aFrameInPartsTellsWhereItIsShown();
+    void aTextIsShownBehindAZeroToo();
+    void theEndsOfTheRangesOfAnEepromBlockAreShown();
     void oneSessionDoesNotTellAnotherUnitsGeneration();
     void aMovedUnitKeepsItsGeneration();
     void aUnitKeepsItsGenerationInTheNextConnection();
@@ -378,6 +452,37 @@ void DissectorFindingsTest::aFrameInPartsTellsWhereItIsShown()
     QCOMPARE(seen.Packet(3).Values("begins_in"), QStringList{QStringLiteral("1")});
     QCOMPARE(seen.Packet(3).Values("segments"), QStringList{QStringLiteral("3")});
     QCOMPARE(seen.Packet(3).Values("ip"), QStringList{QStringLiteral("192.168.0.130")});
+}
+
+void DissectorFindingsTest::aTextIsShownBehindAZeroToo()
+{
+    const sDISSECTED_PACKET answer =
+        Run(Exchanged("*IDN?\r", QByteArray("a\0b,\xE4,c/d,3.10\r", 15))).Packet(2);
+    QCOMPARE(answer.Values("identity.maker"), QStringList{QStringLiteral("a\u2400b")});
+    QCOMPARE(answer.Values("identity.product"), QStringList{QStringLiteral("\u00E4")});
+    QCOMPARE(answer.Values("identity"), QStringList{QStringLiteral("a\u2400b,\u00E4,c/d,3.10")});
+}
+
+void DissectorFindingsTest::theEndsOfTheRangesOfAnEepromBlockAreShown()
+{
+    const QByteArray block = QByteArray::fromHex("020000000000000000000000"
+                                                 "01000000"
+                                                 "FFFEFFFF"
+                                                 "00000080"
+                                                 "9FFF0000"
+                                                 "0080") +
+                             "a" + QByteArray(1, '\0') + "b" + QByteArray(11, '\0');
+    const sDISSECTED_PACKET write =
+        Run(Sent(QByteArray::fromHex("4346360D0000") + block)).Packet(1);
+    QCOMPARE(write.Values("eeprom.region"), QStringList{QStringLiteral("device")});
+    QCOMPARE(write.Values("eeprom.block.part_number"), QStringList{QStringLiteral("1")});
+    QCOMPARE(write.Values("eeprom.block.variant"), QStringList{QStringLiteral("255")});
+    QCOMPARE(write.Values("eeprom.block.code"), QStringList{QStringLiteral("254")});
+    QCOMPARE(write.Values("eeprom.block.index"), QStringList{QStringLiteral("-1")});
+    QCOMPARE(write.Values("eeprom.block.serial_number"), QStringList{QStringLiteral("2147483648")});
+    QCOMPARE(write.Values("eeprom.block.date"), QStringList{QStringLiteral("2107-12-31")});
+    QCOMPARE(write.Values("eeprom.block.test_index"), QStringList{QStringLiteral("-32768")});
+    QCOMPARE(write.Values("eeprom.block.name"), QStringList{QStringLiteral("ab")});
 }
 
 void DissectorFindingsTest::oneSessionDoesNotTellAnotherUnitsGeneration()
