@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <functional>
 
 using Story = std::function<void(CaptureFile&)>;
@@ -479,6 +480,10 @@ void DissectorFindingsTest::theEndsOfTheRangesOfAnEepromBlockAreShown()
     QCOMPARE(write.Values("eeprom.block.variant"), QStringList{QStringLiteral("255")});
     QCOMPARE(write.Values("eeprom.block.code"), QStringList{QStringLiteral("254")});
     QCOMPARE(write.Values("eeprom.block.index"), QStringList{QStringLiteral("-1")});
+    QVERIFY(
+        std::any_of(write.fields.cbegin(), write.fields.cend(), [](const sDISSECTED_FIELD& field) {
+            return field.text.endsWith(QLatin1String("-1 (-0.01)"));
+        }));
     QCOMPARE(write.Values("eeprom.block.serial_number"), QStringList{QStringLiteral("2147483648")});
     QCOMPARE(write.Values("eeprom.block.date"), QStringList{QStringLiteral("2107-12-31")});
     QCOMPARE(write.Values("eeprom.block.test_index"), QStringList{QStringLiteral("-32768")});
