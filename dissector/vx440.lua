@@ -27,6 +27,8 @@ local LONGEST_OPEN_FRAME = 4096
 -- What is longer and not whole is not shown in the first pass: it would be shown anew with each segment.
 local LONGEST_UNFINISHED = 4096
 local LONGEST_MNEMONIC = 20
+-- The tool has a few in one segment at most, where the network holds them back.
+local MOST_FRAMES_OF_A_SEGMENT = 100
 local MOST_TEXTS_OF_A_PACKET = 4
 
 local OLD, NEW = "below 3.0", "3.0 and later"
@@ -67,7 +69,6 @@ define("acknowledgement", "uint8", "Acknowledgement", base.DEC,
     { [REFUSED] = "refused, or failed", [DONE] = "done", [NOT_UNDERSTOOD] = "as silence, or not understood" })
 define("no_command", "bytes", "No command")
 define("unasked", "bytes", "Nobody asked for")
-define("excess", "bytes", "More than the frame has")
 define("zero", "bytes", "Zero")
 define("filler", "bytes", "Filler")
 define("uninterpreted", "bytes", "Not interpreted")
@@ -667,11 +668,14 @@ catalogue("CF6", "EEPROM write", { open = true, answer = "acknowledgement", show
 catalogue("CF7", "EEPROM read",
     { size = 8, answer = "block", show = show_eeprom_request, show_answer = show_eeprom_answer })
 catalogue("CF8", "validation of the firmware", { size = 4, answer = "acknowledgement" })
-catalogue("CF9", "options", { open = true, answer = "acknowledgement", show = show_places_frame("options", ",") })
+catalogue("CF9", "options",
+    { open = true, answer = "acknowledgement", show = show_places_frame("options", ",") })
 catalogue("CF10", "descriptions",
     { open = true, answer = "acknowledgement", show = show_places_frame("descriptions", ";") })
-catalogue("HCF", "azimuth rotator", { sizes = { [OLD] = 24, [NEW] = 28 }, show = show_motor_frame("azimuth") })
-catalogue("VCF", "polar rotator", { sizes = { [OLD] = 24, [NEW] = 28 }, show = show_motor_frame("polar") })
+catalogue("HCF", "azimuth rotator",
+    { sizes = { [OLD] = 24, [NEW] = 28 }, show = show_motor_frame("azimuth") })
+catalogue("VCF", "polar rotator",
+    { sizes = { [OLD] = 24, [NEW] = 28 }, show = show_motor_frame("polar") })
 catalogue("GET:OPTION:INTERNAL?", "options",
     { size = 21, answer = "text", show_answer = show_places_answer("options", ",") })
 catalogue("GET:OPTION:DESC?", "descriptions",
@@ -774,12 +778,26 @@ local function measure_by_generation(command, text, generation)
     return size, #text >= size
 end
 
+-- How many bytes there are before something that is or may become a command.
+local function measure_no_command(text)
+    local at = text:find("\r", 1, true)
+    while at and at < #text do
+        local command, beginning = command_at(text, at + 1)
+        if command or beginning then
+            return at
+        end
+        at = text:find("\r", at + 1, true)
+    end
+    return #text
+end
+
 -- The same for the frame that a text begins with, and its command.
 local function measure_request(text, generation)
     local command, beginning = command_at(text, 1)
-    if not command then
-        local at = text:find("\r", 1, true)
-        return at or #text, not beginning, false
+    if beginning then
+        return #text, false, false
+    elseif not command then
+        return measure_no_command(text), true, false
     elseif command.open then
         return math.min(#text, LONGEST_OPEN_FRAME), #text >= LONGEST_OPEN_FRAME, true, command
     elseif command.sizes then
@@ -789,16 +807,18 @@ local function measure_request(text, generation)
     return command.size, #text >= command.size, false, command
 end
 
--- Whether the bytes of a segment go on with a request that is not whole, or may not be. A segment that
--- begins like a command, and no sooner than the tool sends the next one, does not; nor does one behind an
--- answer, or behind all waits for one.
+-- Whether the bytes of a segment go on with a request that is not whole, or may not be. They do not behind
+-- an answer, nor behind all waits for one, nor when they begin with a command. Where bytes are missing for
+-- certain, or only the beginning of a command is there, this can be chance, and the pause counts, too.
 local function goes_on(request, segment)
     if not request or request.whole or request.answer then
         return false
     end
     local pause = segment.time - request.time
     local command, beginning = command_at(segment.bytes, 1)
-    if pause >= DRAIN and (command or beginning and request.may_end) then
+    if command and (request.may_end or pause >= DRAIN) then
+        return false
+    elseif beginning and request.may_end and pause >= DRAIN then
         return false
     end
     return not request.may_end or pause < LATE_AFTER.acknowledgement
@@ -862,13 +882,26 @@ local function learn(lessons, conversation, record)
     end
 end
 
+local function take_the_rest(conversation, segment)
+    local rest = new_record("request", conversation)
+    rest.whole, rest.too_many = true, true
+    append(rest, segment, #segment.bytes - segment.position + 1)
+    conversation.open_request = nil
+end
+
 local function follow_request(conversation, segment)
+    if #segment.parts >= MOST_FRAMES_OF_A_SEGMENT then
+        take_the_rest(conversation, segment)
+        return
+    end
     local request = conversation.open_request
     if not goes_on(request, segment) then
         request = new_record("request", conversation)
     end
     local known = request.command
-    local text = text_of(request) .. segment.bytes:sub(segment.position)
+    -- No more than a frame can have: a segment of many small frames would be copied over and over.
+    local text = text_of(request) ..
+        segment.bytes:sub(segment.position, segment.position + LONGEST_OPEN_FRAME)
     local size, whole, may_end, command = measure_request(text, request.generation)
     request.command, request.whole, request.may_end, request.wanted = command, whole, may_end, size
     append(request, segment, math.min(size, #text) - request.size)
@@ -943,24 +976,6 @@ local function follow_answer(conversation, segment)
         text_of(answer) == "2\r")
 end
 
--- Bytes side by side that are no commands are one record.
-local function join_no_commands(parts)
-    local joined = {}
-    for _, part in ipairs(parts) do
-        local last = joined[#joined]
-        local both = last and not last.record.command and not part.record.command and
-            last.record.kind == "request" and part.record.kind == "request" and part.record.whole and
-            last.record.parts == 1
-        if both then
-            last.size = last.size + part.size
-            last.record.size = last.record.size + part.size
-        else
-            joined[#joined + 1] = part
-        end
-    end
-    return joined
-end
-
 local function forget_bytes_of_whole_records(parts)
     for _, part in ipairs(parts) do
         if part.record.whole and part.record.parts == 1 then
@@ -981,9 +996,8 @@ local function follow(conversation, segment, from_tool)
     if segment.lacks > 0 then
         conversation.open_request, conversation.open_answer = nil, nil
     end
-    local parts = join_no_commands(segment.parts)
-    forget_bytes_of_whole_records(parts)
-    return parts
+    forget_bytes_of_whole_records(segment.parts)
+    return segment.parts
 end
 
 -- Who has sent a segment: the unit is the one at the port by which the dissector was called.
@@ -1032,7 +1046,9 @@ end
 
 local function show_no_command(record, range, tree)
     local item = tree:add(fields.no_command, range)
-    if record.whole then
+    if record.too_many then
+        complain(item, "no_command", "More than %d frames in one segment", MOST_FRAMES_OF_A_SEGMENT)
+    elseif record.whole then
         item:add_proto_expert_info(experts.no_command)
     else
         complain(item, "no_command", "The beginning of a command, and no more")
@@ -1045,8 +1061,9 @@ local function show_unasked(record, range, tree)
     local request = record.request
     if request then
         add_generated(item, "request_in", request.frame)
-        complain(item, "unasked", "%s behind %s, to which %s", count_of(record.size, "byte"),
-            request.command.mnemonic, request.command.answer and "the answer is whole" or "there is no answer")
+        local why = request.command.answer and "to which the answer is whole" or "which has no answer"
+        complain(item, "unasked", "%s behind %s, %s", count_of(record.size, "byte"),
+            request.command.mnemonic, why)
     else
         complain(item, "unasked", "%s, and there was no command", count_of(record.size, "byte"))
     end
@@ -1100,8 +1117,9 @@ end
 
 local function show_time(answer, tree)
     local seconds = math.max(0, answer.time - answer.request.time)
-    local whole = math.floor(seconds)
-    local item = add_generated(tree, "time", NSTime.new(whole, math.floor((seconds - whole) * 1e9 + 0.5)))
+    local nanoseconds = math.floor(seconds * 1e9 + 0.5)
+    local item = add_generated(tree, "time",
+        NSTime.new(math.floor(nanoseconds / 1e9), nanoseconds % 1e9))
     if seconds > LATE_AFTER[answer.command.answer] then
         complain(item, "late", "The tool waits %s for this answer",
             count_of(LATE_AFTER[answer.command.answer], "second"))

@@ -237,6 +237,10 @@ void AddLengths(RowList& add)
 void AddBytesWithoutSense(RowList& add)
 {
     add("no command", Sent("CF11\r"), "1 no_command");
+    add("several times no command", Sent("CF11\rHELLO\r\rCF1"), "1 no_command|1 no_command");
+    add("100 commands in one segment", Sent(QByteArray("CF4\r12345678").repeated(100)));
+    add("more commands in one segment", Sent(QByteArray("CF4\r12345678").repeated(102)),
+        "1 no_command");
     add("no command without end", Sent(QByteArray(1000, 'x')), "1 no_command");
     add("the beginning of a command", Sent("GET:OPTION:"), "1 no_command");
     add(
@@ -292,6 +296,20 @@ void AddEndsOfFrames(RowList& add)
             capture.FromTool("0");
         },
         "3 no_command");
+    add("words of old firmware that the network has brought together", [](CaptureFile& capture) {
+        capture.FromTool("HCF\r" + TenWords);
+        capture.Wait(3);
+        capture.FromTool("VCF\r" + TenWords);
+        capture.Wait(3);
+        Exchange(capture, "CF8\r", "1\r");
+    });
+    add("a command within the data of a block", [](CaptureFile& capture) {
+        const QByteArray block =
+            FirmwareBlock(1, QByteArray(500, 'A') + "CF3\r" + QByteArray(696, 'A'));
+        capture.FromTool(block.left(524));
+        capture.Wait(1);
+        Exchange(capture, block.mid(524), "1\r");
+    });
     add("a command in the segment of words of old firmware", Sent("VCF\r" + TenWords + "CF8\r"),
         "1 no_answer");
     add(

@@ -25,33 +25,22 @@ void TakeField(const QXmlStreamReader& xml, sDISSECTION& dissection)
     } else if (name.startsWith(FieldPrefix)) {
         dissection.packets.last().fields.append(
             {name, Attribute(xml, "show"), Attribute(xml, "showname"),
-                Attribute(xml, "pos").toInt(), Attribute(xml, "size").toInt(), false});
+                Attribute(xml, "pos").toInt(), Attribute(xml, "size").toInt()});
     }
 }
 
-// A field with fields of the dissector below it: the one that is still open when another begins.
 void ReadPackets(QXmlStreamReader& xml, sDISSECTION& dissection)
 {
-    QVector<int> open;
     while (!xml.atEnd()) {
-        const QXmlStreamReader::TokenType token = xml.readNext();
-        const bool isField = xml.name() == QLatin1String("field");
-        if (token == QXmlStreamReader::StartElement && xml.name() == QLatin1String("packet")) {
+        if (xml.readNext() != QXmlStreamReader::StartElement) {
+            continue;
+        }
+        if (xml.name() == QLatin1String("packet")) {
             dissection.packets.append(sDISSECTED_PACKET{0, {}});
-        } else if (token == QXmlStreamReader::StartElement && isField) {
-            auto& fields = dissection.packets.last().fields;
-            if (Attribute(xml, "name") == QLatin1String("frame.number")) {
-                dissection.packets.last().frame = Attribute(xml, "show").toInt();
-            }
-            const int before = fields.size();
+        } else if (Attribute(xml, "name") == QLatin1String("frame.number")) {
+            dissection.packets.last().frame = Attribute(xml, "show").toInt();
+        } else if (xml.name() == QLatin1String("field")) {
             TakeField(xml, dissection);
-            const bool taken = fields.size() > before;
-            if (taken && fields.last().size > 0 && !open.isEmpty() && open.last() >= 0) {
-                fields[open.last()].hasFieldsBelow = true;
-            }
-            open.append(taken ? before : -1);
-        } else if (token == QXmlStreamReader::EndElement && isField) {
-            open.removeLast();
         }
     }
 }

@@ -16,7 +16,6 @@ struct sDISSECTED_FIELD
     /// Of the field's bytes in its frame; the size is 0 where the dissector worked the field out.
     int position;
     int size;
-    bool hasFieldsBelow;
 };
 
 /// A packet in which the dissector found something. `frame` counts the packets of the capture
