@@ -762,14 +762,14 @@ local function append(record, segment, size)
 end
 
 -- How many of the bytes of `text` a frame with that command has, if they are there; and whether it is
--- whole then, or may be.
-local function measure_by_generation(command, text, generation)
+-- whole then, or may be. It had `before` of them before the segment.
+local function measure_by_generation(command, text, generation, before)
     local wanted = command.sizes[generation]
     local small = math.min(command.sizes[OLD], command.sizes[NEW])
     local large = math.max(command.sizes[OLD], command.sizes[NEW])
     if #text == small then
         return small, wanted == small, true
-    elseif #text > small and command_at(text, small + 1) then
+    elseif #text > small and before < small and command_at(text, small + 1) then
         return small, true
     elseif #text == large then
         return large, true
@@ -792,7 +792,7 @@ local function measure_no_command(text)
 end
 
 -- The same for the frame that a text begins with, and its command.
-local function measure_request(text, generation)
+local function measure_request(text, generation, before)
     local command, beginning = command_at(text, 1)
     if beginning then
         return #text, false, false
@@ -801,7 +801,7 @@ local function measure_request(text, generation)
     elseif command.open then
         return math.min(#text, LONGEST_OPEN_FRAME), #text >= LONGEST_OPEN_FRAME, true, command
     elseif command.sizes then
-        local size, whole, may_end = measure_by_generation(command, text, generation)
+        local size, whole, may_end = measure_by_generation(command, text, generation, before)
         return size, whole, may_end, command
     end
     return command.size, #text >= command.size, false, command
@@ -847,7 +847,6 @@ local LEARN_FROM_REQUEST = {
     end,
     CF4 = function(conversation, _, request)
         request.transfer = conversation.unit.transfer
-        conversation.unit.transfer = nil
     end,
     CF7 = function(_, text, request)
         request.answer_size = number_at(text, 5, 2)
@@ -902,7 +901,7 @@ local function follow_request(conversation, segment)
     -- No more than a frame can have: a segment of many small frames would be copied over and over.
     local text = text_of(request) ..
         segment.bytes:sub(segment.position, segment.position + LONGEST_OPEN_FRAME)
-    local size, whole, may_end, command = measure_request(text, request.generation)
+    local size, whole, may_end, command = measure_request(text, request.generation, request.size)
     request.command, request.whole, request.may_end, request.wanted = command, whole, may_end, size
     append(request, segment, math.min(size, #text) - request.size)
     if command and not known then

@@ -303,6 +303,11 @@ void AddEndsOfFrames(RowList& add)
         capture.Wait(3);
         Exchange(capture, "CF8\r", "1\r");
     });
+    add("a command in two segments right behind words", [](CaptureFile& capture) {
+        capture.FromTool("HCF\r" + TenWords);
+        capture.FromTool("V");
+        capture.FromTool("CF\r");
+    });
     add("a command within the data of a block", [](CaptureFile& capture) {
         const QByteArray block =
             FirmwareBlock(1, QByteArray(500, 'A') + "CF3\r" + QByteArray(696, 'A'));
@@ -367,6 +372,7 @@ private slots:
     void theClosingFrameIsVerified_data();
     void theClosingFrameIsVerified();
     void anAnswerOfWhichNothingElseComesIsShownAsFarAsItGoes();
+    void aTextWithoutEndSaysSo();
     void aFrameInPartsTellsWhereItIsShown();
     void aTextIsShownBehindAZeroToo();
     void theEndsOfTheRangesOfAnEepromBlockAreShown();
@@ -457,6 +463,13 @@ void DissectorFindingsTest::anAnswerOfWhichNothingElseComesIsShownAsFarAsItGoes(
         QCOMPARE(answer.Values("motor.azimuth.mhd"), QStringList{QStringLiteral("3")});
         QVERIFY(!answer.Has("motor.azimuth.sd"));
     }
+}
+
+void DissectorFindingsTest::aTextWithoutEndSaysSo()
+{
+    const sDISSECTED_PACKET answer = Run(Exchanged("*IDN?\r", "a,b,c/d,3.10")).Packet(2);
+    QCOMPARE(answer.fields.last().name, QStringLiteral("vx440.expert.length"));
+    QCOMPARE(answer.fields.last().text, QStringLiteral("12 bytes and no carriage return"));
 }
 
 void DissectorFindingsTest::aFrameInPartsTellsWhereItIsShown()

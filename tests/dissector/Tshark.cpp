@@ -35,9 +35,13 @@ void ReadPackets(QXmlStreamReader& xml, sDISSECTION& dissection)
         if (xml.readNext() != QXmlStreamReader::StartElement) {
             continue;
         }
-        if (xml.name() == QLatin1String("packet")) {
+        const QString name = Attribute(xml, "name");
+        if (name == QLatin1String("_ws.malformed.expert")) {
+            // What Wireshark makes of a range beyond the bytes that there are.
+            dissection.error += Attribute(xml, "showname");
+        } else if (xml.name() == QLatin1String("packet")) {
             dissection.packets.append(sDISSECTED_PACKET{0, {}});
-        } else if (Attribute(xml, "name") == QLatin1String("frame.number")) {
+        } else if (name == QLatin1String("frame.number")) {
             dissection.packets.last().frame = Attribute(xml, "show").toInt();
         } else if (xml.name() == QLatin1String("field")) {
             TakeField(xml, dissection);
@@ -139,7 +143,7 @@ sDISSECTION Dissect(const QString& capture, Passes passes)
 {
     const sRUN run = RunTshark(passes, capture,
         {QStringLiteral("-T"), QStringLiteral("pdml"), QStringLiteral("-J"),
-            QStringLiteral("frame vx440"), QStringLiteral("-Y"),
+            QStringLiteral("frame vx440 _ws.malformed"), QStringLiteral("-Y"),
             QStringLiteral("vx440 || _ws.lua.error")});
     sDISSECTION dissection{run.error, {}};
     QXmlStreamReader xml(run.output);
