@@ -4,11 +4,12 @@
 #include "platform/Sockets.h"
 
 #include <QMap>
-#include <QMutex>
 
 #include <algorithm>
 #include <chrono>
 #include <limits>
+#include <memory>
+#include <mutex>
 #include <thread>
 
 namespace scripted {
@@ -20,8 +21,9 @@ struct Script
     int now = 0;
     QByteArray input;
     QMap<int, QByteArray> later;
-    std::function<void(const QByteArray&)> whenSent;
-    std::function<void(int)> whenSlept;
+    // Shared with the call that is under way: what an action keeps is its own.
+    std::shared_ptr<std::function<void(const QByteArray&)>> whenSent;
+    std::shared_ptr<std::function<void(int)>> whenSlept;
     bool closed = false;
     int endsOfStream = 0;
     int sendsLeft = std::numeric_limits<int>::max();
@@ -33,23 +35,40 @@ struct Script
     bool failResolution = false;
 };
 
-// The connecting thread comes here too.
-QMutex guard;
+// The connecting thread comes here too: whoever touches these holds the lock. It is one that the
+// thread sanitizer knows, which Qt's is not.
+std::mutex guard;
 Script script;
 platform::SocketHandle latestHandle = 0;
 
+template<class Value>
+Value Get(Value Script::*member)
+{
+    const std::lock_guard<std::mutex> lock(guard);
+    return script.*member;
+}
+
+template<class Value>
+void Set(Value Script::*member, const Value& value)
+{
+    const std::lock_guard<std::mutex> lock(guard);
+    script.*member = value;
+}
+
 void Note(const QString& event)
 {
-    const QMutexLocker locker(&guard);
+    const std::lock_guard<std::mutex> lock(guard);
     script.events.append(event);
 }
 
-ConnectResult CurrentConnectResult()
+// False when this send is to fail.
+bool TakeSend()
 {
-    const QMutexLocker locker(&guard);
-    return script.connectResult;
+    const std::lock_guard<std::mutex> lock(guard);
+    return script.sendsLeft-- > 0;
 }
 
+// For those who hold the lock.
 void TakeWhatIsDue()
 {
     while (!script.later.isEmpty() && script.later.firstKey() <= script.now) {
@@ -62,14 +81,13 @@ void TakeWhatIsDue()
 
 void Reset()
 {
-    const QMutexLocker locker(&guard);
+    const std::lock_guard<std::mutex> lock(guard);
     script = Script();
 }
 
 QStringList Events()
 {
-    const QMutexLocker locker(&guard);
-    return script.events;
+    return Get(&Script::events);
 }
 
 QStringList Actions()
@@ -96,14 +114,12 @@ QList<int> Sleeps()
 
 void ForgetEvents()
 {
-    const QMutexLocker locker(&guard);
-    script.events.clear();
+    Set(&Script::events, {});
 }
 
 int Now()
 {
-    const QMutexLocker locker(&guard);
-    return script.now;
+    return Get(&Script::now);
 }
 
 void Deliver(const QByteArray& bytes)
@@ -113,70 +129,71 @@ void Deliver(const QByteArray& bytes)
 
 void DeliverAfter(int ms, const QByteArray& bytes)
 {
-    const QMutexLocker locker(&guard);
+    const std::lock_guard<std::mutex> lock(guard);
     script.later[script.now + ms].append(bytes);
     TakeWhatIsDue();
 }
 
 void WhenSent(const std::function<void(const QByteArray&)>& answer)
 {
-    script.whenSent = answer;
+    Set(&Script::whenSent, std::make_shared<std::function<void(const QByteArray&)>>(answer));
 }
 
 void WhenSlept(const std::function<void(int)>& action)
 {
-    script.whenSlept = action;
+    Set(&Script::whenSlept, std::make_shared<std::function<void(int)>>(action));
 }
 
 void CloseByPeer(int endsOfStream)
 {
-    const QMutexLocker locker(&guard);
+    const std::lock_guard<std::mutex> lock(guard);
     script.closed = true;
     script.endsOfStream = endsOfStream;
 }
 
 void FailSendsFrom(int call)
 {
-    script.sendsLeft = call - 1;
+    Set(&Script::sendsLeft, call - 1);
 }
 
 void TakeAtMost(int bytes)
 {
-    script.takeAtMost = bytes;
+    Set(&Script::takeAtMost, bytes);
 }
 
 void SetConnectResult(ConnectResult result)
 {
-    const QMutexLocker locker(&guard);
-    script.connectResult = result;
+    Set(&Script::connectResult, result);
 }
 
 void FailStart()
 {
-    script.failStart = true;
+    Set(&Script::failStart, true);
 }
 
 void FailOpen()
 {
-    script.failOpen = true;
+    Set(&Script::failOpen, true);
 }
 
 void FailOptions()
 {
-    script.failOptions = true;
+    Set(&Script::failOptions, true);
 }
 
 void FailResolution()
 {
-    script.failResolution = true;
+    Set(&Script::failResolution, true);
 }
 
 } // namespace scripted
 
 namespace platform {
 
+using scripted::Get;
 using scripted::guard;
 using scripted::Note;
+using scripted::Script;
 using scripted::script;
 
 void Sleep(unsigned milliseconds)
@@ -184,25 +201,27 @@ void Sleep(unsigned milliseconds)
     Note(QStringLiteral("sleep %1").arg(milliseconds));
     int now = 0;
     {
-        const QMutexLocker locker(&guard);
+        const std::lock_guard<std::mutex> lock(guard);
         script.now += static_cast<int>(milliseconds);
         now = script.now;
         scripted::TakeWhatIsDue();
     }
-    if (script.whenSlept) {
-        script.whenSlept(now);
+    const auto action = Get(&Script::whenSlept);
+    if (action && *action) {
+        (*action)(now);
     }
 }
 
 int StartSockets(std::uint16_t version)
 {
     Note(QStringLiteral("start %1").arg(version));
-    return script.failStart ? 1 : 0;
+    return Get(&Script::failStart) ? 1 : 0;
 }
 
 SocketHandle OpenSocket(std::uint16_t type)
 {
     Note(QStringLiteral("open %1").arg(type));
+    const std::lock_guard<std::mutex> lock(guard);
     return script.failOpen ? InvalidSocket : ++scripted::latestHandle;
 }
 
@@ -213,26 +232,26 @@ int EnableSocketOption(SocketHandle, SocketOption option)
         {SocketOption::OutOfBandInline, QStringLiteral("out of band inline")},
         {SocketOption::Broadcast, QStringLiteral("broadcast")}};
     Note(QStringLiteral("option ") + Names.value(option));
-    return script.failOptions ? -1 : 0;
+    return Get(&Script::failOptions) ? -1 : 0;
 }
 
 bool ResolveHost(const char* host, std::uint32_t& address)
 {
     Note(QStringLiteral("resolve ") + QString::fromLatin1(host));
     address = 0x0100007F;
-    return !script.failResolution;
+    return !Get(&Script::failResolution);
 }
 
 int ConnectSocket(SocketHandle, std::uint32_t, std::uint16_t port)
 {
     Note(QStringLiteral("connect %1").arg(port));
-    scripted::ConnectResult result = scripted::CurrentConnectResult();
+    scripted::ConnectResult result = Get(&Script::connectResult);
     if (result == scripted::ConnectResult::Hangs) {
         std::this_thread::sleep_for(std::chrono::hours(1)); // until the thread is ended
     }
     while (result == scripted::ConnectResult::SucceedsWhenTold) {
         std::this_thread::yield();
-        result = scripted::CurrentConnectResult();
+        result = Get(&Script::connectResult);
     }
     return result == scripted::ConnectResult::Succeeds ? 0 : -1;
 }
@@ -248,7 +267,7 @@ int ReceiveFromSocket(SocketHandle socket, char* buffer, int length)
     if (socket == InvalidSocket) {
         return -1;
     }
-    const QMutexLocker locker(&guard);
+    const std::lock_guard<std::mutex> lock(guard);
     if (script.input.isEmpty()) {
         return script.closed && script.endsOfStream-- > 0 ? 0 : -1;
     }
@@ -260,14 +279,15 @@ int ReceiveFromSocket(SocketHandle socket, char* buffer, int length)
 
 int SendToSocket(SocketHandle socket, const char* buffer, int length)
 {
-    if (socket == InvalidSocket || script.sendsLeft-- <= 0) {
+    if (socket == InvalidSocket || !scripted::TakeSend()) {
         Note(QStringLiteral("send fails"));
         return -1;
     }
-    const QByteArray bytes(buffer, std::min(length, script.takeAtMost));
+    const QByteArray bytes(buffer, std::min(length, Get(&Script::takeAtMost)));
     Note(QStringLiteral("send ") + QString::fromLatin1(bytes.toHex().toUpper()));
-    if (script.whenSent) {
-        script.whenSent(bytes);
+    const auto answer = Get(&Script::whenSent);
+    if (answer && *answer) {
+        (*answer)(bytes);
     }
     return bytes.size();
 }
