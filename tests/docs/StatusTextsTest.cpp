@@ -1,4 +1,5 @@
 #include "tests/docs/SourceTexts.h"
+#include "tests/docs/StatusRows.h"
 #include "tests/support/Warnings.h"
 
 #include <QDir>
@@ -45,41 +46,12 @@ const QStringList OtherTexts{
     QStringLiteral("Empty Subnet Mask "),
 };
 
-struct sROW
-{
-    QString text; ///< with "<>" for what stands in angle brackets
-    QString meaning;
-    QString advice;
-};
-
-QString ReadPage()
-{
-    QFile file(QStringLiteral(USING_PAGE));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-// A row of texts begins with a text in backticks, whose blanks count.
-QVector<sROW> RowsOf(const QString& page)
-{
-    static const QRegularExpression row(QStringLiteral(R"(^\| `([^`]+)` \| ([^|]*)\| ([^|]*)\|$)"),
-        QRegularExpression::MultilineOption);
-    static const QRegularExpression variable(QStringLiteral("<[^>]+>"));
-    QVector<sROW> rows;
-    auto found = row.globalMatch(page);
-    while (found.hasNext()) {
-        const QRegularExpressionMatch match = found.next();
-        rows.append({match.captured(1).replace(variable, QStringLiteral("<>")),
-            match.captured(2).trimmed(), match.captured(3).trimmed()});
-    }
-    return rows;
-}
-
 // What a variable part of a text stands for, where the sources hold it: in backticks in the row.
-QSet<QString> WordsOf(const QVector<sROW>& rows)
+QSet<QString> WordsOf(const QVector<sSTATUS_ROW>& rows)
 {
     static const QRegularExpression word(QStringLiteral("`([^`]+)`"));
     QSet<QString> words;
-    for (const sROW& row : rows) {
+    for (const sSTATUS_ROW& row : rows) {
         auto found = word.globalMatch(row.meaning);
         while (row.text.contains(QLatin1String("<>")) && found.hasNext()) {
             words.insert(found.next().captured(1));
@@ -88,10 +60,10 @@ QSet<QString> WordsOf(const QVector<sROW>& rows)
     return words;
 }
 
-QSet<QString> TextsOf(const QVector<sROW>& rows)
+QSet<QString> TextsOf(const QVector<sSTATUS_ROW>& rows)
 {
     QSet<QString> texts;
-    for (const sROW& row : rows) {
+    for (const sSTATUS_ROW& row : rows) {
         texts.insert(row.text);
     }
     return texts;
@@ -165,8 +137,8 @@ class StatusTextsTest : public WarningsFail
     Q_OBJECT
 
 private:
-    const QString page = ReadPage();
-    const QVector<sROW> rows = RowsOf(page);
+    const QString page = UsingPage();
+    const QVector<sSTATUS_ROW> rows = StatusRowsOf(page);
 
 private slots:
     void theTextsOfAStatementAreFound_data();
@@ -195,7 +167,7 @@ private slots:
 
     void everyTextHasAMeaning()
     {
-        for (const sROW& row : rows) {
+        for (const sSTATUS_ROW& row : rows) {
             QVERIFY2(!row.meaning.isEmpty(), qPrintable(row.text));
         }
     }
@@ -206,8 +178,8 @@ private slots:
             QStringLiteral("fail|not |Invalid|error"), QRegularExpression::CaseInsensitiveOption);
         const int hidden = page.indexOf(QLatin1String("### Texts that no page leads to"));
         QVERIFY(hidden > 0);
-        const QVector<sROW> shown = RowsOf(page.left(hidden));
-        for (const sROW& row : shown) {
+        const QVector<sSTATUS_ROW> shown = StatusRowsOf(page.left(hidden));
+        for (const sSTATUS_ROW& row : shown) {
             const bool advised = !row.advice.isEmpty() || !row.text.contains(failure);
             QVERIFY2(advised, qPrintable(row.text));
         }

@@ -1,0 +1,416 @@
+#include "tests/soak/User.h"
+
+#include "tests/support/WindowTest.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTimer>
+#include <QWindow>
+#include <QtTest>
+
+#include <cstdio>
+
+namespace {
+
+const QString UnitAddress = QStringLiteral("127.0.0.2");
+const QString SilentAddress = QStringLiteral("192.168.77.200");
+
+constexpr int ReactionMs = 50;
+/// A dialog is closed after so many reactions; an installation takes 600.
+constexpr int LongPatience = 700;
+constexpr int UsualPatience = 160;
+constexpr int ShortPatience = 40;
+
+constexpr Qt::Key Keys[] = {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Space, Qt::Key_Return,
+    Qt::Key_Enter, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right, Qt::Key_Home, Qt::Key_End,
+    Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_A, Qt::Key_C,
+    Qt::Key_V, Qt::Key_X, Qt::Key_Z, Qt::Key_1, Qt::Key_9, Qt::Key_Minus, Qt::Key_F2, Qt::Key_F4};
+
+const QStringList& Texts()
+{
+    static const QStringList texts{QString(), QStringLiteral("0"), QStringLiteral("7"),
+        QStringLiteral("99"), QStringLiteral("65535"), QStringLiteral("65536"),
+        QStringLiteral("-1"), QStringLiteral("x"), QStringLiteral("127.0.0.3"),
+        QStringLiteral("127.0.0.255"), QStringLiteral("10.1.2.3"), QStringLiteral("192.168.77.10"),
+        QStringLiteral("192.168.77.14"), QStringLiteral("255.255.255.0"), QStringLiteral("1.2"),
+        QStringLiteral("02:4C:7E:00:01:30"), QStringLiteral("<b>bold</b>"),
+        QString(300, QLatin1Char('m'))};
+    return texts;
+}
+
+const QStringList& Commands()
+{
+    static const QStringList commands{QString(), QStringLiteral(":*IDN?"),
+        QStringLiteral(":GET:OPTION:INTERNAL?"), QStringLiteral(":GET:OPTION:DESC?"),
+        QStringLiteral(":CF0"), QStringLiteral(":CF1"), QStringLiteral(":CF2"),
+        QStringLiteral(":CF3"), QStringLiteral(":CF3:2"), QStringLiteral(":CF4"),
+        QStringLiteral(":CF5"), QStringLiteral(":CF6"), QStringLiteral(":CF7"),
+        QStringLiteral(":CF7:2"), QStringLiteral(":CF8"), QStringLiteral(":CF9"),
+        QStringLiteral(":CF10")};
+    return commands;
+}
+
+const QStringList& Faults()
+{
+    static const QStringList faults{QStringLiteral("silent"), QStringLiteral("refusing"),
+        QStringLiteral("slow"), QStringLiteral("bytewise"), QStringLiteral("garbage"),
+        QStringLiteral("closing"), QStringLiteral("resetting"), QStringLiteral("short"),
+        QStringLiteral("long"), QStringLiteral("wrong")};
+    return faults;
+}
+
+template<class Widget>
+QVector<Widget*> UsableIn(const QWidget& window)
+{
+    QVector<Widget*> usable;
+    const auto all = window.findChildren<Widget*>();
+    for (Widget* const widget : all) {
+        if (widget->isVisible() && widget->isEnabled()) {
+            usable.append(widget);
+        }
+    }
+    return usable;
+}
+
+QString NameOf(const QWidget& widget)
+{
+    return widget.objectName().isEmpty() ? QString::fromLatin1(widget.metaObject()->className())
+                                         : widget.objectName();
+}
+
+void ClosePopups()
+{
+    while (QWidget* const popup = QApplication::activePopupWidget()) {
+        popup->close();
+    }
+}
+
+QRandomGenerator RandomOf(quint32 seed, quint32 number)
+{
+    const quint32 seeds[] = {seed, number};
+    return QRandomGenerator(seeds, 2);
+}
+
+} // namespace
+
+User::User(quint32 seed, Watch& watch)
+    : seed(seed)
+    , watch(watch)
+    , random(RandomOf(seed, 0))
+    , files(random)
+{
+}
+
+void User::Begin()
+{
+    unit = std::make_unique<SimulatorProcess>(QStringList(), UnitAddress);
+    React();
+}
+
+void User::Act(int step)
+{
+    static const struct
+    {
+        int weight;
+        void (User::*action)();
+    } actions[] = {
+        {6, &User::Connect},
+        {4, &User::TurnAPage},
+        {14, &User::PressAButton},
+        {4, &User::FillAField},
+        {6, &User::FillACell},
+        {5, &User::PressKeys},
+        {4, &User::UseTheMouse},
+        {1, &User::RestTheMouse},
+        {2, &User::ChangeTheAddress},
+        {2, &User::UpdateTheFirmware},
+        {7, &User::HaveAFault},
+        {3, &User::TakeAnotherUnit},
+    };
+    const int sum = std::accumulate(std::begin(actions), std::end(actions), 0,
+        [](int weights, const auto& one) { return weights + one.weight; });
+    random = RandomOf(seed, static_cast<quint32>(step) + 1);
+    patience = OneIn(3) ? Below(ShortPatience) : OneIn(12) ? LongPatience : UsualPatience;
+    ticks = 0;
+    acting = true;
+    int drawn = Below(sum);
+    for (const auto& one : actions) {
+        drawn -= one.weight;
+        if (drawn < 0) {
+            (this->*one.action)();
+            break;
+        }
+    }
+    QCoreApplication::processEvents();
+    ClosePopups();
+    acting = false;
+    unit->Forget();
+}
+
+void User::Rest()
+{
+    unit.reset();
+    unit = std::make_unique<SimulatorProcess>(QStringList(), UnitAddress);
+    auto* const tabs = Find<QTabWidget>("tabWidget");
+    ConnectTo(UnitAddress);
+    for (int page = 0; page < tabs->count(); ++page) {
+        tabs->setCurrentIndex(page);
+        QCoreApplication::processEvents();
+    }
+    tabs->setCurrentIndex(0);
+    unit->Forget();
+}
+
+void User::Leave()
+{
+    random = RandomOf(seed, 0);
+    if (OneIn(2)) {
+        CloseByTitleBar(MainWindow());
+    } else {
+        Press(Qt::Key_Escape);
+    }
+}
+
+void User::Connect()
+{
+    const QString address = OneIn(3) ? Any(QStringList{QStringLiteral("127.0.0.99"), SilentAddress,
+                                           QStringLiteral("10.1.2.3"), QStringLiteral("1.2"),
+                                           QString(), QStringLiteral("999.0.0.1")})
+                                     : unit->State(QStringLiteral("address"));
+    Say(QStringLiteral("connect to ") + address);
+    ConnectTo(address);
+}
+
+void User::TurnAPage()
+{
+    auto* const tabs = Find<QTabWidget>("tabWidget");
+    const QString title = tabs->tabText(Below(tabs->count()));
+    Say(QStringLiteral("page ") + title);
+    ShowPage(title.toLatin1().constData());
+}
+
+void User::PressAButton()
+{
+    const auto buttons = UsableIn<QAbstractButton>(*MainWindow());
+    QAbstractButton* const button = Any(buttons);
+    Say(QStringLiteral("button ") + NameOf(*button));
+    if (OneIn(4)) {
+        button->setFocus();
+        Press(Qt::Key_Space);
+    } else {
+        Click(button);
+    }
+}
+
+void User::FillAField()
+{
+    const auto fields = UsableIn<QLineEdit>(*MainWindow());
+    QLineEdit* const field = Any(fields);
+    const QString text = Any(Texts());
+    Say(QStringLiteral("field %1: %2").arg(NameOf(*field), text));
+    Overtype(field, text);
+}
+
+void User::FillACell()
+{
+    ShowPage(OneIn(2) ? "Azimuth Configuration" : "Pol/Eval Configuration");
+    auto* const table = Find<QTableWidget>("tblMotorConfiguration");
+    const QTableWidgetItem* const cell = table->item(Below(table->rowCount()), 0);
+    const QString text = Any(Texts());
+    Say(QStringLiteral("cell: ") + text);
+    if (cell != nullptr) {
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier,
+            table->visualItemRect(cell).center());
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::NoModifier,
+            table->visualItemRect(cell).center());
+    }
+    Type(text);
+    Press(OneIn(2) ? Qt::Key_Return : Qt::Key_Backspace);
+}
+
+void User::PressKeys()
+{
+    Say(QStringLiteral("keys"));
+    for (int count = 1 + Below(12); count > 0 && MainWindow()->isVisible(); --count) {
+        const Qt::Key key = Keys[Below(static_cast<int>(std::size(Keys)))];
+        Press(key, OneIn(5) ? Qt::ControlModifier : Qt::NoModifier);
+    }
+}
+
+void User::UseTheMouse()
+{
+    Say(QStringLiteral("mouse"));
+    QWindow* const window = MainWindow()->windowHandle();
+    const auto anywhere = [this, window] {
+        return QPoint(Below(window->width()), Below(window->height()));
+    };
+    const Qt::MouseButton button = OneIn(4) ? Qt::RightButton : Qt::LeftButton;
+    for (int count = 1 + Below(5); count > 0; --count) {
+        if (OneIn(3)) {
+            QTest::mouseDClick(window, button, Qt::NoModifier, anywhere());
+        } else {
+            QTest::mousePress(window, button, Qt::NoModifier, anywhere());
+            QTest::mouseMove(window, anywhere());
+            QTest::mouseRelease(window, button, Qt::NoModifier, anywhere());
+        }
+        ClosePopups();
+    }
+}
+
+void User::RestTheMouse()
+{
+    ShowPage("Options");
+    const auto fields = UsableIn<QLineEdit>(*MainWindow());
+    QLineEdit* const field = Any(fields);
+    Say(QStringLiteral("mouse rests on %1").arg(NameOf(*field)));
+    QTest::mouseMove(
+        MainWindow()->windowHandle(), field->mapTo(MainWindow(), field->rect().center()));
+    QTest::qWait(1000);
+}
+
+void User::ChangeTheAddress()
+{
+    ShowPage("IP Configuration");
+    const QString address = Any(QStringList{QStringLiteral("127.0.0.3"),
+        QStringLiteral("127.0.0.4"), UnitAddress, QStringLiteral("10.1.2.3")});
+    Say(QStringLiteral("change the address to ") + address);
+    auto* const field = Find<QLineEdit>("txtNewIpAddress");
+    if (field->isEnabled()) {
+        Overtype(field, address);
+        Click(Find<QWidget>("btnSendIpAddress"));
+    }
+}
+
+void User::UpdateTheFirmware()
+{
+    ShowPage("Update FW");
+    Say(QStringLiteral("update the firmware"));
+    for (const char* const name : {"btnSelectFirmware", "btnLoadFirmware", "btnUpdateFirmware"}) {
+        Click(Find<QWidget>(name));
+    }
+}
+
+void User::HaveAFault()
+{
+    static const QStringList others{
+        QStringLiteral("clear"), QStringLiteral("drop"), QStringLiteral("close")};
+    const QString line =
+        OneIn(3) ? Any(others) : QStringLiteral("fault ") + Any(Faults()) + Any(Commands());
+    Say(QStringLiteral("unit: ") + line);
+    unit->Tell(line);
+}
+
+void User::TakeAnotherUnit()
+{
+    const QStringList firmwares{QStringLiteral("3.10"), QStringLiteral("3.0"),
+        QStringLiteral("2.99"), QStringLiteral("2.50"),
+        QString(300, QLatin1Char('\n')) + QStringLiteral("3"), QStringLiteral("x")};
+    const QStringList words{QStringLiteral("500,3,150,1,2,10,0,0,2000,20,50,1"),
+        QStringLiteral("200,200,200,200,200,200,200,200,200,200,200,200"),
+        QStringLiteral("65535,65535,65535,65535,65535,65535,65535,65535"), QStringLiteral("0")};
+    const QString pipe = files.Path(QStringLiteral("pipe"));
+    const QStringList descriptions{QString(), QString(1100, QLatin1Char(';')),
+        QStringLiteral("<img src=\"%1\">;<img src=\"%1\">;<img src=\"%1\">;<b>").arg(pipe)};
+    QStringList options{QStringLiteral("--firmware"), Any(firmwares), QStringLiteral("--azimuth"),
+        Any(words), QStringLiteral("--polar"), Any(words), QStringLiteral("--away-ms"),
+        QStringLiteral("200")};
+    if (OneIn(2)) {
+        options << QStringLiteral("--option-descriptions") << Any(descriptions);
+    }
+    Say(QStringLiteral("another unit, firmware %1").arg(options.at(1).simplified()));
+    unit.reset();
+    unit = std::make_unique<SimulatorProcess>(options, UnitAddress);
+}
+
+// From the event loops that the program runs in an action, again and again, also within a reaction.
+void User::React()
+{
+    QTimer::singleShot(ReactionMs, this, &User::React);
+    if (!acting) {
+        return;
+    }
+    ++ticks;
+    QWidget* const popup = QApplication::activePopupWidget();
+    QWidget* const window = popup != nullptr ? popup : QApplication::activeModalWidget();
+    if (popup != nullptr) {
+        popup->close();
+    } else if (auto* const files = qobject_cast<QFileDialog*>(window)) {
+        ReactTo(*files);
+    } else if (auto* const progress = VisibleProgress()) {
+        ReactTo(*progress);
+    } else if (window != nullptr && window != MainWindow()) {
+        ReactToAny(*window);
+    }
+}
+
+void User::ReactTo(QFileDialog& dialog)
+{
+    auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    if (ticks > patience || OneIn(6) || name == nullptr) {
+        Say(QStringLiteral("  no file"));
+        QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
+        return;
+    }
+    const QString path = files.Pick(random, dialog.acceptMode() == QFileDialog::AcceptSave);
+    Say(QStringLiteral("  file ") + path);
+    name->setText(path);
+    QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+}
+
+void User::ReactTo(QProgressDialog& dialog)
+{
+    if (ticks <= patience) {
+        if (OneIn(8)) {
+            Disturb();
+        }
+        return;
+    }
+    Say(QStringLiteral("  progress closed"));
+    dialog.windowHandle()->close();
+    if (OneIn(2)) {
+        Press(OneIn(2) ? Qt::Key_Space : Qt::Key_Return);
+    }
+}
+
+void User::ReactToAny(QWidget& dialog)
+{
+    const auto buttons = UsableIn<QAbstractButton>(dialog);
+    Say(QStringLiteral("  dialog ") + NameOf(dialog));
+    if (buttons.isEmpty() || ticks > patience) {
+        dialog.close();
+    } else {
+        Click(Any(buttons));
+    }
+}
+
+void User::Disturb()
+{
+    switch (Below(5)) {
+    case 0:
+        Press(OneIn(2) ? Qt::Key_Space : Qt::Key_Return);
+        break;
+    case 1:
+        Click(Find<QWidget>("btnConnect"));
+        break;
+    case 2:
+        CloseByTitleBar(MainWindow());
+        break;
+    case 3:
+        QTest::keyClick(VisibleProgress()->windowHandle(), Qt::Key_Escape);
+        break;
+    default:
+        if (OneIn(4)) {
+            HaveAFault();
+        }
+    }
+}
+
+void User::Say(const QString& text)
+{
+    std::printf("%s\n", qPrintable(text.left(200)));
+    std::fflush(stdout);
+}

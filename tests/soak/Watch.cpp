@@ -1,0 +1,134 @@
+#include "tests/soak/Watch.h"
+
+#include "model/CDeviceDatabase.h"
+#include "tests/docs/StatusRows.h"
+#include "tests/support/WindowTest.h"
+
+#include <QDir>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QTabWidget>
+
+#include <cstdio>
+
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+
+namespace {
+
+/// What a few caches of Qt and of the system may still grow by.
+constexpr qint64 MostGrowth = 50'000;
+constexpr qint64 BytesOfAnOptionLine = 12'000;
+
+Watch* current = nullptr;
+
+int EntriesOf(const char* folder)
+{
+    return QDir(QString::fromLatin1(folder))
+        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
+        .size();
+}
+
+int LinesOf(const char* box)
+{
+    return Find<QGroupBox>(box)->findChildren<QLineEdit*>().size();
+}
+
+// What the offscreen platform says of itself.
+bool IsOfThePlatform(const QString& message)
+{
+    return message.startsWith(QLatin1String("This plugin does not support"));
+}
+
+void TakeMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type != QtDebugMsg && type != QtInfoMsg && !IsOfThePlatform(message)) {
+        current->Fail(QStringLiteral("Qt: ") + message);
+    }
+}
+
+QRegularExpression PatternOf(const QString& text)
+{
+    QString pattern = QRegularExpression::escape(text);
+    pattern.replace(QRegularExpression::escape(QStringLiteral("<>")), QStringLiteral(".*"));
+    return QRegularExpression(QRegularExpression::anchoredPattern(pattern),
+        QRegularExpression::DotMatchesEverythingOption);
+}
+
+} // namespace
+
+Resources Resources::Now()
+{
+    return {static_cast<qint64>(__sanitizer_get_current_allocated_bytes()),
+        EntriesOf("/proc/self/task"), EntriesOf("/proc/self/fd"),
+        LinesOf("boxOptionAzimuthRotator") + LinesOf("boxOptionPolarRotator")};
+}
+
+void Watch::Begin()
+{
+    const QVector<sSTATUS_ROW> rows = StatusRowsOf(UsingPage());
+    for (const sSTATUS_ROW& row : rows) {
+        knownTexts.append(PatternOf(row.text));
+    }
+    if (rows.isEmpty()) {
+        Fail(QStringLiteral("no status texts are known"));
+    }
+    pages = Find<QTabWidget>("tabWidget")->size();
+    connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
+        [this](const QModelIndex& cell) {
+            if (cell.column() == CDeviceDatabase::ApplicationStatusColumn ||
+                cell.column() == CDeviceDatabase::ConnectionStatusColumn) {
+                LookAtStatus(cell.data().toString());
+            }
+        });
+    current = this;
+    qInstallMessageHandler(TakeMessage);
+}
+
+void Watch::LookAtStatus(const QString& text)
+{
+    const bool known = text.isEmpty() || std::any_of(knownTexts.cbegin(), knownTexts.cend(),
+                                             [&text](const QRegularExpression& pattern) {
+                                                 return pattern.match(text).hasMatch();
+                                             });
+    if (!known) {
+        Fail(QStringLiteral("unknown status text: ") + text);
+    }
+}
+
+void Watch::LookAtTheWindow()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget* const window : windows) {
+        if (window->isVisible() && window->isModal() && window != MainWindow()) {
+            Fail(QStringLiteral("left open: %1 %2")
+                     .arg(QString::fromLatin1(window->metaObject()->className()),
+                         window->windowTitle()));
+        }
+    }
+    const QSize size = Find<QTabWidget>("tabWidget")->size();
+    if (size != pages) {
+        Fail(QStringLiteral("the pages have %1 pixels of height and had %2")
+                 .arg(size.height())
+                 .arg(pages.height()));
+        pages = size;
+    }
+}
+
+void Watch::Compare(const Resources& before, const Resources& now)
+{
+    const int newLines = now.optionLines - before.optionLines;
+    const qint64 growth = now.bytes - before.bytes;
+    std::printf("held: %d threads, %d descriptors, %lld bytes more, %d new option lines\n",
+        now.threads, now.descriptors, static_cast<long long>(growth), newLines);
+    if (growth > MostGrowth + newLines * BytesOfAnOptionLine || now.threads > before.threads ||
+        now.descriptors > before.descriptors) {
+        Fail(QStringLiteral("what is held has grown"));
+    }
+}
+
+void Watch::Fail(const QString& text)
+{
+    ++failures;
+    std::printf("FAILED: %s\n", qPrintable(text.left(1000)));
+    std::fflush(stdout);
+}
