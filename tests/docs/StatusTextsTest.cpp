@@ -41,6 +41,8 @@ const QStringList OtherTexts{
     QStringLiteral("SHF AMP"),
     // the filter of a file dialog, from a function
     QStringLiteral("files *.txt"),
+    // what a tool tip wraps around a text
+    QStringLiteral("<p style='white-space:pre-wrap'><></p>"),
     // errors for a caller that does not show them
     QStringLiteral("Empty IP Address "),
     QStringLiteral("Empty Subnet Mask "),
