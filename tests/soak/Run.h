@@ -3,7 +3,8 @@
 #include "tests/soak/User.h"
 
 /// One run: random actions, the same ones again, and the end of the program. What is held is
-/// measured after each of the two passes, with the same unit connected.
+/// measured after each of these passes, with the same unit connected; where it has grown, there are
+/// more of them.
 class Run : public QObject
 {
     Q_OBJECT
@@ -29,5 +30,5 @@ private:
     bool ended = false;
     Watch watch;
     User user;
-    Resources afterFirstPass{};
+    Resources afterLastPass{};
 };

@@ -89,6 +89,13 @@ void ClosePopups()
     }
 }
 
+// There is no window manager, which would do so when a dialog has gone.
+void ActivateWindow()
+{
+    MainWindow()->activateWindow();
+    QCoreApplication::processEvents();
+}
+
 QRandomGenerator RandomOf(quint32 seed, quint32 number)
 {
     const quint32 seeds[] = {seed, number};
@@ -136,6 +143,7 @@ void User::Act(int step)
     random = RandomOf(seed, static_cast<quint32>(step) + 1);
     patience = OneIn(3) ? Below(ShortPatience) : OneIn(12) ? LongPatience : UsualPatience;
     ticks = 0;
+    ActivateWindow();
     acting = true;
     int drawn = Below(sum);
     for (const auto& one : actions) {
@@ -168,10 +176,16 @@ void User::Rest()
 void User::Leave()
 {
     random = RandomOf(seed, 0);
+    ActivateWindow();
     if (OneIn(2)) {
+        Say(QStringLiteral("title bar"));
         CloseByTitleBar(MainWindow());
-    } else {
-        Press(Qt::Key_Escape);
+        return;
+    }
+    Say(QStringLiteral("Escape"));
+    Press(Qt::Key_Escape);
+    if (MainWindow()->isVisible()) {
+        Press(Qt::Key_Escape); // the first one ended the editing of a cell
     }
 }
 
@@ -372,6 +386,7 @@ void User::ReactTo(QProgressDialog& dialog)
     Say(QStringLiteral("  progress closed"));
     dialog.windowHandle()->close();
     if (OneIn(2)) {
+        ActivateWindow();
         Press(OneIn(2) ? Qt::Key_Space : Qt::Key_Return);
     }
 }

@@ -15,6 +15,9 @@ struct Resources
     int optionLines;
 
     static Resources Now();
+
+    /// Prints the difference. A little more memory is no growth.
+    bool HasGrownFrom(const Resources& before) const;
 };
 
 /// Looks at the window while it is used, and counts what must not be.
@@ -28,9 +31,6 @@ public:
 
     /// Between two actions: no dialog is left open, and the pages have their room.
     void LookAtTheWindow();
-
-    /// What is held now must be what was held before.
-    void Compare(const Resources& before, const Resources& now);
 
     /// Says what is wrong and counts it.
     void Fail(const QString& text);
