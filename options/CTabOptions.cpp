@@ -16,6 +16,8 @@
 namespace {
 
 constexpr int ProgressEnd = 100;
+// In pixels, so that the longest name of a rotator has room in bold letters.
+constexpr int RotatorMargin = 6;
 
 struct OptionGroup
 {
@@ -192,7 +194,7 @@ void CTabOptions::BuildOptionGroup(int group, OptionItems items)
     delete box->layout();
     auto* const layout = new QVBoxLayout;
     layout->setAlignment(Qt::AlignTop);
-    QFont font;
+    QFont font = FormFont();
     if (OptionGroups[group].isRotator) {
         font.setWeight(QFont::Bold);
     }
@@ -209,6 +211,12 @@ void CTabOptions::BuildOptionGroup(int group, OptionItems items)
         setTabOrder(line, ui->btnReadOptionsFromDevice); // it stands behind all lines
     }
     box->setLayout(layout);
+    if (OptionGroups[group].isRotator) {
+        QMargins margins = layout->contentsMargins();
+        margins.setLeft(RotatorMargin);
+        margins.setRight(RotatorMargin);
+        layout->setContentsMargins(margins);
+    }
 }
 
 void CTabOptions::ClearLayout(QLayout* layout)

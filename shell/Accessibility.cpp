@@ -103,13 +103,15 @@ bool IsTold(QProgressBar& bar)
     return told;
 }
 
+QAccessible::UpdateHandler nextHandler = nullptr; // null: the platform's
+
 void PassOn(QAccessibleEvent* event)
 {
     auto* const bar = qobject_cast<QProgressBar*>(event->object());
     if (bar != nullptr && event->type() == QAccessible::ValueChanged && IsTold(*bar)) {
         return;
     }
-    QAccessible::installUpdateHandler(nullptr); // Qt's own way
+    QAccessible::installUpdateHandler(nextHandler);
     QAccessible::updateAccessibility(event);
     QAccessible::installUpdateHandler(PassOn);
 }
@@ -119,5 +121,5 @@ void PassOn(QAccessibleEvent* event)
 void InstallAccessibility()
 {
     QAccessible::installFactory(MakeInterface);
-    QAccessible::installUpdateHandler(PassOn);
+    nextHandler = QAccessible::installUpdateHandler(PassOn);
 }

@@ -20,7 +20,6 @@ QFont FontOf(const QStringList& families, int pixels)
     font.setPixelSize(pixels);
     font.setWeight(QFont::Normal);
     font.setStyle(QFont::StyleNormal);
-    font.setStretch(QFont::Unstretched);
     // Only scripts that cannot be read without it are shaped: kerning costs time and 0.7 MB.
     font.setStyleStrategy(QFont::PreferNoShaping);
     font.resolve(QFont::AllPropertiesResolved);

@@ -18,7 +18,8 @@ const QStringList Folders{QStringLiteral("shell"), QStringLiteral("link"), QStri
 
 // What these hold is shown in tables and lists, or names fonts.
 const QStringList FilesWithoutStatusTexts{QStringLiteral("RotorCatalogue.cpp"),
-    QStringLiteral("CZKHardwareComponent.cpp"), QStringLiteral("CVX440_AccessApplication.cpp")};
+    QStringLiteral("CZKHardwareComponent.cpp"), QStringLiteral("FormLook.cpp"),
+    QStringLiteral("PlainToolTip.cpp")};
 
 // Texts that read like those of the status line and are none.
 const QStringList OtherTexts{
@@ -28,6 +29,8 @@ const QStringList OtherTexts{
     QStringLiteral("Azimuth Configuration"),
     QStringLiteral("Pol/Eval Configuration"),
     QStringLiteral("Detect Z&K Device"),
+    // what a screen reader calls the first rotor
+    QStringLiteral("No rotor"),
     // the front of the units' MAC addresses
     QStringLiteral("02:4C:7E:"),
     // positions of the attenuator and of the amplifier

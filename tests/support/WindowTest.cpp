@@ -147,6 +147,11 @@ int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
     // this.
     const QTemporaryDir settings;
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(settings.path()));
+    if (qEnvironmentVariableIsSet("VX440_THEME_SETTINGS")) {
+        QDir(settings.path()).mkdir(QStringLiteral("qt5ct"));
+        QFile::copy(qEnvironmentVariable("VX440_THEME_SETTINGS"),
+            settings.filePath(QStringLiteral("qt5ct/qt5ct.conf")));
+    }
 
     int result = 1;
     QObject context;

@@ -1,0 +1,90 @@
+#include "shell/Accessibility.h"
+#include "shell/CCustomProgressDialog.h"
+#include "shell/CElidedLabel.h"
+#include "tests/support/Warnings.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QProgressBar>
+#include <QtTest>
+
+namespace {
+
+int valuesTold = 0;
+
+// Stands in for the screen reader.
+void Listen(QAccessibleEvent* event)
+{
+    valuesTold += event->type() == QAccessible::ValueChanged ? 1 : 0;
+}
+
+QAccessibleInterface& BarOf(const CCustomProgressDialog& dialog)
+{
+    return *QAccessible::queryAccessibleInterface(dialog.findChild<QProgressBar*>());
+}
+
+} // namespace
+
+class AccessibilityTest : public WarningsFail
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QAccessible::installUpdateHandler(Listen);
+        InstallAccessibility();
+        QTRY_VERIFY(QAccessible::isActive()); // the bus has answered
+    }
+
+    void aBarWithoutAnEndIsBusyAndHasNoValue()
+    {
+        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 0);
+        dialog.setValue(150);
+        QAccessibleInterface& bar = BarOf(dialog);
+        QCOMPARE(bar.role(), QAccessible::ProgressBar);
+        QCOMPARE(bar.text(QAccessible::Name), QStringLiteral("Working ..."));
+        QVERIFY(bar.state().busy);
+        QVERIFY(bar.valueInterface() == nullptr);
+        QCOMPARE(bar.text(QAccessible::Value), QStringLiteral("busy"));
+        valuesTold = 0;
+        for (int value = 0; value < 1000; ++value) {
+            dialog.setValue(value);
+        }
+        QCOMPARE(valuesTold, 0);
+    }
+
+    void aBarTellsHowFarItIsOnceAPercent()
+    {
+        constexpr int Bytes = 100000;
+        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, Bytes);
+        dialog.setAutoReset(false);
+        dialog.show();
+        dialog.setValue(0);
+        valuesTold = 0;
+        for (int value = 1; value <= Bytes; ++value) {
+            dialog.setValue(value);
+            if (value % 25000 == 0) {
+                QCOMPARE(BarOf(dialog).valueInterface()->currentValue().toInt(), value);
+            }
+        }
+        QCOMPARE(valuesTold, 100);
+        QAccessibleInterface& bar = BarOf(dialog);
+        QVERIFY(!bar.state().busy);
+        QCOMPARE(bar.valueInterface()->minimumValue().toInt(), 0);
+        QCOMPARE(bar.valueInterface()->maximumValue().toInt(), Bytes);
+        QCOMPARE(bar.text(QAccessible::Value), QStringLiteral("100%"));
+    }
+
+    void theStatusLineIsAnAlertWithItsText()
+    {
+        CElidedLabel label;
+        label.setText(QStringLiteral("Updating firmware .."));
+        QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(&label);
+        QCOMPARE(told->role(), QAccessible::AlertMessage);
+        QCOMPARE(told->text(QAccessible::Name), QStringLiteral("Updating firmware .."));
+    }
+};
+
+QTEST_MAIN(AccessibilityTest)
+#include "AccessibilityTest.moc"
