@@ -3,7 +3,6 @@
 #include "tests/options/WorkbookParts.h"
 #include "tests/support/Warnings.h"
 
-#include <QLoggingCategory>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -95,8 +94,6 @@ private:
 void ExcelReaderTest::initTestCase()
 {
     QVERIFY(folder.isValid());
-    // What KArchive says of broken files is not the program's own.
-    QLoggingCategory::setFilterRules(QStringLiteral("kf.archive*=false"));
 }
 
 QString ExcelReaderTest::NewPath()
