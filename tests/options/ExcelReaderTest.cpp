@@ -119,8 +119,10 @@ QString ExcelReaderTest::NewWorkbook(const WorkbookParts& parts)
 QString ExcelReaderTest::ReadWithinLimits(const QString& path)
 {
     QProcess reader;
-    reader.start(Text(VX440_WITHIN_LIMITS),
-        {Text(VX440_MEMORY), Text(VX440_SECONDS), Text(VX440_READER), path});
+    QStringList words = Text(VX440_WITHIN_LIMITS).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    words << Text(VX440_READER) << path;
+    const QString program = words.takeFirst();
+    reader.start(program, words);
     reader.waitForFinished(250'000);
     if (reader.exitStatus() != QProcess::NormalExit || reader.exitCode() != 0) {
         return QString();

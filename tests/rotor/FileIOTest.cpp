@@ -180,7 +180,9 @@ void FileIOTest::aFailedOpenLeavesTheFileClosed()
     const QString path = NewFile("a=1\n");
     CFileIO file(path);
     QVERIFY(file.OpenForRead());
-    QVERIFY(QFile::remove(path));
+    if (!QFile::remove(path)) {
+        QSKIP("this system keeps a file that is open");
+    }
     QVERIFY(!file.OpenForRead());
     QCOMPARE(ReadLineOf(file), QString());
     QVERIFY(!file.WriteBanner());
@@ -379,6 +381,9 @@ void FileIOTest::openingForWritingEmptiesTheFile()
 
 void FileIOTest::aDiskThatIsFullAfterAnyByteFailsItsLine()
 {
+    if (!FileSizeLimit::IsThere()) {
+        QSKIP("this system limits no file's size");
+    }
     const QByteArray whole = Banner + "first=1\nsecond=22\n";
     for (int bytes = 0; bytes <= whole.size(); ++bytes) {
         const QString path = NewPath();
@@ -399,6 +404,9 @@ void FileIOTest::aDiskThatIsFullAfterAnyByteFailsItsLine()
 
 void FileIOTest::afterAFailedLineNoOtherIsWritten()
 {
+    if (!FileSizeLimit::IsThere()) {
+        QSKIP("this system limits no file's size");
+    }
     const QString path = NewPath();
     CFileIO file(path);
     QVERIFY(file.OpenForWrite());
@@ -433,13 +441,15 @@ void FileIOTest::hundredMegabytesTakeLessThanTenSeconds()
         QCOMPARE(large.write(block), qint64(block.size()));
     }
     large.close();
-    CFileIO file(path);
-    QVERIFY(file.OpenForRead());
     const std::clock_t begin = std::clock();
     int lines = 0;
-    while (!file.IsAtEnd()) {
-        QString line;
-        lines += file.ReadLine(line);
+    {
+        CFileIO file(path);
+        QVERIFY(file.OpenForRead());
+        while (!file.IsAtEnd()) {
+            QString line;
+            lines += file.ReadLine(line);
+        }
     }
     const double seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
     QVERIFY(QFile::remove(path));
