@@ -1,8 +1,7 @@
 ; Installs for all users of the computer. With /S without a question, with /D=FOLDER into that folder.
 ; scripts/lib/windows-package gives NAME, VERSION, FILES, ICON and OUTPUT.
-Unicode true
+Target amd64-unicode
 !include MUI2.nsh
-!include x64.nsh
 !include "${FILES}"
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\${NAME}"
@@ -31,21 +30,14 @@ VIAddVersionKey LegalCopyright ""
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
-!macro UseThisComputersFolders
-  ${IfNot} ${RunningX64}
-    MessageBox MB_ICONSTOP "${NAME} needs a 64-bit Windows." /SD IDOK
-    Abort
-  ${EndIf}
+Function .onInit
   SetRegView 64
   SetShellVarContext all
-!macroend
-
-Function .onInit
-  !insertmacro UseThisComputersFolders
 FunctionEnd
 
 Function un.onInit
-  !insertmacro UseThisComputersFolders
+  SetRegView 64
+  SetShellVarContext all
 FunctionEnd
 
 Section

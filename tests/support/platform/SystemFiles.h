@@ -1,0 +1,4 @@
+#pragma once
+
+/// Whether this system has devices among its files, below /dev.
+bool HasDeviceFiles();
