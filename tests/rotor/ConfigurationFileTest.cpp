@@ -602,13 +602,16 @@ void ConfigurationFileTest::aLineWithoutEndIsShownAsFarAsItWasRead()
 
 void ConfigurationFileTest::aPipeOrADeviceLeavesAnEmptyStatus_data()
 {
+    if (!HasDeviceFiles()) {
+        QSKIP("this system has neither pipes nor devices among its files");
+    }
     QTest::addColumn<QString>("path");
     const QString pipe = folder.filePath(Text("pipe.txt"));
     if (QProcess::execute(Text("mkfifo"), {pipe}) == 0) {
         QTest::newRow("a pipe") << pipe;
     }
     const QString device = folder.filePath(Text("endless.txt"));
-    if (HasDeviceFiles() && QFile::link(Text("/dev/full"), device)) {
+    if (QFile::link(Text("/dev/full"), device)) {
         QTest::newRow("a device") << device;
     }
 }

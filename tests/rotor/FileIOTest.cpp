@@ -146,18 +146,21 @@ void FileIOTest::aFolderCannotBeOpened()
 
 void FileIOTest::aPipeOrADeviceCannotBeOpened_data()
 {
+    if (!HasDeviceFiles()) {
+        QSKIP("this system has neither pipes nor devices among its files");
+    }
     QTest::addColumn<QString>("path");
     const QString pipe = NewPath();
     if (QProcess::execute(Text("mkfifo"), {pipe}) == 0) {
         QTest::newRow("a pipe") << pipe;
     }
     for (const char* const device : {"/dev/null", "/dev/zero", "/dev/full"}) {
-        if (HasDeviceFiles() && QFile::exists(Text(device))) {
+        if (QFile::exists(Text(device))) {
             QTest::newRow(device) << Text(device);
         }
     }
     const QString link = NewPath();
-    if (HasDeviceFiles() && QFile::link(Text("/dev/zero"), link)) {
+    if (QFile::link(Text("/dev/zero"), link)) {
         QTest::newRow("a link to a device") << link;
     }
 }

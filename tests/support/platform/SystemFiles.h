@@ -1,4 +1,4 @@
 #pragma once
 
-/// Whether this system has devices among its files, below /dev.
+/// Whether this system has pipes and devices among its files, these below /dev.
 bool HasDeviceFiles();
