@@ -6,7 +6,6 @@ namespace simulator {
 
 namespace {
 
-constexpr int StandardInput = 0;
 constexpr int LongestLine = 4096;
 
 } // namespace
@@ -18,23 +17,12 @@ Console::Console(Server& server)
 
 void Console::Start()
 {
-    if (!input.open(StandardInput, QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        emit InputEnded();
-        return;
-    }
-    inputReady.reset(new QSocketNotifier(StandardInput, QSocketNotifier::Read));
-    connect(inputReady.data(), &QSocketNotifier::activated, this, &Console::ReadByte);
+    input.reset(new platform::StandardInput(
+        [this](char byte) { TakeByte(byte); }, [this] { emit InputEnded(); }));
 }
 
-void Console::ReadByte()
+void Console::TakeByte(char byte)
 {
-    // A read of more than is there would block, and only one byte is known to be there.
-    char byte = 0;
-    if (input.read(&byte, 1) != 1) {
-        inputReady->setEnabled(false);
-        emit InputEnded();
-        return;
-    }
     if (byte != '\n') {
         line.append(byte);
     }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QFile>
+#include "simulator/platform/StandardInput.h"
+
 #include <QObject>
-#include <QSocketNotifier>
 
 namespace simulator {
 
@@ -33,14 +33,13 @@ signals:
     void InputEnded();
 
 private:
-    void ReadByte();
+    void TakeByte(char byte);
     bool AddFault(const QString& text, QString& error);
     void SayState();
 
     Server& server;
-    QFile input;
-    QScopedPointer<QSocketNotifier> inputReady;
     QByteArray line;
+    QScopedPointer<platform::StandardInput> input;
 };
 
 } // namespace simulator

@@ -1,5 +1,7 @@
 #include "Package.h"
 
+#include "ZipPart.h"
+
 #include <QFileInfo>
 #include <QtEndian>
 
@@ -9,103 +11,82 @@ namespace QXlsx {
 
 namespace {
 
-// What the records of a zip begin with, and where a record of the directory has the length of its
-// name and the last one that of its comment. Both lengths are 16 bits, little end first.
+// What a zip begins with, and the record that it ends with, which has the length of the comment
+// behind it: 16 bits, little end first.
 const QByteArray PartRecord = QByteArrayLiteral("PK\3\4");
-const QByteArray DirectoryRecord = QByteArrayLiteral("PK\1\2");
 const QByteArray LastRecord = QByteArrayLiteral("PK\5\6");
-constexpr int NameLengthOffset = 28;
 constexpr int CommentLengthOffset = 20;
 constexpr int LastRecordLength = 22;
+constexpr int MaximumCommentLength = 0xFFFF;
 
-int Word(const QByteArray& content, int offset)
+bool HasItsEnd(const QByteArray& tail)
 {
-    return offset + 2 <= content.size() ? qFromLittleEndian<quint16>(content.constData() + offset)
-                                        : 0;
-}
-
-bool HasItsEnd(const QByteArray& content)
-{
-    const int last = content.lastIndexOf(LastRecord);
-    const int commentLength = Word(content, last + CommentLengthOffset);
-    return last >= 0 && last + LastRecordLength + commentLength <= content.size();
-}
-
-bool HasModestDirectory(const QByteArray& content)
-{
-    int parts = 0;
-    for (int at = content.indexOf(DirectoryRecord); at >= 0;
-         at = content.indexOf(DirectoryRecord, at + 1)) {
-        const bool isNameShort = Word(content, at + NameLengthOffset) <= Package::MaximumNameLength;
-        if (!isNameShort || ++parts > Package::MaximumParts) {
-            return false;
-        }
-    }
-    return content.count(PartRecord) <= Package::MaximumParts;
-}
-
-bool UnpacksAsItClaims(const KArchiveFile& part, qint64& left)
-{
-    const std::unique_ptr<QIODevice> device(part.createDevice());
-    if (!device) {
+    const int last = tail.lastIndexOf(LastRecord);
+    if (last < 0 || last + LastRecordLength > tail.size()) {
         return false;
     }
-    std::array<char, 16 * 1024> block;
-    qint64 length = 0;
-    while (length <= left) {
-        const qint64 count = device->read(block.data(), block.size());
-        if (count <= 0) {
-            break;
-        }
-        length += count;
-    }
-    left -= length;
-    return left >= 0 && length == part.size();
+    const int commentLength =
+        qFromLittleEndian<quint16>(tail.constData() + last + CommentLengthOffset);
+    return last + LastRecordLength + commentLength <= tail.size();
 }
 
 } // namespace
 
 Package::Package(const QString& path)
-    : file(path)
-    , zip(&file)
+    : path(path)
 {
 }
 
-Package::~Package() = default;
-
 bool Package::Open()
 {
-    return IsWholeZip() && zip.open(QIODevice::ReadOnly) && UnpacksAsItClaims();
+    return IsWholeZip() && ReadDirectory() && UnpacksAsItClaims();
 }
 
 bool Package::IsWholeZip() const
 {
     // Opening what is no file, such as a pipe, could take forever.
-    if (!QFileInfo(file).isFile()) {
+    if (!QFileInfo(path).isFile()) {
         return false;
     }
-    QFile bytes(file.fileName());
-    if (!bytes.open(QIODevice::ReadOnly) || bytes.size() > MaximumUnpacked) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > MaximumUnpacked ||
+        file.read(PartRecord.size()) != PartRecord) {
         return false;
     }
-    const QByteArray content = bytes.readAll();
-    return content.startsWith(PartRecord) && HasItsEnd(content) && HasModestDirectory(content);
+    const qint64 tail = file.size() - LastRecordLength - MaximumCommentLength;
+    return file.seek(qMax<qint64>(tail, 0)) && HasItsEnd(file.readAll());
+}
+
+bool Package::ReadDirectory()
+{
+    const ZipFile zip = OpenZip(path);
+    unz_global_info64 directory;
+    if (!zip || unzGetGlobalInfo64(zip.get(), &directory) != UNZ_OK ||
+        directory.number_entry > MaximumParts) {
+        return false;
+    }
+    for (ZPOS64_T i = 0; i < directory.number_entry; ++i) {
+        std::array<char, MaximumNameLength + 1> name;
+        unz_file_info64 part;
+        unz64_file_pos place;
+        const bool isThere = (i == 0 || unzGoToNextFile(zip.get()) == UNZ_OK) &&
+                             unzGetCurrentFileInfo64(zip.get(), &part, name.data(), name.size(),
+                                 nullptr, 0, nullptr, 0) == UNZ_OK &&
+                             unzGetFilePos64(zip.get(), &place) == UNZ_OK;
+        if (!isThere || part.size_filename > MaximumNameLength) {
+            return false;
+        }
+        places.insert(QString::fromUtf8(name.data(), int(part.size_filename)), place);
+    }
+    return true;
 }
 
 bool Package::UnpacksAsItClaims() const
 {
     qint64 left = MaximumUnpacked;
-    QVector<const KArchiveDirectory*> folders{zip.directory()};
-    while (!folders.isEmpty()) {
-        const KArchiveDirectory* const folder = folders.takeLast();
-        const QStringList names = folder->entries();
-        for (const QString& name : names) {
-            const KArchiveEntry* const entry = folder->entry(name);
-            if (entry->isDirectory()) {
-                folders.append(static_cast<const KArchiveDirectory*>(entry));
-            } else if (!QXlsx::UnpacksAsItClaims(*static_cast<const KArchiveFile*>(entry), left)) {
-                return false;
-            }
+    for (const unz64_file_pos& place : places) {
+        if (!ZipPart(path, place).Unpack(left)) {
+            return false;
         }
     }
     return true;
@@ -113,8 +94,8 @@ bool Package::UnpacksAsItClaims() const
 
 std::unique_ptr<QIODevice> Package::Part(const QString& name) const
 {
-    const KArchiveFile* const part = zip.directory()->file(name);
-    return std::unique_ptr<QIODevice>(part != nullptr ? part->createDevice() : nullptr);
+    const auto place = places.constFind(name);
+    return place != places.constEnd() ? std::make_unique<ZipPart>(path, *place) : nullptr;
 }
 
 bool Package::TakeToken(int textLength)

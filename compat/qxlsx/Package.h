@@ -1,17 +1,20 @@
 #pragma once
 
-#include <KZip>
-#include <QFile>
+#include <QHash>
+#include <QString>
+
+#include <unzip.h>
 
 #include <memory>
+
+class QIODevice;
 
 namespace QXlsx {
 
 /// The parts of a file that is a zip of XML files and others.
 ///
 /// What it claims of itself is not trusted. A file is refused that unpacks to more than 64 MiB, or
-/// has more or longer names than a workbook ever needs: KZip keeps several hundred bytes for each
-/// of them and for each folder on their way.
+/// has more or longer names than a workbook ever needs.
 class Package
 {
     Q_DISABLE_COPY(Package)
@@ -26,14 +29,13 @@ public:
     static constexpr int MaximumTokens = 2'000'000;
 
     explicit Package(const QString& path);
-    ~Package();
 
     /// Whether the file is there and is a whole zip within the bounds. Unpacks every part once, to
-    /// see that it has the length that it claims.
+    /// see that it has the length and the checksum that it claims.
     bool Open();
 
     /// The unpacked bytes of a part, for reading from the front only; null where the package lacks
-    /// it. To be gone before the package is.
+    /// it.
     std::unique_ptr<QIODevice> Part(const QString& name) const;
 
     /// Counts a token that was read, with the length of its text. False when there were too many.
@@ -41,10 +43,11 @@ public:
 
 private:
     bool IsWholeZip() const;
+    bool ReadDirectory();
     bool UnpacksAsItClaims() const;
 
-    QFile file; // KZip complains of a name that is empty
-    KZip zip;
+    const QString path;
+    QHash<QString, unz64_file_pos> places; ///< of the parts, by their names
     int tokensLeft = MaximumTokens;
 };
 

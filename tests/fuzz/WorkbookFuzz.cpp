@@ -6,7 +6,6 @@
 #include "tests/options/WorkbookParts.h"
 
 #include <QFile>
-#include <QLoggingCategory>
 #include <QTemporaryDir>
 
 namespace {
@@ -17,8 +16,6 @@ struct Place
     Place()
         : path(folder.filePath(QStringLiteral("workbook")))
     {
-        // What KArchive says of broken files is of no interest.
-        QLoggingCategory::setFilterRules(QStringLiteral("kf.archive*=false"));
     }
 
     const QTemporaryDir folder;

@@ -106,7 +106,8 @@ private:
     QScopedPointer<QTemporaryDir> folder;
 };
 
-const QString ZKHardwareComponentTest::Tail = QStringLiteral("/Zelma-Kovinth/VX440/Eeprom/");
+const QString ZKHardwareComponentTest::Tail =
+    QDir::toNativeSeparators(QStringLiteral("/Zelma-Kovinth/VX440/Eeprom/"));
 
 static_assert(std::has_virtual_destructor<CZKHardwareComponent>::value, "it is made to be derived");
 

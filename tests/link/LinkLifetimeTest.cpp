@@ -1,31 +1,11 @@
 #include "link/CDeviceCommunication.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/platform/ProcessResources.h"
 
 #include <QDir>
 #include <QSignalSpy>
 #include <QtTest>
-
-namespace {
-
-int EntriesOf(const char* folder)
-{
-    return QDir(QLatin1String(folder))
-        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
-        .size();
-}
-
-int OpenDescriptors()
-{
-    return EntriesOf("/proc/self/fd");
-}
-
-int Threads()
-{
-    return EntriesOf("/proc/self/task");
-}
-
-} // namespace
 
 /// The real link against a unit, again and again.
 class LinkLifetimeTest : public WarningsFail
@@ -47,14 +27,15 @@ private slots:
         QVERIFY(unit.IsReady());
         QVERIFY(Connect(unit));
         TheDeviceCommunication()->Disconnect();
-        const int descriptors = OpenDescriptors();
-        const int threads = Threads();
+        const int handles = OpenHandles();
+        const int threads = RunningThreads();
         for (int i = 0; i < 1000; ++i) {
             QVERIFY(Connect(unit));
             TheDeviceCommunication()->Disconnect();
         }
-        QCOMPARE(OpenDescriptors(), descriptors);
-        QTRY_VERIFY(Threads() <= threads); // a thread that has been waited for may still be going
+        QCOMPARE(OpenHandles(), handles);
+        QTRY_VERIFY(
+            RunningThreads() <= threads); // a thread that has been waited for may still be going
     }
 
     void aThousandNewAttemptsOverALinkLeakNothingEither()
@@ -62,13 +43,14 @@ private slots:
         const SimulatorProcess unit;
         QVERIFY(unit.IsReady());
         QVERIFY(Connect(unit));
-        const int descriptors = OpenDescriptors();
-        const int threads = Threads();
+        const int handles = OpenHandles();
+        const int threads = RunningThreads();
         for (int i = 0; i < 1000; ++i) {
             QVERIFY(Connect(unit));
         }
-        QCOMPARE(OpenDescriptors(), descriptors);
-        QTRY_VERIFY(Threads() <= threads); // a thread that has been waited for may still be going
+        QCOMPARE(OpenHandles(), handles);
+        QTRY_VERIFY(
+            RunningThreads() <= threads); // a thread that has been waited for may still be going
         TheDeviceCommunication()->Disconnect();
     }
 

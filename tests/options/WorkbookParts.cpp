@@ -1,6 +1,8 @@
 #include "tests/options/WorkbookParts.h"
 
-#include <KZip>
+#include <QFile>
+
+#include <zip.h>
 
 namespace {
 
@@ -32,6 +34,15 @@ void AddRelationship(WorkbookParts& parts, const QByteArray& relationship)
 {
     parts[RelationshipsPart].replace(
         "</Relationships>", WithTypes(relationship) + "</Relationships>");
+}
+
+bool WritePart(zipFile zip, const QString& name, const QByteArray& content)
+{
+    return zipOpenNewFileInZip64(zip, name.toUtf8().constData(), nullptr, nullptr, 0, nullptr, 0,
+               nullptr, Z_DEFLATED, Z_DEFAULT_COMPRESSION, 0) == ZIP_OK &&
+           zipWriteInFileInZip(zip, content.constData(), static_cast<unsigned>(content.size())) ==
+               ZIP_OK &&
+           zipCloseFileInZip(zip) == ZIP_OK;
 }
 
 } // namespace
@@ -86,14 +97,13 @@ void SetStyles(WorkbookParts& parts, const QByteArray& elements)
 
 bool WriteZip(const QString& path, const WorkbookParts& parts)
 {
-    KZip zip(path);
-    if (!zip.open(QIODevice::WriteOnly)) {
+    zipFile zip = zipOpen64(QFile::encodeName(path).constData(), APPEND_STATUS_CREATE);
+    if (zip == nullptr) {
         return false;
     }
+    bool isWritten = true;
     for (auto part = parts.begin(); part != parts.end(); ++part) {
-        if (!zip.writeFile(part.key(), part.value())) {
-            return false;
-        }
+        isWritten = isWritten && WritePart(zip, part.key(), part.value());
     }
-    return zip.close();
+    return zipClose(zip, nullptr) == ZIP_OK && isWritten;
 }

@@ -10,6 +10,11 @@ constexpr quint16 Port = 50000;
 
 } // namespace
 
+QString PrintedText(QByteArray output)
+{
+    return QString::fromLocal8Bit(output.replace("\r\n", "\n"));
+}
+
 RunningSimulator::RunningSimulator(const QStringList& arguments, const QStringList& launcher)
 {
     QStringList words = launcher;
@@ -40,7 +45,7 @@ QString RunningSimulator::NextLine()
             return QString();
         }
     }
-    const QString line = QString::fromLocal8Bit(process.readLine());
+    const QString line = PrintedText(process.readLine());
     return line.left(line.size() - 1);
 }
 

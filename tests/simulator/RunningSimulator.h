@@ -6,6 +6,9 @@
 #include <QStringList>
 #include <QTcpSocket>
 
+/// What a program has printed, with lines that end as in this system's sources.
+QString PrintedText(QByteArray output);
+
 /// The simulator's own process on a loopback address that no other test uses at the same time. It
 /// ends with the object, and with the test program if that aborts.
 class RunningSimulator

@@ -37,9 +37,8 @@ Result Run(const QStringList& arguments)
     QProcess process;
     process.start(qEnvironmentVariable("VX440_SIMULATOR"), arguments);
     const bool ended = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit;
-    return {ended ? process.exitCode() : -1,
-        QString::fromLocal8Bit(process.readAllStandardOutput()),
-        QString::fromLocal8Bit(process.readAllStandardError())};
+    return {ended ? process.exitCode() : -1, PrintedText(process.readAllStandardOutput()),
+        PrintedText(process.readAllStandardError())};
 }
 
 } // namespace

@@ -1,8 +1,10 @@
+#include "SocketErrors.h"
 #include "platform/Sockets.h"
 #include "tests/simulator/RunningSimulator.h"
 
 #include <QElapsedTimer>
 #include <QHostAddress>
+#include <QStandardPaths>
 #include <QtEndian>
 #include <QtTest>
 
@@ -41,8 +43,6 @@ private:
 
 namespace {
 
-constexpr std::uint32_t ConnectionReset = 104; // ECONNRESET of Linux
-
 QString Text(const char* text)
 {
     return QString::fromLatin1(text);
@@ -73,7 +73,7 @@ QStringList ListedFaults()
     QProcess process;
     process.start(qEnvironmentVariable("VX440_SIMULATOR"), {Text("--list-faults")});
     process.waitForFinished();
-    return QString::fromLocal8Bit(process.readAllStandardOutput())
+    return PrintedText(process.readAllStandardOutput())
         .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
@@ -373,9 +373,14 @@ void SimulatorFaultsTest::theEndOfTheConsoleDoesNotEndTheUnit()
 {
     QProcess simulator;
     simulator.setStandardInputFile(QProcess::nullDevice());
-    simulator.start(Text("setpriv"),
-        {Text("--pdeathsig"), Text("KILL"), qEnvironmentVariable("VX440_SIMULATOR"),
-            Text("--address"), RunningSimulator::Address(1)});
+    QStringList words{
+        qEnvironmentVariable("VX440_SIMULATOR"), Text("--address"), RunningSimulator::Address(1)};
+    // Or a test that is ended here would leave the unit behind.
+    const QString program = QStandardPaths::findExecutable(Text("setpriv"));
+    if (!program.isEmpty()) {
+        words = QStringList{Text("--pdeathsig"), Text("KILL")} + words;
+    }
+    simulator.start(program.isEmpty() ? words.takeFirst() : program, words);
     QVERIFY(simulator.waitForReadyRead());
     for (int client = 0; client < 3; ++client) {
         QVERIFY(StillAnswersOthers());
@@ -413,7 +418,8 @@ void SimulatorFaultsTest::aUnitEndsWithTheProgramThatStartedIt()
     QVERIFY(client.IsOpen());
     program.closeWriteChannel();
     QVERIFY(program.waitForFinished());
-    QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+    // What a program that aborts gives is the system's own.
+    QVERIFY(program.exitStatus() == QProcess::CrashExit || program.exitCode() != 0);
     QVERIFY(client.WaitForEnd());
 }
 

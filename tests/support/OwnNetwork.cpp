@@ -46,6 +46,9 @@ bool OwnNetwork::Lay()
 
 bool OwnNetwork::AddHost(const QString& ip, const QString& mac)
 {
+    if (IsUnprivileged()) {
+        return true;
+    }
     const QString number = QString::number(namespaces.size());
     auto host = std::make_unique<QProcess>();
     // Says that its namespace stands, and ends with its standard input.
@@ -77,8 +80,9 @@ QStringList OwnNetwork::InLatestHost() const
 
 bool OwnNetwork::AddSilentHost(const QString& ip)
 {
-    return Ip(QStringLiteral("neigh replace %1 lladdr 02:00:00:00:00:99 dev silent nud permanent")
-                  .arg(ip));
+    return IsUnprivileged() ||
+           Ip(QStringLiteral("neigh replace %1 lladdr 02:00:00:00:00:99 dev silent nud permanent")
+                   .arg(ip));
 }
 
 bool OwnNetwork::Ip(const QString& arguments)

@@ -25,14 +25,14 @@ public:
     /// Error() says what.
     bool Lay();
 
-    /// A host that answers. False when the system refuses.
+    /// A host that answers; in a network laid before it is there. False when the system refuses.
     bool AddHost(const QString& ip, const QString& mac);
 
     /// The words that run a command inside the latest host.
     QStringList InLatestHost() const;
 
-    /// An address that the kernel sends to and that nobody has: a connect to it hangs. False when
-    /// the system refuses.
+    /// An address that the kernel sends to and that nobody has: a connect to it hangs. In a network
+    /// laid before it is there. False when the system refuses.
     bool AddSilentHost(const QString& ip);
 
     /// Runs `ip` with these arguments, separated by blanks. False when it fails.

@@ -163,6 +163,8 @@ int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
         },
         Qt::QueuedConnection);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // The system's own take keys from the system only, and are no windows of this program.
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const CVX440_AccessApplication application(argc, argv);
     return result;
 }

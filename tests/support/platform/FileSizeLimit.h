@@ -9,9 +9,11 @@ class FileSizeLimit
 public:
     explicit FileSizeLimit(std::uint64_t bytes);
     ~FileSizeLimit();
+    /// Whether the system has such a limit. Without one the object does nothing.
+    static bool IsThere();
     FileSizeLimit(const FileSizeLimit&) = delete;
     FileSizeLimit& operator=(const FileSizeLimit&) = delete;
 
 private:
-    std::uint64_t before;
+    std::uint64_t before = 0;
 };

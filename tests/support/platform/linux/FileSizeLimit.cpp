@@ -29,3 +29,8 @@ FileSizeLimit::~FileSizeLimit()
 {
     Limit(before);
 }
+
+bool FileSizeLimit::IsThere()
+{
+    return true;
+}

@@ -1,0 +1,4 @@
+#pragma once
+
+/// Whether this system has pipes and devices among its files, these below /dev.
+bool HasDeviceFiles();

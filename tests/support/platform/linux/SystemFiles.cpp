@@ -1,0 +1,6 @@
+#include "tests/support/platform/SystemFiles.h"
+
+bool HasDeviceFiles()
+{
+    return true;
+}

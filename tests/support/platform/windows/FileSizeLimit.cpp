@@ -1,0 +1,10 @@
+#include "tests/support/platform/FileSizeLimit.h"
+
+FileSizeLimit::FileSizeLimit(std::uint64_t) {}
+
+FileSizeLimit::~FileSizeLimit() = default;
+
+bool FileSizeLimit::IsThere()
+{
+    return false;
+}
