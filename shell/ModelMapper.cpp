@@ -5,6 +5,7 @@
 #include <QDataWidgetMapper>
 #include <QItemDelegate>
 #include <QKeyEvent>
+#include <QLineEdit>
 
 namespace {
 
@@ -18,8 +19,9 @@ public:
 protected:
     bool eventFilter(QObject* field, QEvent* event) override
     {
-        return event->type() != QEvent::FocusOut && !IsTabKey(*event) &&
-               QItemDelegate::eventFilter(field, event);
+        const bool isOfAnEditor = qobject_cast<QLineEdit*>(field) != nullptr &&
+                                  event->type() != QEvent::FocusOut && !IsTabKey(*event);
+        return isOfAnEditor && QItemDelegate::eventFilter(field, event);
     }
 
 private:

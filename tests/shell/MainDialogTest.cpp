@@ -55,6 +55,24 @@ QStringList LoadCommands(bool newFirmware)
     return commands;
 }
 
+/// Takes the keys that come to a widget.
+class KeyWatch : public QObject
+{
+public:
+    explicit KeyWatch(QWidget* widget) { widget->installEventFilter(this); }
+
+    bool Seen() const { return seen; }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        seen = seen || event->type() == QEvent::KeyPress;
+        return event->type() == QEvent::KeyPress;
+    }
+
+private:
+    bool seen = false;
+};
+
 /// Counts the progress dialogs that come up while it lives.
 class ShownProgress : public QObject
 {
@@ -272,6 +290,28 @@ private slots:
         const QStringList bar{QStringLiteral("btnConnect"), QStringLiteral("qt_tabwidget_tabbar")};
         QCOMPARE(walked, bar + order + QStringList{QStringLiteral("txtIpAddress")});
         ShowPage("Info");
+    }
+
+    void escapeBringsTheModelsValueBackIntoAField()
+    {
+        ShowPage("Azimuth Configuration");
+        TheDeviceDatabase()->SetMotorParameter(0, 0, 5);
+        Overtype(Cell(0), QStringLiteral("77"));
+        Press(Qt::Key_Escape);
+        QCOMPARE(Cell(0)->text(), QStringLiteral("5"));
+        QVERIFY(MainWindow()->isVisible());
+        ShowPage("Info");
+    }
+
+    // The key goes on to the window, which would close.
+    void aButtonLeavesEscapeToTheWindow()
+    {
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        escape.accept();
+        auto* const button = Find<QPushButton>("btnConnect");
+        KeyWatch watch(MainWindow());
+        QCoreApplication::sendEvent(button, &escape);
+        QVERIFY(watch.Seen());
     }
 
     void returnPressesTheButtonThatHasTheFocus()
