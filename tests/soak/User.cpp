@@ -184,11 +184,10 @@ void User::Leave()
         CloseByTitleBar(MainWindow());
         return;
     }
+    // Not in a field nor on the Connect button, where the key takes back what was typed.
+    Find<QTabWidget>("tabWidget")->tabBar()->setFocus();
     Say(QStringLiteral("Escape"));
     Press(Qt::Key_Escape);
-    if (MainWindow()->isVisible()) {
-        Press(Qt::Key_Escape); // the first one ended the editing of a cell
-    }
 }
 
 void User::Connect()
