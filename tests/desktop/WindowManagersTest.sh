@@ -23,8 +23,14 @@ finish() {
 }
 trap finish EXIT
 
+# A window manager takes its time. The test's own time limit ends a wait in vain.
+await() { until "$@"; do sleep 0.05; done; }
+manages_windows() { xprop -root _NET_SUPPORTING_WM_CHECK | grep --quiet 'window id'; }
+
 "$manager" >/dev/null 2>&1 &
 pids+=($!)
+# What a program shows while a window manager starts may stay unmanaged.
+await manages_windows
 "$program" <"$folder/input" >"$folder/output" &
 pids+=($!)
 exec 8>"$folder/input"
@@ -34,9 +40,6 @@ xdotool search --sync --onlyvisible --name 'VX440 Access Application' >/dev/null
 numbers_of() { xprop "$@" | grep --only-matching '0x[0-9a-f]*' | while read -r n; do echo $((n)); done; }
 stacking() { numbers_of -root _NET_CLIENT_LIST_STACKING | tr '\n' ' '; }
 is_above() { [ "$(stacking | sed "s/.*$window .*$dialog .*/above/")" = above ]; }
-# A window manager takes its time. The test's own time limit ends a wait in vain.
-await() { until "$@"; do sleep 0.05; done; }
-
 await is_above
 expect_equal "with $manager the dialog belongs to the window" "$window" \
     "$(numbers_of -id "$dialog" WM_TRANSIENT_FOR)"
