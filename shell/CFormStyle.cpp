@@ -83,12 +83,13 @@ void CFormStyle::drawControl(ControlElement element, const QStyleOption* option,
     if (bar != nullptr && DrawBarPart(element, *bar, *painter)) {
         return;
     }
-    if (widget == nullptr || !IsOfAForm(*widget)) {
-        QProxyStyle::drawControl(element, option, painter, widget);
-    } else if (const auto* const tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+    const bool isOfAForm = widget != nullptr && IsOfAForm(*widget);
+    const auto* const tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+    const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (isOfAForm && tab != nullptr && element == CE_TabBarTabLabel) {
         const auto literal = WithLiteralAmpersands(*tab);
         QProxyStyle::drawControl(element, &literal, painter, widget);
-    } else if (const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+    } else if (isOfAForm && button != nullptr && element == CE_PushButtonLabel) {
         const auto literal = WithLiteralAmpersands(*button);
         QProxyStyle::drawControl(element, &literal, painter, widget);
     } else {
