@@ -20,10 +20,18 @@ QImage LettersOf(QWidget& widget)
     return widget.grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
 }
 
+// Without the shades at their rims, which the ground changes.
+QFont BareFont()
+{
+    QFont font = MainWindow()->font();
+    font.setStyleStrategy(QFont::NoAntialias);
+    return font;
+}
+
 QImage ButtonIn(QWidget* parent, const char* text)
 {
     QPushButton button(QString::fromLatin1(text), parent);
-    button.setFont(MainWindow()->font());
+    button.setFont(BareFont());
     button.setAutoDefault(false);
     button.resize(200, 30);
     return LettersOf(button);
@@ -32,7 +40,7 @@ QImage ButtonIn(QWidget* parent, const char* text)
 QImage TabIn(QWidget* parent, const char* text)
 {
     QTabBar bar(parent);
-    bar.setFont(MainWindow()->font());
+    bar.setFont(BareFont());
     bar.addTab(QString::fromLatin1(text));
     bar.resize(200, 30);
     return LettersOf(bar);
