@@ -5,6 +5,7 @@
 #include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
+#include "tests/support/scripted/ConnectingThread.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
 #include <QLabel>
@@ -108,15 +109,6 @@ void Choose(const QString& path, QStringList* asked = nullptr)
                 *asked << dialog.windowTitle() << dialog.nameFilters();
             }
         });
-}
-
-// It runs beside the scripted clock, and on that clock too when its connect fails: the clock waits
-// for it.
-void AwaitConnectingThread()
-{
-    if (QThread::currentThread() != TheDeviceCommunication()) {
-        TheDeviceCommunication()->wait();
-    }
 }
 
 // Every text that the status line shows from now on.

@@ -2,6 +2,7 @@
 #include "model/CDeviceDatabase.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
+#include "tests/support/scripted/ConnectingThread.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
 #include <QAbstractButton>
@@ -22,14 +23,6 @@ void Answer(const QByteArray& frame)
         scripted::DeliverAfter(1000, QByteArray(75, '\0'));
     } else if (frame.startsWith("CF3\r") || frame == "CF8\r") {
         scripted::Deliver("1\r");
-    }
-}
-
-// The connecting thread runs beside the scripted clock.
-void AwaitConnectingThread()
-{
-    if (QThread::currentThread() != TheDeviceCommunication()) {
-        TheDeviceCommunication()->wait();
     }
 }
 
