@@ -44,8 +44,8 @@ constexpr char Descriptions[] = "Feed 12 V;0;Straight through,3 dB,6 dB,10 dB,20
 
 QStringList OptionsOfTheUnit()
 {
-    return {QStringLiteral("--options"), QString::fromLatin1(Options).trimmed(),
-        QStringLiteral("--option-descriptions"), QString::fromLatin1(Descriptions).trimmed()};
+    return {"--options", QString::fromLatin1(Options).trimmed(), "--option-descriptions",
+        QString::fromLatin1(Descriptions).trimmed()};
 }
 
 double TextWaits(const char* answer)
@@ -96,13 +96,13 @@ double SendMs(int repetitions)
     ShowPage("Azimuth Configuration");
     const double milliseconds = MedianMs(
         repetitions, [] {}, [] { Click(Find<QWidget>("btnSendToDevice")); });
-    Require(StatusLine(), QStringLiteral("Azimuth Motor configuration sent successfully."));
+    Require(StatusLine(), "Azimuth Motor configuration sent successfully.");
     return milliseconds;
 }
 
 QString MakeImage(const QTemporaryDir& folder, int bytes)
 {
-    QFile file(folder.filePath(QStringLiteral("%1.cyacd").arg(bytes)));
+    QFile file(folder.filePath(QString("%1.cyacd").arg(bytes)));
     if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray(bytes, 'x')) != bytes) {
         qFatal("no image could be made");
     }
@@ -117,7 +117,7 @@ void ChooseImage(const QString& image)
 void Transfer()
 {
     Click(Find<QWidget>("btnLoadFirmware"));
-    Require(StatusLine(), QStringLiteral("Firmware sent to device successfully!"));
+    Require(StatusLine(), "Firmware sent to device successfully!");
 }
 
 // What a transfer takes at its peak, in kB. It has all that it needs before its first block: the
@@ -131,13 +131,13 @@ double TransferKb(const QString& image)
     }
     const double before = MemoryInUseKb();
     Click(Find<QWidget>("btnLoadFirmware"));
-    Require(StatusLine(), QStringLiteral("FW send cancelled!"));
+    Require(StatusLine(), "FW send cancelled!");
     return PeakMemoryKb() - before;
 }
 
 int LastOctet(const QString& address)
 {
-    return address.section(QLatin1Char('.'), -1).toInt();
+    return address.section('.', -1).toInt();
 }
 
 } // namespace
@@ -153,17 +153,17 @@ void MeasureFlows(Table& table, int repetitions)
         const char* status;
         double target;
     } generations[] = {
-        {QStringLiteral("new"), {}, NewIdentity, 4, "Eeprom data valid", 1.02},
-        {QStringLiteral("old"), {QStringLiteral("--firmware"), QStringLiteral("2.50")}, OldIdentity,
-            2, "Device motor configuration read successfully!", 1.03},
+        {"new", {}, NewIdentity, 4, "Eeprom data valid", 1.02},
+        {"old", {"--firmware", "2.50"}, OldIdentity, 2,
+            "Device motor configuration read successfully!", 1.03},
     };
     for (const auto& generation : generations) {
         const SimulatorProcess unit(generation.options + OptionsOfTheUnit());
-        table.Add(QStringLiteral("connect and load, %1 firmware").arg(generation.name),
-            QStringLiteral("ms"), ConnectAndLoadMs(unit.Address(), generation.status, repetitions),
+        table.Add(QString("connect and load, %1 firmware").arg(generation.name), "ms",
+            ConnectAndLoadMs(unit.Address(), generation.status, repetitions),
             LoadWaits(generation.identity, generation.blocks), generation.target);
-        table.Add(QStringLiteral("send a motor, %1 firmware").arg(generation.name),
-            QStringLiteral("ms"), SendMs(5 * repetitions), DrainMs, 0);
+        table.Add(QString("send a motor, %1 firmware").arg(generation.name), "ms",
+            SendMs(5 * repetitions), DrainMs, 0);
     }
 }
 
@@ -177,8 +177,8 @@ void MeasureSearch(Table& table, const QStringList& range, int units, int repeti
         repetitions, [] {}, [] { Click(Find<QWidget>("btnFindDevices")); });
     Require(QString::number(Find<QTableWidget>("tblDetectDevices")->rowCount()),
         QString::number(units));
-    table.Add(QStringLiteral("search of %1 addresses").arg(addresses), QStringLiteral("ms"),
-        milliseconds, addresses * AddressMs + SearchMs, 1.02);
+    table.Add(QString("search of %1 addresses").arg(addresses), "ms", milliseconds,
+        addresses * AddressMs + SearchMs, 1.02);
 }
 
 void MeasureTransfer(Table& table, int repetitions)
@@ -191,11 +191,9 @@ void MeasureTransfer(Table& table, int repetitions)
     const double milliseconds = MedianMs(
         repetitions, [] {}, Transfer);
     const double waits = Blocks * (DrainMs + AcknowledgementMs) + DrainMs;
-    table.Add(QStringLiteral("%1 bytes of firmware").arg(ImageBytes), QStringLiteral("ms"),
-        milliseconds, waits, 0);
-    table.Add(QStringLiteral("a byte of them above the waits"), QStringLiteral("us"),
-        (milliseconds - waits) * 1000 / ImageBytes, 4, 1);
-    table.Add(QStringLiteral("memory for a large image"), QStringLiteral("kB"),
-        TransferKb(MakeImage(folder, LargeImageBytes)), (LargeImageBytes + BlockBytes) / 1024.0,
-        1.01);
+    table.Add(QString("%1 bytes of firmware").arg(ImageBytes), "ms", milliseconds, waits, 0);
+    table.Add(
+        "a byte of them above the waits", "us", (milliseconds - waits) * 1000 / ImageBytes, 4, 1);
+    table.Add("memory for a large image", "kB", TransferKb(MakeImage(folder, LargeImageBytes)),
+        (LargeImageBytes + BlockBytes) / 1024.0, 1.01);
 }

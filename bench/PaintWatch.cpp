@@ -11,7 +11,7 @@ namespace {
 // had before it became this program.
 QByteArray PeakMemoryKb()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status("/proc/self/status");
     if (status.open(QIODevice::ReadOnly)) {
         for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
             if (line.startsWith("VmHWM:")) {

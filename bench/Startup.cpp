@@ -42,11 +42,11 @@ void MeasureStartup(Table& table, int repetitions)
     Measures tool;
     Measures empty;
     for (int i = 0; i < repetitions; ++i) {
-        StartOnce(QStringLiteral("bench-startup-tool"), tool);
-        StartOnce(QStringLiteral("bench-startup-empty"), empty);
+        StartOnce("bench-startup-tool", tool);
+        StartOnce("bench-startup-empty", empty);
     }
-    table.Add(QStringLiteral("start-up beside an empty dialog"), QStringLiteral("ms"),
-        Median(tool.milliseconds), Median(empty.milliseconds), TimeTarget);
-    table.Add(QStringLiteral("peak memory beside an empty dialog"), QStringLiteral("MB"),
-        Median(tool.megabytes), Median(empty.megabytes), MemoryTarget);
+    table.Add("start-up beside an empty dialog", "ms", Median(tool.milliseconds),
+        Median(empty.milliseconds), TimeTarget);
+    table.Add("peak memory beside an empty dialog", "MB", Median(tool.megabytes),
+        Median(empty.megabytes), MemoryTarget);
 }

@@ -10,8 +10,8 @@ void PrintRow(const QString& name, const QString& measured, const QString& refer
     const QString& ratio, const QString& target)
 {
     QTextStream(stdout) << name.leftJustified(36) << measured.rightJustified(14)
-                        << reference.rightJustified(14) << ratio.rightJustified(8)
-                        << QStringLiteral("  ") << target << '\n';
+                        << reference.rightJustified(14) << ratio.rightJustified(8) << "  " << target
+                        << '\n';
 }
 
 } // namespace
@@ -25,21 +25,18 @@ double Median(QVector<double> values)
 
 Table::Table()
 {
-    PrintRow(QString(), QStringLiteral("measured"), QStringLiteral("reference"),
-        QStringLiteral("ratio"), QStringLiteral("target"));
+    PrintRow(QString(), "measured", "reference", "ratio", "target");
 }
 
 void Table::Add(
     const QString& name, const QString& unit, double measured, double reference, double target)
 {
-    const QString form = QStringLiteral("%1 ") + unit;
+    const QString form = QString("%1 ") + unit;
     const double ratio = measured / reference;
     const bool reached = target == 0 || ratio <= target;
     allReached = allReached && reached;
     PrintRow(name, form.arg(measured, 0, 'f', 1), form.arg(reference, 0, 'f', 1),
         QString::number(ratio, 'f', 3),
         target == 0 ? QString()
-                    : QStringLiteral("%1 %2")
-                          .arg(target, 0, 'f', 2)
-                          .arg(reached ? QStringLiteral("reached") : QStringLiteral("MISSED")));
+                    : QString("%1 %2").arg(target, 0, 'f', 2).arg(reached ? "reached" : "MISSED"));
 }

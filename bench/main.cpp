@@ -31,7 +31,7 @@ struct ProcessorTime
 
 ProcessorTime ProcessorTimeSoFar()
 {
-    QFile file(QStringLiteral("/proc/stat"));
+    QFile file("/proc/stat");
     if (!file.open(QIODevice::ReadOnly)) {
         return {0, 0};
     }
@@ -49,7 +49,7 @@ void SayWhatTheHostTook(const ProcessorTime& before)
     const ProcessorTime now = ProcessorTimeSoFar();
     const double wanted = now.wanted - before.wanted;
     const double percent = wanted > 0 ? 100 * (now.stolen - before.stolen) / wanted : 0;
-    QTextStream(stdout) << QStringLiteral(
+    QTextStream(stdout) << QString(
         "%1 % of the processor time wanted meanwhile went to others on the host.\n")
                                .arg(percent, 0, 'f', 0);
 }
@@ -64,8 +64,7 @@ int Measure(const Repetitions& repetitions)
     MeasureStartup(table, repetitions.startup);
     MeasureFlows(table, repetitions.flows);
     MeasureTransfer(table, repetitions.flows);
-    MeasureSearch(table, {QStringLiteral("192.168.9.1"), QStringLiteral("192.168.9.255")},
-        UnitsInNetwork, repetitions.search);
+    MeasureSearch(table, {"192.168.9.1", "192.168.9.255"}, UnitsInNetwork, repetitions.search);
     SayWhatTheHostTook(before);
     return table.AllReached() ? 0 : 1;
 }

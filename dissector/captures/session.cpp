@@ -69,7 +69,7 @@ QVector<ushort> Polar(const Session& session)
 
 void ReadIdentity(Session& session)
 {
-    const QString version = session.link.ReadIdentity().section(QLatin1Char(','), 3).trimmed();
+    const QString version = session.link.ReadIdentity().section(',', 3).trimmed();
     session.firmware = version.toFloat();
 }
 
@@ -164,12 +164,11 @@ void MoveTo(Session& session, const QByteArray& address)
 
 void ChangeMac(Session& session)
 {
-    const QString mac = QStringLiteral("02:4C:7E:00:01:2A");
+    const QString mac = "02:4C:7E:00:01:2A";
     if (session.firmware < 3.0F) {
-        session.link.SendDeviceConfiguration(
-            QStringLiteral("ZELMA&KOVINTH,VX440,4400.1290.02/000129\r"), mac,
-            QString::fromLatin1(session.address), QStringLiteral("255.255.255.0"),
-            ById(Azimuth(session)), ById(Polar(session)));
+        session.link.SendDeviceConfiguration("ZELMA&KOVINTH,VX440,4400.1290.02/000129\r", mac,
+            QString::fromLatin1(session.address), "255.255.255.0", ById(Azimuth(session)),
+            ById(Polar(session)));
     } else {
         session.link.SendMacAddress(mac);
         platform::Sleep(MoveMs);
@@ -185,35 +184,34 @@ void ReadOptions(Session& session)
 
 void WriteOptions(Session& session)
 {
-    session.link.SendOptions(
-        QStringLiteral("VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0"));
+    session.link.SendOptions("VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0");
     session.link.SendOptionDescriptions(
-        QStringLiteral("Feed 13.8 V;0;0;0;0;Mast preamplifier;0;0;0;0;0;0;0;0;0;0;0;0;0"));
+        "Feed 13.8 V;0;0;0;0;Mast preamplifier;0;0;0;0;0;0;0;0;0;0;0;0;0");
 }
 
 const QMap<QString, Step>& Steps()
 {
     static const QMap<QString, Step> steps{
-        {QStringLiteral("identity"), ReadIdentity},
-        {QStringLiteral("configuration"), ReadConfiguration},
-        {QStringLiteral("options"), ReadOptions},
-        {QStringLiteral("eeprom"),
+        {"identity", ReadIdentity},
+        {"configuration", ReadConfiguration},
+        {"options", ReadOptions},
+        {"eeprom",
             [](Session& session) {
                 ReadEeprom(session, 64, 0);
                 ReadEeprom(session, 64, 1200);
             }},
-        {QStringLiteral("motors"),
+        {"motors",
             [](Session& session) {
                 session.link.SendMotorConfiguration(0, Azimuth(session));
                 session.link.SendMotorConfiguration(1, Polar(session));
             }},
-        {QStringLiteral("write-options"), WriteOptions},
-        {QStringLiteral("write-eeprom"), WriteEeprom},
-        {QStringLiteral("mac"), ChangeMac},
-        {QStringLiteral("move"), [](Session& session) { MoveTo(session, "192.168.0.131"); }},
-        {QStringLiteral("firmware"), SendFirmware},
-        {QStringLiteral("install"), Install},
-        {QStringLiteral("validate"), [](Session& session) { session.link.ValidateFirmware(); }},
+        {"write-options", WriteOptions},
+        {"write-eeprom", WriteEeprom},
+        {"mac", ChangeMac},
+        {"move", [](Session& session) { MoveTo(session, "192.168.0.131"); }},
+        {"firmware", SendFirmware},
+        {"install", Install},
+        {"validate", [](Session& session) { session.link.ValidateFirmware(); }},
     };
     return steps;
 }
@@ -227,8 +225,8 @@ int main(int argc, char** argv)
     QTextStream complaints(stderr);
     const QStringList words = QCoreApplication::arguments();
     if (words.size() < 3) {
-        complaints << "usage: vx440-session UNIT STEP...\nSteps: "
-                   << Steps().keys().join(QLatin1Char(' ')) << '\n';
+        complaints << "usage: vx440-session UNIT STEP...\nSteps: " << Steps().keys().join(' ')
+                   << '\n';
         return 2;
     }
     Session session;

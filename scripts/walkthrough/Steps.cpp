@@ -59,7 +59,7 @@ QWidget* CurrentPage()
 QString NameOf(const QLineEdit* field)
 {
     const QString name = field->accessibleName();
-    return name.contains(QLatin1Char('(')) ? ParameterMnemonic(name) : name;
+    return name.contains('(') ? ParameterMnemonic(name) : name;
 }
 
 // "name value" of each field that is seen.
@@ -72,7 +72,7 @@ QString FieldsOf(const QWidget* page)
             texts.append(NameOf(field) + QLatin1Char(' ') + field->text());
         }
     }
-    return texts.join(QStringLiteral(", "));
+    return texts.join(", ");
 }
 
 bool HasRotorList()
@@ -89,25 +89,25 @@ QString WordsForUnit(const char* words)
 void SendPage(Walk& walk, const QString& motor, const QString& mnemonic, const QString& words)
 {
     Click(Find<QWidget>("btnSendToDevice"));
-    walk.Expect(QStringLiteral("clicked Send to Device"), StatusLine(),
-        motor + QStringLiteral(" Motor configuration sent successfully."));
-    walk.Expect(QStringLiteral("the unit received %1").arg(mnemonic),
-        walk.Log().AwaitPayload(mnemonic), words);
+    walk.Expect(
+        "clicked Send to Device", StatusLine(), motor + " Motor configuration sent successfully.");
+    walk.Expect(
+        QString("the unit received %1").arg(mnemonic), walk.Log().AwaitPayload(mnemonic), words);
 }
 
 void TypeIntoCell(Walk& walk, const char* row, const QString& value)
 {
     auto* const cell = Find<QLineEdit>(row);
     Overtype(cell, value);
-    walk.Expect(QStringLiteral("typed into %1").arg(NameOf(cell)), cell->text(), value);
+    walk.Expect(QString("typed into %1").arg(NameOf(cell)), cell->text(), value);
 }
 
 void Connect(Walk& walk)
 {
     ConnectTo(walk.Address());
-    walk.Expect(QStringLiteral("typed the address and clicked Connect"), ConnectionLine(),
-        QStringLiteral("Connected to ") + walk.Address());
-    walk.Say(QStringLiteral("  status line: ") + StatusLine());
+    walk.Expect("typed the address and clicked Connect", ConnectionLine(),
+        QString("Connected to ") + walk.Address());
+    walk.Say(QString("  status line: ") + StatusLine());
 }
 
 void LookAtPages(Walk& walk)
@@ -116,8 +116,8 @@ void LookAtPages(Walk& walk)
         ShowPage(page->title);
         const auto* const pages = Find<QTabWidget>("tabWidget");
         if (pages->tabText(pages->currentIndex()) == QLatin1String(page->title)) {
-            walk.Say(QStringLiteral("  page %1: %2")
-                         .arg(QLatin1String(page->title), FieldsOf(CurrentPage())));
+            walk.Say(
+                QString("  page %1: %2").arg(QLatin1String(page->title), FieldsOf(CurrentPage())));
             walk.TakePicture(QLatin1String(page->picture));
         }
     }
@@ -127,9 +127,8 @@ void ReadOptions(Walk& walk)
 {
     ShowPage(Options.title);
     Click(Find<QWidget>("btnReadOptionsFromDevice"));
-    walk.Expect(QStringLiteral("clicked Read from device"), StatusLine(),
-        QStringLiteral("Options read from device successfully."));
-    walk.TakePicture(QStringLiteral("options-read"));
+    walk.Expect("clicked Read from device", StatusLine(), "Options read from device successfully.");
+    walk.TakePicture("options-read");
 }
 
 // The reset before it, so that the choice has something to change.
@@ -140,16 +139,15 @@ void ChooseRotor(Walk& walk)
         return;
     }
     Click(Find<QWidget>("btnReset"));
-    walk.Say(QStringLiteral("  clicked Reset to Default Settings: ") + FieldsOf(CurrentPage()));
+    walk.Say(QString("  clicked Reset to Default Settings: ") + FieldsOf(CurrentPage()));
     auto* const rotors = Find<QComboBox>("listRotors");
     Click(rotors);
-    Type(QStringLiteral("Pro"));
+    Type("Pro");
     Press(Qt::Key_Return);
-    walk.Expect(
-        QStringLiteral("chose the rotor"), rotors->currentText(), QStringLiteral("ProSisTel"));
-    walk.Say(QStringLiteral("  fields: ") + FieldsOf(CurrentPage()));
-    walk.TakePicture(QStringLiteral("azimuth-prosistel"));
-    SendPage(walk, QStringLiteral("Azimuth"), QStringLiteral("HCF"), WordsForUnit(ProSisTelWords));
+    walk.Expect("chose the rotor", rotors->currentText(), "ProSisTel");
+    walk.Say(QString("  fields: ") + FieldsOf(CurrentPage()));
+    walk.TakePicture("azimuth-prosistel");
+    SendPage(walk, "Azimuth", "HCF", WordsForUnit(ProSisTelWords));
 }
 
 // Units with old firmware know no rotors: their parameters are typed.
@@ -159,55 +157,52 @@ void EditAzimuth(Walk& walk)
     if (HasRotorList()) {
         return;
     }
-    TypeIntoCell(walk, "0", QStringLiteral("321"));
-    TypeIntoCell(walk, "7", QStringLiteral("25"));
-    walk.TakePicture(QStringLiteral("azimuth-typed"));
-    SendPage(
-        walk, QStringLiteral("Azimuth"), QStringLiteral("HCF"), WordsForUnit(TypedAzimuthWords));
+    TypeIntoCell(walk, "0", "321");
+    TypeIntoCell(walk, "7", "25");
+    walk.TakePicture("azimuth-typed");
+    SendPage(walk, "Azimuth", "HCF", WordsForUnit(TypedAzimuthWords));
 }
 
 void EditPolar(Walk& walk)
 {
     ShowPage(Polar.title);
-    TypeIntoCell(walk, "0", QStringLiteral("123"));
-    walk.TakePicture(QStringLiteral("polar-typed"));
-    SendPage(walk, QStringLiteral("Polar"), QStringLiteral("VCF"), WordsForUnit(TypedPolarWords));
+    TypeIntoCell(walk, "0", "123");
+    walk.TakePicture("polar-typed");
+    SendPage(walk, "Polar", "VCF", WordsForUnit(TypedPolarWords));
 }
 
 void ReceivePolar(Walk& walk)
 {
-    TypeIntoCell(walk, "0", QStringLiteral("77"));
+    TypeIntoCell(walk, "0", "77");
     Click(Find<QWidget>("btnReceiveFromDevice"));
-    walk.Expect(QStringLiteral("clicked Recv from Device"), StatusLine(),
-        QStringLiteral("Device motor configuration read successfully!"));
-    auto* const cell = Find<QLineEdit>("0");
     walk.Expect(
-        QStringLiteral("the unit kept %1").arg(NameOf(cell)), cell->text(), QStringLiteral("123"));
-    walk.TakePicture(QStringLiteral("polar-received"));
+        "clicked Recv from Device", StatusLine(), "Device motor configuration read successfully!");
+    auto* const cell = Find<QLineEdit>("0");
+    walk.Expect(QString("the unit kept %1").arg(NameOf(cell)), cell->text(), "123");
+    walk.TakePicture("polar-received");
 }
 
 // Another value is typed in between, so that the one at the end comes from the file.
 void KeepConfiguration(Walk& walk)
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("station.txt"));
+    const QString path = folder.filePath("station.txt");
     ShowPage(Azimuth.title);
     auto* const cell = Find<QLineEdit>("0");
     const QString kept = cell->text();
     ClickAndChooseFile(Find<QWidget>("btnWriteToFile"), path);
-    walk.Expect(QStringLiteral("clicked Write to File and typed a name"), StatusLine(),
-        QStringLiteral("Saved to file ") + path);
-    TypeIntoCell(walk, "0", QStringLiteral("78"));
+    walk.Expect(
+        "clicked Write to File and typed a name", StatusLine(), QString("Saved to file ") + path);
+    TypeIntoCell(walk, "0", "78");
     ClickAndChooseFile(Find<QWidget>("btnReadFromFile"), path);
-    walk.Expect(QStringLiteral("clicked Read from File"), StatusLine(),
-        QStringLiteral("Read file successfully."));
-    walk.Expect(QStringLiteral("the file kept %1").arg(NameOf(cell)), cell->text(), kept);
-    walk.TakePicture(QStringLiteral("azimuth-from-file"));
+    walk.Expect("clicked Read from File", StatusLine(), "Read file successfully.");
+    walk.Expect(QString("the file kept %1").arg(NameOf(cell)), cell->text(), kept);
+    walk.TakePicture("azimuth-from-file");
 }
 
 QString MakeFirmwareImage(const QTemporaryDir& folder)
 {
-    QFile file(folder.filePath(QStringLiteral("VX440.cyacd")));
+    QFile file(folder.filePath("VX440.cyacd"));
     const bool made = file.open(QIODevice::WriteOnly) &&
                       file.write(QByteArray(FirmwareBytes, 'x')) == FirmwareBytes;
     return made ? file.fileName() : QString();
@@ -216,8 +211,8 @@ QString MakeFirmwareImage(const QTemporaryDir& folder)
 // As the unit names the version that it has after an update, with its answer's carriage return.
 QString NextVersion(const QString& version)
 {
-    const QStringList numbers = version.trimmed().split(QLatin1Char('.'));
-    return QStringLiteral("%1.%2\r").arg(numbers.first()).arg(numbers.last().toInt() + 1);
+    const QStringList numbers = version.trimmed().split('.');
+    return QString("%1.%2\r").arg(numbers.first()).arg(numbers.last().toInt() + 1);
 }
 
 void UpdateUnitsFirmware(Walk& walk)
@@ -227,21 +222,21 @@ void UpdateUnitsFirmware(Walk& walk)
     ShowPage(UpdateFirmware.title);
     ClickAndChooseFile(Find<QWidget>("btnSelectFirmware"), MakeFirmwareImage(folder));
     Click(Find<QWidget>("btnLoadFirmware"));
-    walk.Expect(QStringLiteral("chose an image and clicked Send FW to Device"), StatusLine(),
-        QStringLiteral("Firmware sent to device successfully!"));
-    walk.Expect(QStringLiteral("the unit received the size in CF4"),
-        walk.Log().AwaitPayload(QStringLiteral("CF4")).right(8), QStringLiteral("000013C8"));
-    walk.TakePicture(QStringLiteral("update-fw-sent"));
-    walk.Say(QStringLiteral("  clicked Initiate FW Update; the unit has half a minute"));
+    walk.Expect("chose an image and clicked Send FW to Device", StatusLine(),
+        "Firmware sent to device successfully!");
+    walk.Expect(
+        "the unit received the size in CF4", walk.Log().AwaitPayload("CF4").right(8), "000013C8");
+    walk.TakePicture("update-fw-sent");
+    walk.Say("  clicked Initiate FW Update; the unit has half a minute");
     Click(Find<QWidget>("btnUpdateFirmware"));
-    walk.Expect(QStringLiteral("the update has ended"), StatusLine(),
-        QStringLiteral("Firmware Updated successfully to v%1.").arg(NextVersion(version)));
-    walk.TakePicture(QStringLiteral("update-fw-done"));
+    walk.Expect("the update has ended", StatusLine(),
+        QString("Firmware Updated successfully to v%1.").arg(NextVersion(version)));
+    walk.TakePicture("update-fw-done");
 }
 
 QString InHex(const QString& address)
 {
-    return QStringLiteral("%1")
+    return QString("%1")
         .arg(QHostAddress(address).toIPv4Address(), 8, 16, QLatin1Char('0'))
         .toUpper();
 }
@@ -250,19 +245,19 @@ void SendMask(Walk& walk, const QString& mask)
 {
     Overtype(Find<QWidget>("txtNewSubnetMask"), mask);
     Click(Find<QWidget>("btnSendIpAddress"));
-    walk.Expect(QStringLiteral("typed the mask %1 and clicked Change").arg(mask), StatusLine(),
-        QStringLiteral("Ip Address & Subset Mask changed successfully."));
-    walk.Expect(QStringLiteral("the unit received CF1"),
-        walk.Log().AwaitPayload(QStringLiteral("CF1")), InHex(walk.Address()) + InHex(mask));
+    walk.Expect(QString("typed the mask %1 and clicked Change").arg(mask), StatusLine(),
+        "Ip Address & Subset Mask changed successfully.");
+    walk.Expect("the unit received CF1", walk.Log().AwaitPayload("CF1"),
+        InHex(walk.Address()) + InHex(mask));
 }
 
 // There and back: the unit stays where the search is to find it.
 void ChangeMask(Walk& walk)
 {
     ShowPage(IpConfiguration.title);
-    SendMask(walk, QStringLiteral("255.255.0.0"));
-    walk.TakePicture(QStringLiteral("ip-configuration-changed"));
-    SendMask(walk, QStringLiteral("255.255.255.0"));
+    SendMask(walk, "255.255.0.0");
+    walk.TakePicture("ip-configuration-changed");
+    SendMask(walk, "255.255.255.0");
 }
 
 QString AddressesFound()
@@ -273,7 +268,7 @@ QString AddressesFound()
         addresses.append(table->item(row, 0)->text());
     }
     addresses.sort();
-    return addresses.join(QStringLiteral(", "));
+    return addresses.join(", ");
 }
 
 } // namespace
@@ -290,13 +285,12 @@ void SearchUnits(Walk& walk)
     const QStringList& range = walk.Settings().searchRange;
     QStringList units = walk.Settings().addresses;
     units.sort();
-    walk.Say(QStringLiteral("Search %1 to %2").arg(range.first(), range.last()));
+    walk.Say(QString("Search %1 to %2").arg(range.first(), range.last()));
     ShowPage(Detect.title);
     Overtype(Find<QWidget>("txtStartIpAddress"), range.first());
     Overtype(Find<QWidget>("txtEndIpAddress"), range.last());
     Click(Find<QWidget>("btnFindDevices"));
-    walk.Expect(QStringLiteral("clicked Find Z&K Devices"), StatusLine(),
-        QStringLiteral("Detect Z&K Devices: Ready"));
-    walk.Expect(QStringLiteral("found"), AddressesFound(), units.join(QStringLiteral(", ")));
-    walk.TakePicture(QStringLiteral("search"));
+    walk.Expect("clicked Find Z&K Devices", StatusLine(), "Detect Z&K Devices: Ready");
+    walk.Expect("found", AddressesFound(), units.join(", "));
+    walk.TakePicture("search");
 }

@@ -10,7 +10,7 @@ constexpr int LongestWaitMs = 5000;
 // Commands are in capitals; what the unit says of itself and of its connections is not.
 bool IsCommand(const QString& line)
 {
-    static const QRegularExpression form(QStringLiteral("^[*A-Z]"));
+    static const QRegularExpression form("^[*A-Z]");
     return form.match(line).hasMatch();
 }
 
@@ -61,7 +61,7 @@ void UnitLog::TakeLines()
 
 bool UnitLog::TakePayload(const QString& mnemonic, QString& payload)
 {
-    const QString beginning = mnemonic + QLatin1Char(' ');
+    const QString beginning = mnemonic + ' ';
     while (given < commands.size()) {
         const QString& command = commands.at(given++);
         if (command.startsWith(beginning)) {

@@ -13,19 +13,14 @@
 
 namespace {
 
-const QString Sheet1 = QStringLiteral("Sheet1");
-
-QString Text(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+const QString Sheet1 = "Sheet1";
 
 // "row,column", and behind a blank what the cell holds, by its type.
 QString Described(const QXlsx::CellLocation& location)
 {
     const QVariant value = location.cell->value();
-    const QString type = Text(value.isValid() ? value.typeName() : "nothing");
-    return QStringLiteral("%1,%2 %3 %4")
+    const QString type = QString(value.isValid() ? value.typeName() : "nothing");
+    return QString("%1,%2 %3 %4")
         .arg(location.row)
         .arg(location.col)
         .arg(type, value.toString())
@@ -131,7 +126,7 @@ void DocumentTest::aCellGives_data()
     QTest::addColumn<QByteArray>("cell");
     QTest::addColumn<QString>("value");
     const auto row = [](const char* name, const char* cell, const char* value) {
-        QTest::newRow(name) << QByteArray(cell) << Text(value);
+        QTest::newRow(name) << QByteArray(cell) << QString(value);
     };
     row("nothing when blank", "<c/>", "nothing");
     row("nothing when blank with a style", "<c s='1'/>", "nothing");
@@ -194,7 +189,7 @@ void DocumentTest::aCellGives()
     int columns = 0;
     const QVector<QXlsx::CellLocation> cells =
         FirstWorksheet(document)->getFullCells(&rows, &columns);
-    QCOMPARE(Described(cells), QStringList((Text("1,1 ") + value).trimmed()));
+    QCOMPARE(Described(cells), QStringList((QString("1,1 ") + value).trimmed()));
     QCOMPARE(rows, 1);
     QCOMPARE(columns, 1);
 }
@@ -213,7 +208,8 @@ void DocumentTest::aStyleIsADateByItsNumberFormat_data()
             << QByteArray::number(builtIn) << QByteArray() << false;
     }
     const auto row = [](const char* code, bool isDate) {
-        QTest::newRow(code) << QByteArray("164") << Text(code).toHtmlEscaped().toUtf8() << isDate;
+        QTest::newRow(code) << QByteArray("164") << QString(code).toHtmlEscaped().toUtf8()
+                            << isDate;
     };
     row("yyyy-mm-dd", true);
     row("DD.MM.YYYY", true);
@@ -254,7 +250,7 @@ void DocumentTest::aStyleIsADateByItsNumberFormat()
     int rows = 0;
     int columns = 0;
     QCOMPARE(Described(FirstWorksheet(document)->getFullCells(&rows, &columns)),
-        QStringList(Text(isDate ? "1,1 double 5" : "1,1 QString 5.0")));
+        QStringList(QString(isDate ? "1,1 double 5" : "1,1 QString 5.0")));
 }
 
 void DocumentTest::cellsStandWhere_data()
@@ -262,7 +258,7 @@ void DocumentTest::cellsStandWhere_data()
     QTest::addColumn<QByteArray>("rows");
     QTest::addColumn<QString>("places"); // of row and column, then the highest of both
     const auto row = [](const char* name, const char* rows, const char* places) {
-        QTest::newRow(name) << QByteArray(rows) << Text(places);
+        QTest::newRow(name) << QByteArray(rows) << QString(places);
     };
     row("no rows", "", "-1,-1");
     row("an empty row", "<row r='7'/>", "-1,-1");
@@ -300,10 +296,10 @@ void DocumentTest::cellsStandWhere()
     const QVector<QXlsx::CellLocation> cells =
         FirstWorksheet(document)->getFullCells(&maxRow, &maxColumn);
     for (const QXlsx::CellLocation& cell : cells) {
-        places.append(QStringLiteral("%1,%2").arg(cell.row).arg(cell.col));
+        places.append(QString("%1,%2").arg(cell.row).arg(cell.col));
     }
-    places.append(QStringLiteral("%1,%2").arg(maxRow).arg(maxColumn));
-    QTEST(places.join(QLatin1Char(' ')), "places");
+    places.append(QString("%1,%2").arg(maxRow).arg(maxColumn));
+    QTEST(places.join(' '), "places");
 }
 
 void DocumentTest::cellsComeInAscendingOrderAndTheLaterOfTwoStays()
@@ -314,7 +310,7 @@ void DocumentTest::cellsComeInAscendingOrderAndTheLaterOfTwoStays()
     int rows = 0;
     int columns = 0;
     QCOMPARE(Described(FirstWorksheet(document)->getFullCells(&rows, &columns)),
-        QStringList({Text("1,3 QString second"), Text("3,1 QString a3"), Text("3,2 QString b3")}));
+        QStringList({"1,3 QString second", "3,1 QString a3", "3,2 QString b3"}));
     QCOMPARE(rows, 3);
     QCOMPARE(columns, 3);
 }
@@ -329,40 +325,37 @@ void DocumentTest::blanksOfALayoutBetweenElementsDoNotCount()
     const QVector<QXlsx::CellLocation> cells =
         FirstWorksheet(document)->getFullCells(&rows, &columns);
     QCOMPARE(cells.size(), 1);
-    QCOMPARE(cells.first().cell->value().toString(), Text(" x "));
+    QCOMPARE(cells.first().cell->value().toString(), " x ");
 }
 
 void DocumentTest::prefixesOfElementsDoNotMatter()
 {
     WorkbookParts parts = WorkbookWithSheets({QByteArray()});
-    parts[QStringLiteral("xl/worksheets/sheet1.xml")] =
+    parts["xl/worksheets/sheet1.xml"] =
         "<x:worksheet xmlns:x='http://schemas.openxmlformats.org/spreadsheetml/2006/main'>"
         "<x:sheetData><x:row><x:c><x:v>5</x:v></x:c></x:row></x:sheetData></x:worksheet>";
-    parts[QStringLiteral("xl/workbook.xml")]
-        .replace("r:id", "rel:id")
-        .replace("xmlns:r=", "xmlns:rel=");
+    parts["xl/workbook.xml"].replace("r:id", "rel:id").replace("xmlns:r=", "xmlns:rel=");
     const QXlsx::Document document(NewWorkbook(parts));
     QVERIFY(document.isLoadPackage());
     int rows = 0;
     int columns = 0;
     QCOMPARE(Described(FirstWorksheet(document)->getFullCells(&rows, &columns)),
-        QStringList(Text("1,1 QString 5")));
+        QStringList("1,1 QString 5"));
 }
 
 void DocumentTest::aPartInUtf16IsRead()
 {
-    const QString sheet =
-        Text("\uFEFF<worksheet><sheetData><row><c><v>\u20AC</v></c></row></sheetData>"
-             "</worksheet>");
+    const QString sheet = "\uFEFF<worksheet><sheetData><row><c><v>\u20AC</v></c></row></sheetData>"
+                          "</worksheet>";
     WorkbookParts parts = WorkbookWithSheets({QByteArray()});
-    parts[QStringLiteral("xl/worksheets/sheet1.xml")] =
+    parts["xl/worksheets/sheet1.xml"] =
         QByteArray(reinterpret_cast<const char*>(sheet.utf16()), sheet.size() * 2);
     const QXlsx::Document document(NewWorkbook(parts));
     QVERIFY(document.isLoadPackage());
     int rows = 0;
     int columns = 0;
     QCOMPARE(Described(FirstWorksheet(document)->getFullCells(&rows, &columns)),
-        QStringList(Text("1,1 QString \u20AC")));
+        QStringList("1,1 QString \u20AC"));
 }
 
 void DocumentTest::aTargetIs_data()
@@ -395,8 +388,8 @@ void DocumentTest::sheetsComeInTheOrderOfTheirTabs()
         "<Relationship Id='a' Type='TYPE/worksheet' Target='worksheets/sheet1.xml'/>"
         "<Relationship Id='b' Type='TYPE/worksheet' Target='worksheets/sheet2.xml'/>");
     const QXlsx::Document document(NewWorkbook(parts));
-    QCOMPARE(document.sheetNames(), QStringList({Text("Z & z"), Text("A")}));
-    QCOMPARE(document.sheet(Text("B")), static_cast<QXlsx::AbstractSheet*>(nullptr));
+    QCOMPARE(document.sheetNames(), QStringList({"Z & z", "A"}));
+    QCOMPARE(document.sheet("B"), static_cast<QXlsx::AbstractSheet*>(nullptr));
     int rows = 0;
     int columns = 0;
     FirstWorksheet(document)->getFullCells(&rows, &columns);
@@ -409,10 +402,10 @@ void DocumentTest::aChartIsASheetWithoutCells()
     SetSheets(parts, "<sheet name='Chart' r:id='c'/><sheet name='Sheet1' r:id='a'/>",
         "<Relationship Id='a' Type='TYPE/worksheet' Target='worksheets/sheet1.xml'/>"
         "<Relationship Id='c' Type='TYPE/chartsheet' Target='chart.xml'/>");
-    parts[QStringLiteral("xl/chart.xml")] = "<chartsheet/>";
+    parts["xl/chart.xml"] = "<chartsheet/>";
     const QXlsx::Document document(NewWorkbook(parts));
     QVERIFY(document.isLoadPackage());
-    QVERIFY(document.sheet(Text("Chart")) != nullptr);
+    QVERIFY(document.sheet("Chart") != nullptr);
     QCOMPARE(FirstWorksheet(document), static_cast<QXlsx::Worksheet*>(nullptr));
     QVERIFY(dynamic_cast<QXlsx::Worksheet*>(document.sheet(Sheet1)) != nullptr);
 }
@@ -421,7 +414,7 @@ void DocumentTest::theFirstSheetIsActiveUntilAnotherIsMade()
 {
     const QXlsx::Document document(NewWorkbook(WorkbookWithSheets({QByteArray(), QByteArray()})));
     QXlsx::AbstractSheet* const first = document.sheet(Sheet1);
-    QXlsx::AbstractSheet* const second = document.sheet(Text("Sheet2"));
+    QXlsx::AbstractSheet* const second = document.sheet("Sheet2");
     QXlsx::Workbook* const workbook = first->workbook();
     QCOMPARE(second->workbook(), workbook);
     QCOMPARE(workbook->activeSheet(), first);
@@ -541,7 +534,7 @@ void DocumentTest::whatIsNoPackageIsNotLoaded_data()
     QTest::newRow("no name") << QString();
     QTest::newRow("not there") << NewPath();
     QTest::newRow("a folder") << folder.path();
-    QTest::newRow("a device without an end") << Text("/dev/zero");
+    QTest::newRow("a device without an end") << "/dev/zero";
     QTest::newRow("an empty file") << NewFile("");
     QTest::newRow("a text file") << NewFile("VX440-DCF\n");
     QTest::newRow("a text file that begins like a zip") << NewFile("PK\3\4 VX440-DCF\n");
@@ -574,7 +567,7 @@ void DocumentTest::aPartOfAnotherChecksumIsNotLoaded()
         picture.append(static_cast<char>(byte));
     }
     WorkbookParts parts = WorkbookWithSheets({QByteArray()});
-    parts[QStringLiteral("media/picture")] = picture;
+    parts["media/picture"] = picture;
     QFile file(NewWorkbook(parts));
     QVERIFY(file.open(QIODevice::ReadWrite));
     QByteArray content = file.readAll();
@@ -588,7 +581,7 @@ void DocumentTest::aPartOfAnotherChecksumIsNotLoaded()
 
 void DocumentTest::aFileNameOfAnyLettersIsRead()
 {
-    const QString path = folder.filePath(Text("\u00FC\u20AC \u4E00.xlsx"));
+    const QString path = folder.filePath("\u00FC\u20AC \u4E00.xlsx");
     QVERIFY(QFile::rename(NewWorkbook(QByteArray()), path));
     QVERIFY(QXlsx::Document(path).isLoadPackage());
 }
@@ -625,13 +618,13 @@ void AddRowsForBounds(bool isBeyond)
     withRows("the length of all texts",
         "<row>" + ("<c><v>" + QByteArray(80'000, 'x') + "</v></c>").repeated(isBeyond ? 200 : 199) +
             "</row>");
-    withPart("the length of all parts", Text("media/picture"),
+    withPart("the length of all parts", "media/picture",
         QByteArray(64 * 1024 * 1024 - (isBeyond ? 0 : 5'000), '\0'));
-    withPart("the length of a name", QString(255 + more, QLatin1Char('n')), QByteArray());
+    withPart("the length of a name", QString(255 + more, 'n'), QByteArray());
 
     WorkbookParts many = WorkbookWithSheets({QByteArray()});
     while (many.size() < 1000 + more) {
-        many[QStringLiteral("media/%1").arg(many.size())] = QByteArray();
+        many[QString("media/%1").arg(many.size())] = QByteArray();
     }
     QTest::newRow("parts") << many;
 
@@ -640,7 +633,7 @@ void AddRowsForBounds(bool isBeyond)
         relationships += "<Relationship Id='r" + QByteArray::number(i) + "'/>";
     }
     WorkbookParts related = WorkbookWithSheets({QByteArray()});
-    related[QStringLiteral("xl/_rels/workbook.xml.rels")].replace("</Rel", relationships + "</Rel");
+    related["xl/_rels/workbook.xml.rels"].replace("</Rel", relationships + "</Rel");
     QTest::newRow("relationships") << related;
 }
 
@@ -663,8 +656,8 @@ void DocumentTest::beyondABoundNothingIsLoaded_data()
         laughs += QByteArray("<!ENTITY lol") + i + " '" +
                   (QByteArray("&lol") + before + ";").repeated(10) + "'>";
     }
-    for (const auto& part : {Text("xl/worksheets/sheet1.xml"), Text("xl/workbook.xml"),
-             Text("[Content_Types].xml"), Text("_rels/.rels")}) {
+    for (const auto& part :
+        {"xl/worksheets/sheet1.xml", "xl/workbook.xml", "[Content_Types].xml", "_rels/.rels"}) {
         WorkbookParts laughing = WorkbookWithSheets({QByteArray()});
         laughing[part] = laughs + "]><lol>&lol9;</lol>";
         QTest::addRow("a thousand million laughs in %s", qPrintable(part)) << laughing;

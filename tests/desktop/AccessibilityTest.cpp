@@ -39,14 +39,14 @@ private slots:
 
     void aBarWithoutAnEndIsBusyAndHasNoValue()
     {
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 0);
+        CCustomProgressDialog dialog("Working ...", 0, 0);
         dialog.setValue(150);
         QAccessibleInterface& bar = BarOf(dialog);
         QCOMPARE(bar.role(), QAccessible::ProgressBar);
-        QCOMPARE(bar.text(QAccessible::Name), QStringLiteral("Working ..."));
+        QCOMPARE(bar.text(QAccessible::Name), "Working ...");
         QVERIFY(bar.state().busy);
         QVERIFY(bar.valueInterface() == nullptr);
-        QCOMPARE(bar.text(QAccessible::Value), QStringLiteral("busy"));
+        QCOMPARE(bar.text(QAccessible::Value), "busy");
         valuesTold = 0;
         for (int value = 0; value < 1000; ++value) {
             dialog.setValue(value);
@@ -57,7 +57,7 @@ private slots:
     void aBarTellsHowFarItIsOnceAPercent()
     {
         constexpr int Bytes = 100000;
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, Bytes);
+        CCustomProgressDialog dialog("Working ...", 0, Bytes);
         dialog.setAutoReset(false);
         dialog.show();
         dialog.setValue(0);
@@ -73,16 +73,16 @@ private slots:
         QVERIFY(!bar.state().busy);
         QCOMPARE(bar.valueInterface()->minimumValue().toInt(), 0);
         QCOMPARE(bar.valueInterface()->maximumValue().toInt(), Bytes);
-        QCOMPARE(bar.text(QAccessible::Value), QStringLiteral("100%"));
+        QCOMPARE(bar.text(QAccessible::Value), "100%");
     }
 
     void theStatusLineIsAnAlertWithItsText()
     {
         CElidedLabel label;
-        label.setText(QStringLiteral("Updating firmware .."));
+        label.setText("Updating firmware ..");
         QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(&label);
         QCOMPARE(told->role(), QAccessible::AlertMessage);
-        QCOMPARE(told->text(QAccessible::Name), QStringLiteral("Updating firmware .."));
+        QCOMPARE(told->text(QAccessible::Name), "Updating firmware ..");
     }
 };
 

@@ -16,7 +16,7 @@ int ShowInstallation()
     bool ended = false;
     QSocketNotifier input(0, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, [&ended] { ended = true; });
-    CCustomProgressDialog dialog(QStringLiteral("Installing ..."), 0, 0, MainWindow());
+    CCustomProgressDialog dialog("Installing ...", 0, 0, MainWindow());
     dialog.SetCloseButtonHidden(true);
     dialog.setValue(0);
     std::printf("%llu %llu\n", qulonglong(MainWindow()->winId()), qulonglong(dialog.winId()));

@@ -22,7 +22,7 @@ private slots:
     void anObjectForAnAddressResolvesItOnce()
     {
         const CArpCacheAccess access(platform::ParseIpv4Address("192.168.7.9"));
-        QCOMPARE(ScriptedNeighbours::Calls(), QStringList{QStringLiteral("resolve 192.168.7.9")});
+        QCOMPARE(ScriptedNeighbours::Calls(), QStringList{"resolve 192.168.7.9"});
     }
 
     void aResolutionGivesSourceZeroEightOnesAndLengthSix()
@@ -41,14 +41,13 @@ private slots:
         QVERIFY(!CArpCacheAccess().ClearArpCache());
         QVERIFY(ScriptedNeighbours::Addresses().isEmpty());
         QCOMPARE(ScriptedNeighbours::Calls(),
-            (QStringList{QStringLiteral("size"), QStringLiteral("read"),
-                QStringLiteral("delete 192.168.1.4"), QStringLiteral("delete 192.168.1.30")}));
+            (QStringList{"size", "read", "delete 192.168.1.4", "delete 192.168.1.30"}));
     }
 
     void clearingAnEmptyTableDeletesNothing()
     {
         QVERIFY(!CArpCacheAccess().ClearArpCache());
-        QVERIFY(ScriptedNeighbours::Calls(QStringLiteral("delete")).isEmpty());
+        QVERIFY(ScriptedNeighbours::Calls("delete").isEmpty());
     }
 
     void clearingStopsAtTheFirstRefusal()
@@ -58,10 +57,9 @@ private slots:
         ScriptedNeighbours::Add("10.0.0.3", "02:4c:7e:00:00:03");
         ScriptedNeighbours::RefuseDeletesAfter(1);
         QVERIFY(!CArpCacheAccess().ClearArpCache());
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("delete")),
-            (QStringList{QStringLiteral("delete 10.0.0.1"), QStringLiteral("delete 10.0.0.2")}));
-        QCOMPARE(ScriptedNeighbours::Addresses(),
-            (QStringList{QStringLiteral("10.0.0.2"), QStringLiteral("10.0.0.3")}));
+        QCOMPARE(ScriptedNeighbours::Calls("delete"),
+            (QStringList{"delete 10.0.0.1", "delete 10.0.0.2"}));
+        QCOMPARE(ScriptedNeighbours::Addresses(), (QStringList{"10.0.0.2", "10.0.0.3"}));
     }
 
     void aKnownAddressGivesItsMacInLowerCase()
@@ -69,21 +67,20 @@ private slots:
         ScriptedNeighbours::Add("10.0.0.1", "AA:BB:CC:DD:EE:FF");
         ScriptedNeighbours::Add("10.0.0.2", "02:4C:7E:01:0B:F0");
         QString mac;
-        QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, QStringLiteral("10.0.0.2")));
-        QCOMPARE(mac, QStringLiteral("02:4c:7e:01:0b:f0"));
-        QCOMPARE(ScriptedNeighbours::Calls(),
-            (QStringList{QStringLiteral("size"), QStringLiteral("read")}));
+        QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, "10.0.0.2"));
+        QCOMPARE(mac, "02:4c:7e:01:0b:f0");
+        QCOMPARE(ScriptedNeighbours::Calls(), (QStringList{"size", "read"}));
     }
 
     void anAddressWithoutARowLeavesTheMacAsItWas_data()
     {
         QTest::addColumn<QString>("ip");
-        QTest::addRow("another address") << QStringLiteral("10.0.0.3");
-        QTest::addRow("leading zero in the last octet") << QStringLiteral("10.0.0.02");
-        QTest::addRow("leading zero in an earlier octet") << QStringLiteral("10.00.0.2");
-        QTest::addRow("beginning of an address") << QStringLiteral("10.0.0.");
-        QTest::addRow("longer than an address") << QStringLiteral("10.0.0.22");
-        QTest::addRow("blank behind") << QStringLiteral("10.0.0.2 ");
+        QTest::addRow("another address") << "10.0.0.3";
+        QTest::addRow("leading zero in the last octet") << "10.0.0.02";
+        QTest::addRow("leading zero in an earlier octet") << "10.00.0.2";
+        QTest::addRow("beginning of an address") << "10.0.0.";
+        QTest::addRow("longer than an address") << "10.0.0.22";
+        QTest::addRow("blank behind") << "10.0.0.2 ";
         QTest::addRow("empty") << QString();
     }
 
@@ -91,16 +88,16 @@ private slots:
     {
         QFETCH(QString, ip);
         ScriptedNeighbours::Add("10.0.0.2", "02:4c:7e:00:00:02");
-        QString mac = QStringLiteral("as it was");
+        QString mac = "as it was";
         QVERIFY(!CArpCacheAccess().GetMacFromArpCache(mac, ip));
-        QCOMPARE(mac, QStringLiteral("as it was"));
+        QCOMPARE(mac, "as it was");
     }
 
     void anEmptyTableHasNoAddress()
     {
-        QString mac = QStringLiteral("as it was");
-        QVERIFY(!CArpCacheAccess().GetMacFromArpCache(mac, QStringLiteral("10.0.0.2")));
-        QCOMPARE(mac, QStringLiteral("as it was"));
+        QString mac = "as it was";
+        QVERIFY(!CArpCacheAccess().GetMacFromArpCache(mac, "10.0.0.2"));
+        QCOMPARE(mac, "as it was");
     }
 
     void ofTwoRowsForOneAddressTheFirstCounts()
@@ -108,29 +105,28 @@ private slots:
         ScriptedNeighbours::Add("10.0.0.2", "02:4c:7e:00:00:aa");
         ScriptedNeighbours::Add("10.0.0.2", "02:4c:7e:00:00:bb");
         QString mac;
-        QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, QStringLiteral("10.0.0.2")));
-        QCOMPARE(mac, QStringLiteral("02:4c:7e:00:00:aa"));
+        QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, "10.0.0.2"));
+        QCOMPARE(mac, "02:4c:7e:00:00:aa");
     }
 
     void aRowThatIsNotResolvedIsAHitWithZeros()
     {
         ScriptedNeighbours::Add("10.0.0.2", "00:00:00:00:00:00");
         QString mac;
-        QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, QStringLiteral("10.0.0.2")));
-        QCOMPARE(mac, QStringLiteral("00:00:00:00:00:00"));
+        QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, "10.0.0.2"));
+        QCOMPARE(mac, "00:00:00:00:00:00");
     }
 
     void everyRowOfALargeTableIsFound()
     {
         for (int octet = 1; octet <= 255; ++octet) {
-            ScriptedNeighbours::Add(QStringLiteral("10.0.0.%1").arg(octet).toLatin1(),
-                QStringLiteral("02:4c:7e:00:00:%1").arg(octet, 2, 16, QLatin1Char('0')).toLatin1());
+            ScriptedNeighbours::Add(QString("10.0.0.%1").arg(octet).toLatin1(),
+                QString("02:4c:7e:00:00:%1").arg(octet, 2, 16, QLatin1Char('0')).toLatin1());
         }
         for (int octet = 1; octet <= 255; ++octet) {
             QString mac;
-            QVERIFY(
-                CArpCacheAccess().GetMacFromArpCache(mac, QStringLiteral("10.0.0.%1").arg(octet)));
-            QCOMPARE(mac, QStringLiteral("02:4c:7e:00:00:%1").arg(octet, 2, 16, QLatin1Char('0')));
+            QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, QString("10.0.0.%1").arg(octet)));
+            QCOMPARE(mac, QString("02:4c:7e:00:00:%1").arg(octet, 2, 16, QLatin1Char('0')));
         }
     }
 
@@ -138,37 +134,37 @@ private slots:
     {
         ScriptedNeighbours::Add("10.0.0.1", "02:4c:7e:00:00:01");
         ScriptedNeighbours::SetOnCall([](const QString& call) {
-            if (call == QLatin1String("read")) {
+            if (call == "read") {
                 ScriptedNeighbours::Add("10.0.0.2", "02:4c:7e:00:00:02");
                 ScriptedNeighbours::Add("10.0.0.3", "02:4c:7e:00:00:03");
             }
         });
         QString mac;
-        QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, QStringLiteral("10.0.0.1")));
-        QCOMPARE(mac, QStringLiteral("02:4c:7e:00:00:01"));
+        QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, "10.0.0.1"));
+        QCOMPARE(mac, "02:4c:7e:00:00:01");
     }
 
     void aTableThatShrinksBetweenItsTwoReadsHasTheRowsLeft()
     {
         ScriptedNeighbours::Add("10.0.0.1", "02:4c:7e:00:00:01");
         ScriptedNeighbours::SetOnCall([](const QString& call) {
-            if (call == QLatin1String("read")) {
+            if (call == "read") {
                 ScriptedNeighbours::Empty();
             }
         });
         QString mac;
-        QVERIFY(!CArpCacheAccess().GetMacFromArpCache(mac, QStringLiteral("10.0.0.1")));
+        QVERIFY(!CArpCacheAccess().GetMacFromArpCache(mac, "10.0.0.1"));
     }
 
     void aTableThatCannotBeReadIsEmpty()
     {
         ScriptedNeighbours::Add("10.0.0.1", "02:4c:7e:00:00:01");
         ScriptedNeighbours::FailReads();
-        QString mac = QStringLiteral("as it was");
-        QVERIFY(!CArpCacheAccess().GetMacFromArpCache(mac, QStringLiteral("10.0.0.1")));
-        QCOMPARE(mac, QStringLiteral("as it was"));
+        QString mac = "as it was";
+        QVERIFY(!CArpCacheAccess().GetMacFromArpCache(mac, "10.0.0.1"));
+        QCOMPARE(mac, "as it was");
         QVERIFY(!CArpCacheAccess().ClearArpCache());
-        QVERIFY(ScriptedNeighbours::Calls(QStringLiteral("delete")).isEmpty());
+        QVERIFY(ScriptedNeighbours::Calls("delete").isEmpty());
     }
 };
 

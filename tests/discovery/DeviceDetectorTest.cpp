@@ -33,15 +33,14 @@ public:
         : dialog(QString(), 0, 0)
     {
         QObject::connect(dialog.findChild<QProgressBar*>(), &QProgressBar::valueChanged, &dialog,
-            [this](int value) { steps << QStringLiteral("progress %1").arg(value); });
+            [this](int value) { steps << QString("progress %1").arg(value); });
         QObject::connect(&detector, &CDeviceDetector::DeviceFound, &dialog, [this](sDEVICE device) {
-            steps << QStringLiteral("found ") + device.ipAddress + QLatin1Char(' ') +
-                         device.macAddress;
+            steps << QString("found ") + device.ipAddress + QLatin1Char(' ') + device.macAddress;
             found << device.ipAddress;
         });
         ScriptedNeighbours::SetOnCall([this](const QString& call) { steps << call; });
         ScriptedClock::SetDuringWait([this](unsigned milliseconds) {
-            steps << QStringLiteral("wait %1").arg(milliseconds);
+            steps << QString("wait %1").arg(milliseconds);
             ScriptedThreads::RunAll();
         });
     }
@@ -60,7 +59,7 @@ public:
 
 QStringList Lines(const char* text)
 {
-    return QString::fromLatin1(text).split(QLatin1Char('\n'));
+    return QString::fromLatin1(text).split('\n');
 }
 
 } // namespace
@@ -154,7 +153,7 @@ private slots:
         RecordedSearch search;
         ScriptedNeighbours::SetOnCall([&search](const QString& call) {
             search.steps << call;
-            if (call == QLatin1String("resolve 192.168.1.8")) {
+            if (call == "resolve 192.168.1.8") {
                 ScriptedNeighbours::Add("192.168.1.8", "00:11:22:33:44:55");
             }
         });
@@ -187,9 +186,9 @@ private slots:
         QVERIFY(search.Run("192.168.1.1", "192.168.1.255"));
         QStringList expected;
         for (int octet = 1; octet <= 255; ++octet) {
-            expected << QStringLiteral("resolve 192.168.1.%1").arg(octet);
+            expected << QString("resolve 192.168.1.%1").arg(octet);
         }
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("resolve")), expected);
+        QCOMPARE(ScriptedNeighbours::Calls("resolve"), expected);
     }
 
     void aThreadMayPickItsAddressUpAsLateAsTheEndOfTheStep()
@@ -201,26 +200,25 @@ private slots:
             }
         });
         QVERIFY(search.Run("10.0.0.1", "10.0.0.2"));
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("resolve")),
-            (QStringList{QStringLiteral("resolve 10.0.0.1"), QStringLiteral("resolve 10.0.0.2")}));
+        QCOMPARE(ScriptedNeighbours::Calls("resolve"),
+            (QStringList{"resolve 10.0.0.1", "resolve 10.0.0.2"}));
     }
 
     void startAndEndWithLastOctet255TryOneAddress()
     {
         RecordedSearch search;
         QVERIFY(search.Run("192.168.1.255", "192.168.1.255"));
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("resolve")),
-            QStringList{QStringLiteral("resolve 192.168.1.255")});
+        QCOMPARE(ScriptedNeighbours::Calls("resolve"), QStringList{"resolve 192.168.1.255"});
     }
 
     void theStartAddressGivesTheNetworkWhateverTheEndAddressSays()
     {
         RecordedSearch search;
         QVERIFY(search.Run("192.168.1.1", "10.20.30.20"));
-        const QStringList resolved = ScriptedNeighbours::Calls(QStringLiteral("resolve"));
+        const QStringList resolved = ScriptedNeighbours::Calls("resolve");
         QCOMPARE(resolved.size(), 20);
-        QCOMPARE(resolved.first(), QStringLiteral("resolve 192.168.1.1"));
-        QCOMPARE(resolved.last(), QStringLiteral("resolve 192.168.1.20"));
+        QCOMPARE(resolved.first(), "resolve 192.168.1.1");
+        QCOMPARE(resolved.last(), "resolve 192.168.1.20");
     }
 
     void aStartAddressWithALeadingZeroFindsNothing_data()
@@ -252,8 +250,8 @@ private slots:
     {
         RecordedSearch search;
         QVERIFY(search.Run("10.0.0.008", "10.0.0.009"));
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("resolve")),
-            (QStringList{QStringLiteral("resolve 10.0.0.8"), QStringLiteral("resolve 10.0.0.9")}));
+        QCOMPARE(ScriptedNeighbours::Calls("resolve"),
+            (QStringList{"resolve 10.0.0.8", "resolve 10.0.0.9"}));
     }
 
     void everyHitIsEmittedInAscendingOrderBeforeAnyFiltering()
@@ -270,8 +268,7 @@ private slots:
             }
         });
         QVERIFY(search.Run("10.0.0.1", "10.0.0.100"));
-        QCOMPARE(search.found, (QStringList{QStringLiteral("10.0.0.3"), QStringLiteral("10.0.0.20"),
-                                   QStringLiteral("10.0.0.100")}));
+        QCOMPARE(search.found, (QStringList{"10.0.0.3", "10.0.0.20", "10.0.0.100"}));
     }
 
     void hostsOfEarlierTrafficAreFoundWhenTheyCannotBeDeleted()
@@ -280,7 +277,7 @@ private slots:
         ScriptedNeighbours::RefuseDeletesAfter(0);
         RecordedSearch search;
         QVERIFY(search.Run("10.0.0.1", "10.0.0.3"));
-        QCOMPARE(search.found, QStringList{QStringLiteral("10.0.0.2")});
+        QCOMPARE(search.found, QStringList{"10.0.0.2"});
     }
 
     void aRefusedThreadStartLosesOnlyItsResolution()
@@ -292,7 +289,7 @@ private slots:
         QVERIFY(search.Run("10.0.0.1", "10.0.0.3"));
         QCOMPARE(ScriptedThreads::Starts(), 3);
         QCOMPARE(ScriptedClock::Now(), 3U * 85U + 100U);
-        QCOMPARE(search.found, QStringList{QStringLiteral("10.0.0.2")});
+        QCOMPARE(search.found, QStringList{"10.0.0.2"});
     }
 
     void progressReachesItsMaximumExactlyAtTheLastAddressOfPassTwo()
@@ -303,21 +300,21 @@ private slots:
             [&](int value) {
                 if (value == search.dialog.maximum()) {
                     progressAtMaximum
-                        << QStringLiteral("%1 after %2 ms").arg(value).arg(ScriptedClock::Now());
+                        << QString("%1 after %2 ms").arg(value).arg(ScriptedClock::Now());
                 }
             });
         QVERIFY(search.Run("10.0.0.3", "10.0.0.12"));
         QCOMPARE(search.dialog.minimum(), 3);
         QCOMPARE(search.dialog.maximum(), 24);
-        QCOMPARE(progressAtMaximum, QStringList{QStringLiteral("24 after 950 ms")});
+        QCOMPARE(progressAtMaximum, QStringList{"24 after 950 ms"});
         QStringList expected;
         for (int value = 3; value <= 12; ++value) {
-            expected << QStringLiteral("progress %1").arg(value);
+            expected << QString("progress %1").arg(value);
         }
         for (int value = 15; value <= 24; ++value) {
-            expected << QStringLiteral("progress %1").arg(value);
+            expected << QString("progress %1").arg(value);
         }
-        QCOMPARE(search.steps.filter(QStringLiteral("progress")), expected);
+        QCOMPARE(search.steps.filter("progress"), expected);
     }
 
     void theDialogIsRepaintedAtEachStepOfPassOne()
@@ -336,8 +333,7 @@ private slots:
         });
         const int before = dialog.paints;
         CDeviceDetector detector;
-        QVERIFY(detector.SearchDevices(
-            QStringLiteral("10.0.0.1"), QStringLiteral("10.0.0.4"), &dialog));
+        QVERIFY(detector.SearchDevices("10.0.0.1", "10.0.0.4", &dialog));
         QCOMPARE(paintsAtWaits, (QVector<int>{before + 1, before + 2, before + 3, before + 4}));
         QCOMPARE(dialog.paints, before + 8);
     }
@@ -356,7 +352,7 @@ private slots:
         QVERIFY(!search.Run("10.0.0.1", "10.0.0.9"));
         QCOMPARE(ScriptedClock::Waits(), (QVector<unsigned>{5, 80, 5, 100}));
         QCOMPARE(ScriptedThreads::Starts(), 2);
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("read")).size(), 1); // for the clearing
+        QCOMPARE(ScriptedNeighbours::Calls("read").size(), 1); // for the clearing
         QCOMPARE(search.found, QStringList());
     }
 
@@ -385,13 +381,12 @@ private slots:
             }
         });
         connect(&search.detector, &CDeviceDetector::DeviceFound, this, [&](sDEVICE device) {
-            if (device.ipAddress == QLatin1String("10.0.0.2")) {
+            if (device.ipAddress == "10.0.0.2") {
                 search.dialog.close();
             }
         });
         QVERIFY(!search.Run("10.0.0.1", "10.0.0.9"));
-        QCOMPARE(
-            search.found, (QStringList{QStringLiteral("10.0.0.1"), QStringLiteral("10.0.0.2")}));
+        QCOMPARE(search.found, (QStringList{"10.0.0.1", "10.0.0.2"}));
     }
 
     void aSecondSearchRunsLikeTheFirst()
@@ -416,15 +411,14 @@ private slots:
     void aMacAddressIsResolvedInTheCallersThreadAndReadFromTheTable()
     {
         ScriptedNeighbours::SetOnCall([](const QString& call) {
-            if (call.startsWith(QLatin1String("resolve"))) {
+            if (call.startsWith("resolve")) {
                 ScriptedNeighbours::Add("10.0.0.2", "02:4C:7E:00:00:0F");
             }
         });
-        QString mac = QStringLiteral("of before");
-        QVERIFY(CDeviceDetector().ResolveMacAddress(QStringLiteral("10.0.0.2"), mac));
-        QCOMPARE(mac, QStringLiteral("02:4c:7e:00:00:0f"));
-        QCOMPARE(ScriptedNeighbours::Calls(), (QStringList{QStringLiteral("resolve 10.0.0.2"),
-                                                  QStringLiteral("size"), QStringLiteral("read")}));
+        QString mac = "of before";
+        QVERIFY(CDeviceDetector().ResolveMacAddress("10.0.0.2", mac));
+        QCOMPARE(mac, "02:4c:7e:00:00:0f");
+        QCOMPARE(ScriptedNeighbours::Calls(), (QStringList{"resolve 10.0.0.2", "size", "read"}));
         QCOMPARE(ScriptedThreads::Starts(), 0);
         const ScriptedNeighbours::Request request = ScriptedNeighbours::LatestResolution();
         QCOMPARE(request.source, 0U);
@@ -434,18 +428,17 @@ private slots:
 
     void aMacAddressThatIsNotFoundIsEmpty()
     {
-        QString mac = QStringLiteral("of before");
-        QVERIFY(!CDeviceDetector().ResolveMacAddress(QStringLiteral("10.0.0.2"), mac));
+        QString mac = "of before";
+        QVERIFY(!CDeviceDetector().ResolveMacAddress("10.0.0.2", mac));
         QVERIFY(mac.isEmpty());
     }
 
     void theMacAddressOfNoAddressIsEmpty()
     {
-        QString mac = QStringLiteral("of before");
+        QString mac = "of before";
         QVERIFY(!CDeviceDetector().ResolveMacAddress(QString(), mac));
         QVERIFY(mac.isEmpty());
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("resolve")),
-            QStringList{QStringLiteral("resolve 255.255.255.255")});
+        QCOMPARE(ScriptedNeighbours::Calls("resolve"), QStringList{"resolve 255.255.255.255"});
     }
 
     void theRecordIsAMetaTypeUnderItsName()

@@ -18,15 +18,14 @@ namespace {
 
 void SetRange(const QWidget& tab, const char* start, const char* end)
 {
-    tab.findChild<QLineEdit*>(QStringLiteral("txtStartIpAddress"))
-        ->setText(QString::fromLatin1(start));
-    tab.findChild<QLineEdit*>(QStringLiteral("txtEndIpAddress"))->setText(QString::fromLatin1(end));
+    tab.findChild<QLineEdit*>("txtStartIpAddress")->setText(QString::fromLatin1(start));
+    tab.findChild<QLineEdit*>("txtEndIpAddress")->setText(QString::fromLatin1(end));
 }
 
 QStringList Search(const QWidget& tab)
 {
-    tab.findChild<QPushButton*>(QStringLiteral("btnFindDevices"))->click();
-    const auto* table = tab.findChild<QTableWidget*>(QStringLiteral("tblDetectDevices"));
+    tab.findChild<QPushButton*>("btnFindDevices")->click();
+    const auto* table = tab.findChild<QTableWidget*>("tblDetectDevices");
     QStringList rows;
     for (int row = 0; row < table->rowCount(); ++row) {
         rows << table->item(row, 0)->text() + QLatin1Char(' ') + table->item(row, 1)->text();
@@ -78,8 +77,8 @@ private slots:
     {
         const CTabDetectZKDevices tab(nullptr);
         SetRange(tab, "192.168.77.1", "192.168.77.14");
-        QCOMPARE(Search(tab), (QStringList{QStringLiteral("192.168.77.6 02:4c:7e:00:00:06"),
-                                  QStringLiteral("192.168.77.12 02:4c:7e:00:00:12")}));
+        QCOMPARE(Search(tab),
+            (QStringList{"192.168.77.6 02:4c:7e:00:00:06", "192.168.77.12 02:4c:7e:00:00:12"}));
     }
 
     void theSameIsListedWithoutAnyPrivilege()
@@ -98,7 +97,7 @@ private slots:
         const CTabDetectZKDevices tab(nullptr);
         SetRange(tab, "192.168.77.200", "192.168.77.201");
         QCOMPARE(Search(tab), OwnNetwork::IsUnprivileged()
-                                  ? QStringList{QStringLiteral("192.168.77.200 02:4c:7e:00:02:00")}
+                                  ? QStringList{"192.168.77.200 02:4c:7e:00:02:00"}
                                   : QStringList());
     }
 
@@ -110,32 +109,31 @@ private slots:
             found << device.ipAddress + QLatin1Char(' ') + device.macAddress;
         });
         CCustomProgressDialog progress(QString(), 0, 0);
-        QVERIFY(detector.SearchDevices(
-            QStringLiteral("192.168.77.9"), QStringLiteral("192.168.77.10"), &progress));
-        QCOMPARE(found, (QStringList{QStringLiteral("192.168.77.9 aa:bb:cc:00:00:09"),
-                            QStringLiteral("192.168.77.10 00:00:00:00:00:00")}));
+        QVERIFY(detector.SearchDevices("192.168.77.9", "192.168.77.10", &progress));
+        QCOMPARE(found,
+            (QStringList{"192.168.77.9 aa:bb:cc:00:00:09", "192.168.77.10 00:00:00:00:00:00"}));
     }
 
     void theMacAddressOfOneHostIsResolved()
     {
         QString mac;
-        QVERIFY(CDeviceDetector().ResolveMacAddress(QStringLiteral("192.168.77.6"), mac));
-        QCOMPARE(mac, QStringLiteral("02:4c:7e:00:00:06"));
+        QVERIFY(CDeviceDetector().ResolveMacAddress("192.168.77.6", mac));
+        QCOMPARE(mac, "02:4c:7e:00:00:06");
     }
 
     void thereIsNoMacAddressBehindAGatewayOrOnThisMachine_data()
     {
         QTest::addColumn<QString>("ip");
-        QTest::addRow("another network") << QStringLiteral("10.1.2.3");
-        QTest::addRow("own address") << QStringLiteral("192.168.77.1");
-        QTest::addRow("loopback") << QStringLiteral("127.0.0.1");
+        QTest::addRow("another network") << "10.1.2.3";
+        QTest::addRow("own address") << "192.168.77.1";
+        QTest::addRow("loopback") << "127.0.0.1";
         QTest::addRow("no address") << QString();
     }
 
     void thereIsNoMacAddressBehindAGatewayOrOnThisMachine()
     {
         QFETCH(QString, ip);
-        QString mac = QStringLiteral("of before");
+        QString mac = "of before";
         QVERIFY(!CDeviceDetector().ResolveMacAddress(ip, mac));
         QVERIFY(mac.isEmpty());
     }
@@ -159,8 +157,7 @@ private slots:
         QCOMPARE(Search(tab), QStringList());
         QVERIFY(timer.elapsed() < 255 * 85 / 2);
         const CDeviceDatabase* model = TheDeviceDatabase();
-        QCOMPARE(model->data(model->index(0, 1)).toString(),
-            QStringLiteral("Detect Z&K Devices: Ready"));
+        QCOMPARE(model->data(model->index(0, 1)).toString(), "Detect Z&K Devices: Ready");
     }
 
     // The last one: the process ends right behind it, with threads that still wait.

@@ -123,8 +123,8 @@ private slots:
     void theFieldsTakeDottedAddresses_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::addRow("start") << QStringLiteral("txtStartIpAddress");
-        QTest::addRow("end") << QStringLiteral("txtEndIpAddress");
+        QTest::addRow("start") << "txtStartIpAddress";
+        QTest::addRow("end") << "txtEndIpAddress";
     }
 
     void theFieldsTakeDottedAddresses()
@@ -132,7 +132,7 @@ private slots:
         QFETCH(QString, name);
         const CTabDetectZKDevices tab(nullptr);
         const auto* field = tab.findChild<QLineEdit*>(name);
-        QCOMPARE(field->inputMask(), QStringLiteral("000.000.000.000"));
+        QCOMPARE(field->inputMask(), "000.000.000.000");
         QVERIFY(!field->isReadOnly());
         QVERIFY(!field->accessibleName().isEmpty());
     }
@@ -143,8 +143,8 @@ private slots:
         const QTableWidget* table = TableOf(tab);
         QCOMPARE(table->columnCount(), 2);
         QCOMPARE(table->rowCount(), 0);
-        QCOMPARE(table->horizontalHeaderItem(0)->text(), QStringLiteral("IP Address"));
-        QCOMPARE(table->horizontalHeaderItem(1)->text(), QStringLiteral("MAC Address"));
+        QCOMPARE(table->horizontalHeaderItem(0)->text(), "IP Address");
+        QCOMPARE(table->horizontalHeaderItem(1)->text(), "MAC Address");
         QCOMPARE(table->horizontalHeader()->sectionResizeMode(0), QHeaderView::Stretch);
         QCOMPARE(table->horizontalHeader()->sectionResizeMode(1), QHeaderView::Stretch);
         QVERIFY(!table->isSortingEnabled());
@@ -162,10 +162,8 @@ private slots:
             walked << tab.focusWidget()->objectName();
             QTest::keyClick(tab.focusWidget(), Qt::Key_Tab);
         }
-        QCOMPARE(
-            walked, (QStringList{QStringLiteral("txtStartIpAddress"),
-                        QStringLiteral("txtEndIpAddress"), QStringLiteral("btnFindDevices"),
-                        QStringLiteral("tblDetectDevices"), QStringLiteral("txtStartIpAddress")}));
+        QCOMPARE(walked, (QStringList{"txtStartIpAddress", "txtEndIpAddress", "btnFindDevices",
+                             "tblDetectDevices", "txtStartIpAddress"}));
         QVERIFY(!Find<QPushButton>(tab, "btnFindDevices")->autoDefault());
     }
 
@@ -194,16 +192,14 @@ private slots:
         QFETCH(QString, mac);
         QFETCH(bool, listed);
         CTabDetectZKDevices tab(nullptr);
-        tab.SetDeviceToTableWidget(sDEVICE{QStringLiteral("10.0.0.1"), mac});
-        QCOMPARE(
-            RowsOf(tab), listed ? QStringList{QStringLiteral("10.0.0.1 ") + mac} : QStringList());
+        tab.SetDeviceToTableWidget(sDEVICE{"10.0.0.1", mac});
+        QCOMPARE(RowsOf(tab), listed ? QStringList{QString("10.0.0.1 ") + mac} : QStringList());
     }
 
     void itemsCanBeSelectedButNotEdited()
     {
         CTabDetectZKDevices tab(nullptr);
-        tab.SetDeviceToTableWidget(
-            sDEVICE{QStringLiteral("10.0.0.1"), QStringLiteral("02:4c:7e:00:00:01")});
+        tab.SetDeviceToTableWidget(sDEVICE{"10.0.0.1", "02:4c:7e:00:00:01"});
         QCOMPARE(int(TableOf(tab)->item(0, 0)->flags()), 49);
         QCOMPARE(int(TableOf(tab)->item(0, 1)->flags()), 49);
     }
@@ -211,12 +207,10 @@ private slots:
     void rowsAreAddedBehindTheOthers()
     {
         CTabDetectZKDevices tab(nullptr);
-        tab.SetDeviceToTableWidget(
-            sDEVICE{QStringLiteral("10.0.0.9"), QStringLiteral("02:4c:7e:00:00:09")});
-        tab.SetDeviceToTableWidget(
-            sDEVICE{QStringLiteral("10.0.0.1"), QStringLiteral("02:4c:7e:00:00:01")});
-        QCOMPARE(RowsOf(tab), (QStringList{QStringLiteral("10.0.0.9 02:4c:7e:00:00:09"),
-                                  QStringLiteral("10.0.0.1 02:4c:7e:00:00:01")}));
+        tab.SetDeviceToTableWidget(sDEVICE{"10.0.0.9", "02:4c:7e:00:00:09"});
+        tab.SetDeviceToTableWidget(sDEVICE{"10.0.0.1", "02:4c:7e:00:00:01"});
+        QCOMPARE(
+            RowsOf(tab), (QStringList{"10.0.0.9 02:4c:7e:00:00:09", "10.0.0.1 02:4c:7e:00:00:01"}));
     }
 
     void aSearchListsTheUnitsInAscendingOrder()
@@ -225,9 +219,9 @@ private slots:
             {"192.168.1.30", "02:4c:7e:00:00:30"}, {"192.168.1.4", "02:4c:7e:00:00:04"}});
         const CTabDetectZKDevices tab(nullptr);
         PressFind(tab);
-        QCOMPARE(RowsOf(tab), (QStringList{QStringLiteral("192.168.1.4 02:4c:7e:00:00:04"),
-                                  QStringLiteral("192.168.1.30 02:4c:7e:00:00:30"),
-                                  QStringLiteral("192.168.1.200 02:4c:7e:00:02:00")}));
+        QCOMPARE(
+            RowsOf(tab), (QStringList{"192.168.1.4 02:4c:7e:00:00:04",
+                             "192.168.1.30 02:4c:7e:00:00:30", "192.168.1.200 02:4c:7e:00:02:00"}));
     }
 
     void theFieldsGiveTheRange()
@@ -235,26 +229,25 @@ private slots:
         const CTabDetectZKDevices tab(nullptr);
         SetRange(tab, "10.1.2.5", "99.99.99.6");
         PressFind(tab);
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("resolve")),
-            (QStringList{QStringLiteral("resolve 10.1.2.5"), QStringLiteral("resolve 10.1.2.6")}));
+        QCOMPARE(ScriptedNeighbours::Calls("resolve"),
+            (QStringList{"resolve 10.1.2.5", "resolve 10.1.2.6"}));
     }
 
     void theStatusIsEmptyFor200MillisecondsAndThenInProgressAndReady()
     {
         const CTabDetectZKDevices tab(nullptr);
         SetRange(tab, "10.0.0.1", "10.0.0.1");
-        TheDeviceDatabase()->SetApplicationStatus(QStringLiteral("of before"));
+        TheDeviceDatabase()->SetApplicationStatus("of before");
         QStringList statusInWaits;
         ScriptedClock::SetDuringWait([&](unsigned milliseconds) {
             ScriptedThreads::RunAll();
-            statusInWaits << QStringLiteral("%1 %2").arg(milliseconds).arg(Status());
+            statusInWaits << QString("%1 %2").arg(milliseconds).arg(Status());
         });
         PressFind(tab);
-        QCOMPARE(statusInWaits, (QStringList{QStringLiteral("200 "),
-                                    QStringLiteral("5 Detect Z&K Devices: in progress"),
-                                    QStringLiteral("80 Detect Z&K Devices: in progress"),
-                                    QStringLiteral("100 Detect Z&K Devices: in progress")}));
-        QCOMPARE(Status(), QStringLiteral("Detect Z&K Devices: Ready"));
+        QCOMPARE(statusInWaits,
+            (QStringList{"200 ", "5 Detect Z&K Devices: in progress",
+                "80 Detect Z&K Devices: in progress", "100 Detect Z&K Devices: in progress"}));
+        QCOMPARE(Status(), "Detect Z&K Devices: Ready");
     }
 
     void aRefusedRangeGoesStraightToReadyWithAnEmptyTable_data()
@@ -271,15 +264,14 @@ private slots:
         QFETCH(QByteArray, start);
         QFETCH(QByteArray, end);
         CTabDetectZKDevices tab(nullptr);
-        tab.SetDeviceToTableWidget(
-            sDEVICE{QStringLiteral("10.0.0.1"), QStringLiteral("02:4c:7e:00:00:01")});
+        tab.SetDeviceToTableWidget(sDEVICE{"10.0.0.1", "02:4c:7e:00:00:01"});
         SetRange(tab, start.constData(), end.constData());
         PressFind(tab);
         QCOMPARE(TableOf(tab)->rowCount(), 0);
         QCOMPARE(ScriptedThreads::Starts(), 0);
         QVERIFY(ScriptedNeighbours::Calls().isEmpty());
         QCOMPARE(ScriptedClock::Waits(), QVector<unsigned>{200});
-        QCOMPARE(Status(), QStringLiteral("Detect Z&K Devices: Ready"));
+        QCOMPARE(Status(), "Detect Z&K Devices: Ready");
     }
 
     void aNewSearchRemovesTheOldRowsBeforeAnythingElse()
@@ -287,10 +279,9 @@ private slots:
         CTabDetectZKDevices tab(nullptr);
         SetRange(tab, "10.0.0.1", "10.0.0.2");
         for (int row = 0; row < 3; ++row) {
-            tab.SetDeviceToTableWidget(
-                sDEVICE{QStringLiteral("10.0.0.1"), QStringLiteral("02:4c:7e:00:00:01")});
+            tab.SetDeviceToTableWidget(sDEVICE{"10.0.0.1", "02:4c:7e:00:00:01"});
         }
-        TheDeviceDatabase()->SetApplicationStatus(QStringLiteral("of before"));
+        TheDeviceDatabase()->SetApplicationStatus("of before");
         int rowsAtFirstStatus = -1;
         connect(TheDeviceDatabase(), &CDeviceDatabase::dataChanged, &tab, [&] {
             if (rowsAtFirstStatus == -1) {
@@ -315,7 +306,7 @@ private slots:
             modality = dialog->windowModality();
         });
         PressFind(tab);
-        QCOMPARE(label, QStringLiteral("Searching Z&K Devices in progress... "));
+        QCOMPARE(label, "Searching Z&K Devices in progress... ");
         QCOMPARE(modality, Qt::WindowModal);
         QVERIFY(tab.findChild<QProgressDialog*>() == nullptr);
     }
@@ -334,7 +325,7 @@ private slots:
         PressFind(tab);
         QCOMPARE(ScriptedClock::Waits(), (QVector<unsigned>{200, 5, 80, 5, 100}));
         QCOMPARE(TableOf(tab)->rowCount(), 0);
-        QCOMPARE(Status(), QStringLiteral("Detect Z&K Devices: Ready"));
+        QCOMPARE(Status(), "Detect Z&K Devices: Ready");
     }
 
     void escapeDoesNotEndASearch()
@@ -367,8 +358,7 @@ private slots:
     void theConnectionChangesNothing()
     {
         CTabDetectZKDevices tab(nullptr);
-        tab.SetDeviceToTableWidget(
-            sDEVICE{QStringLiteral("10.0.0.1"), QStringLiteral("02:4c:7e:00:00:01")});
+        tab.SetDeviceToTableWidget(sDEVICE{"10.0.0.1", "02:4c:7e:00:00:01"});
         tab.ConnectionStatusChanged();
         tab.UpdateControls();
         QCOMPARE(RowsOf(tab).size(), 1);
@@ -404,7 +394,7 @@ private slots:
         tab.show();
         QVERIFY(QTest::qWaitForWindowExposed(&tab));
         auto* field = tab.findChild<QLineEdit*>(name);
-        field->setText(QStringLiteral("1"));
+        field->setText("1");
         field->setCursorPosition(0);
         QTest::mouseClick(field, Qt::LeftButton, Qt::NoModifier, field->rect().center());
         QVERIFY(field->cursorPosition() != 0);
@@ -415,15 +405,14 @@ private slots:
         CTabDetectZKDevices tab(nullptr);
         tab.show();
         QVERIFY(QTest::qWaitForWindowExposed(&tab));
-        tab.SetDeviceToTableWidget(
-            sDEVICE{QStringLiteral("10.0.0.1"), QStringLiteral("02:4c:7e:00:00:01")});
+        tab.SetDeviceToTableWidget(sDEVICE{"10.0.0.1", "02:4c:7e:00:00:01"});
         QTableWidget* table = TableOf(tab);
         const QPoint place = table->visualItemRect(table->item(0, 0)).center();
         QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, place);
         QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, place);
         QVERIFY(!table->isPersistentEditorOpen(table->item(0, 0)));
         QVERIFY(table->findChild<QLineEdit*>() == nullptr);
-        QCOMPARE(RowsOf(tab), QStringList{QStringLiteral("10.0.0.1 02:4c:7e:00:00:01")});
+        QCOMPARE(RowsOf(tab), QStringList{"10.0.0.1 02:4c:7e:00:00:01"});
         QVERIFY(ScriptedNeighbours::Calls().isEmpty());
     }
 };

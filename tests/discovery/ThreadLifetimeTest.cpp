@@ -21,7 +21,7 @@ public:
     {
         ScriptedNeighbours::Reset();
         ScriptedNeighbours::SetOnCall([this](const QString& call) {
-            if (call.startsWith(QLatin1String("resolve"))) {
+            if (call.startsWith("resolve")) {
                 hanging.release();
                 letGo.acquire();
             }
@@ -102,13 +102,12 @@ private slots:
                 network.AwaitHanging(1);
             }
         });
-        QVERIFY(detector.SearchDevices(
-            QStringLiteral("10.0.0.1"), QStringLiteral("10.0.0.30"), &progress));
+        QVERIFY(detector.SearchDevices("10.0.0.1", "10.0.0.30", &progress));
         QStringList expected;
         for (int octet = 1; octet <= 30; ++octet) {
-            expected << QStringLiteral("resolve 10.0.0.%1").arg(octet);
+            expected << QString("resolve 10.0.0.%1").arg(octet);
         }
-        QCOMPARE(ScriptedNeighbours::Calls(QStringLiteral("resolve")), expected);
+        QCOMPARE(ScriptedNeighbours::Calls("resolve"), expected);
         network.LetGo(30);
     }
 

@@ -12,20 +12,20 @@ class Worker : public CThreadObject
 {
 public:
     explicit Worker(QStringList& log, int result = 1)
-        : CThreadObject(QStringLiteral("ARPThread"))
+        : CThreadObject("ARPThread")
         , log(log)
         , result(result)
     {
     }
     ~Worker() override { CloseToThreads(); }
 
-    void OnThreadStart() override { log << QStringLiteral("start"); }
+    void OnThreadStart() override { log << "start"; }
     int ThreadMain() override
     {
-        log << QStringLiteral("main");
+        log << "main";
         return result;
     }
-    void OnThreadEnd() override { log << QStringLiteral("end"); }
+    void OnThreadEnd() override { log << "end"; }
 
 private:
     QStringList& log;
@@ -44,17 +44,17 @@ public:
     }
     ~ShortLivedWorker() override { CloseToThreads(); }
 
-    void OnThreadStart() override { log << QStringLiteral("start"); }
+    void OnThreadStart() override { log << "start"; }
     int ThreadMain() override
     {
         QStringList& logOfTest = log;
         std::unique_ptr<ShortLivedWorker>& ownerOfThis = owner;
         LeaveObject();
         ownerOfThis.reset();
-        logOfTest << QStringLiteral("destroyed");
+        logOfTest << "destroyed";
         return 5;
     }
-    void OnThreadEnd() override { log << QStringLiteral("end"); }
+    void OnThreadEnd() override { log << "end"; }
 
 private:
     QStringList& log;
@@ -136,7 +136,7 @@ private slots:
         QCOMPARE(ScriptedThreads::Waiting(), 2);
         QCOMPARE(worker.GetThreadHandle(), platform::SystemHandle{20});
         ScriptedThreads::RunAll();
-        QCOMPARE(log.count(QStringLiteral("main")), 2);
+        QCOMPARE(log.count("main"), 2);
         QCOMPARE(worker.GetThreadHandle(), platform::SystemHandle{20});
     }
 
@@ -147,8 +147,7 @@ private slots:
         worker.StartThread();
         QVERIFY(log.isEmpty());
         ScriptedThreads::RunNext();
-        QCOMPARE(log,
-            (QStringList{QStringLiteral("start"), QStringLiteral("main"), QStringLiteral("end")}));
+        QCOMPARE(log, (QStringList{"start", "main", "end"}));
     }
 
     void theExitCodeIsTheLow16BitsWithTheirSign_data()
@@ -190,7 +189,7 @@ private slots:
         owner = std::make_unique<ShortLivedWorker>(log, owner);
         owner->StartThread();
         QCOMPARE(ScriptedThreads::RunNext(), 5);
-        QCOMPARE(log, (QStringList{QStringLiteral("start"), QStringLiteral("destroyed")}));
+        QCOMPARE(log, (QStringList{"start", "destroyed"}));
     }
 
     void theMutexIsClosedWithTheObject()

@@ -15,13 +15,12 @@
 namespace {
 
 // The sessions without a fault.
-const QStringList Sessions{QStringLiteral("address-change.pcap"),
-    QStringLiteral("firmware-update.pcap"), QStringLiteral("new-firmware.pcap"),
-    QStringLiteral("old-firmware.pcap")};
+const QStringList Sessions{
+    "address-change.pcap", "firmware-update.pcap", "new-firmware.pcap", "old-firmware.pcap"};
 
 QStringList Lines(const char* text)
 {
-    return QString::fromLatin1(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return QString::fromLatin1(text).split('\n', Qt::SkipEmptyParts);
 }
 
 QString Path(const QString& capture)
@@ -36,13 +35,12 @@ QStringList Findings(const sDISSECTION& seen)
     for (const sDISSECTED_PACKET& packet : seen.packets) {
         QString command;
         for (const sDISSECTED_FIELD& field : packet.fields) {
-            if (field.name == QLatin1String("vx440.command")) {
+            if (field.name == "vx440.command") {
                 command = field.value;
-            } else if (field.name == QLatin1String("vx440.unasked")) {
+            } else if (field.name == "vx440.unasked") {
                 command.clear();
-            } else if (field.name.startsWith(QLatin1String("vx440.expert."))) {
-                findings.append(
-                    command + QLatin1Char(' ') + field.name.section(QLatin1Char('.'), 2));
+            } else if (field.name.startsWith("vx440.expert.")) {
+                findings.append(command + QLatin1Char(' ') + field.name.section('.', 2));
             }
         }
     }
@@ -57,9 +55,9 @@ QStringList CommandsOf(const sDISSECTION& seen)
     QStringList commands;
     for (const sDISSECTED_PACKET& packet : seen.packets) {
         for (const sDISSECTED_FIELD& field : packet.fields) {
-            if (field.name == QLatin1String("vx440.command") && packet.Has("request")) {
+            if (field.name == "vx440.command" && packet.Has("request")) {
                 commands.append(field.value);
-            } else if (field.name == QLatin1String("vx440.form")) {
+            } else if (field.name == "vx440.form") {
                 commands.last() += QLatin1Char(' ') + field.value;
             }
         }
@@ -156,10 +154,9 @@ private:
 
 void DissectorCapturesTest::CheckThatEverythingIsShown(const CaptureFile& capture, Passes passes)
 {
-    const QString path = folder.filePath(QStringLiteral("capture.pcap"));
+    const QString path = folder.filePath("capture.pcap");
     QVERIFY(capture.Save(path));
-    QCOMPARE(CountPackets(
-                 path, QStringLiteral("vx440 && !_ws.lua.error && !_ws.malformed.expert"), passes),
+    QCOMPARE(CountPackets(path, "vx440 && !_ws.lua.error && !_ws.malformed.expert", passes),
         capture.PacketCount());
 }
 
@@ -168,7 +165,7 @@ void DissectorCapturesTest::initTestCase()
     if (!TsharkIsInstalled()) {
         QSKIP("tshark is not installed");
     }
-    everything = folder.filePath(QStringLiteral("everything.pcap"));
+    everything = folder.filePath("everything.pcap");
     QFile file(everything);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(AllCaptures());
@@ -181,7 +178,7 @@ void DissectorCapturesTest::initTestCase()
 QStringList DissectorCapturesTest::Faults()
 {
     QProcess simulator;
-    simulator.start(qEnvironmentVariable("VX440_SIMULATOR"), {QStringLiteral("--list-faults")});
+    simulator.start(qEnvironmentVariable("VX440_SIMULATOR"), {"--list-faults"});
     simulator.waitForFinished();
     return Lines(simulator.readAllStandardOutput().constData());
 }
@@ -191,8 +188,7 @@ QByteArray DissectorCapturesTest::AllCaptures()
 {
     constexpr int head = 24;
     QByteArray bytes;
-    QDirIterator captures(
-        Path(QString()), {QStringLiteral("*.pcap")}, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator captures(Path(QString()), {"*.pcap"}, QDir::Files, QDirIterator::Subdirectories);
     while (captures.hasNext()) {
         QFile capture(captures.next());
         capture.open(QIODevice::ReadOnly);
@@ -213,15 +209,14 @@ void DissectorCapturesTest::noSegmentIsLeftOut()
 {
     QFETCH(Passes, passes);
     // What is sent again is seen once.
-    const QString leftOut =
-        QStringLiteral("tcp.len > 0 && !vx440 && !tcp.analysis.keep_alive && "
-                       "!tcp.analysis.retransmission || _ws.lua.error || _ws.malformed.expert");
+    const QString leftOut = "tcp.len > 0 && !vx440 && !tcp.analysis.keep_alive && "
+                            "!tcp.analysis.retransmission || _ws.lua.error || _ws.malformed.expert";
     QCOMPARE(CountPackets(everything, leftOut, passes), 0);
 }
 
 void DissectorCapturesTest::inASessionWithoutFaultNothingIsFound()
 {
-    QCOMPARE(QDir(Path(QString())).entryList({QStringLiteral("*.pcap")}, QDir::Files), Sessions);
+    QCOMPARE(QDir(Path(QString())).entryList({"*.pcap"}, QDir::Files), Sessions);
     for (const QString& session : Sessions) {
         QCOMPARE(Findings(seenIn[session]), QStringList());
     }
@@ -229,21 +224,21 @@ void DissectorCapturesTest::inASessionWithoutFaultNothingIsFound()
 
 void DissectorCapturesTest::theSessionsHaveEveryCommandOfTheCatalogue()
 {
-    const ProtocolPage page(QStringLiteral(PROTOCOL_PAGE));
+    const ProtocolPage page(PROTOCOL_PAGE);
     QStringList seen;
     for (const QString& session : Sessions) {
         seen += CommandsOf(seenIn[session]);
     }
     seen.removeDuplicates();
     seen.sort();
-    QStringList catalogue = page.TablesOf(QStringLiteral("Catalogue")).value(0).Column(0);
+    QStringList catalogue = page.TablesOf("Catalogue").value(0).Column(0);
     catalogue.sort();
     QCOMPARE(seen, catalogue);
 }
 
 void DissectorCapturesTest::theFirmwareOfTheUpdateIsVerifiedToItsEnd()
 {
-    const sDISSECTION seen = seenIn[QStringLiteral("firmware-update.pcap")];
+    const sDISSECTION seen = seenIn["firmware-update.pcap"];
     QCOMPARE(CommandsOf(seen), Lines("*IDN?\nCF3\nCF3\nCF3\nCF4\nCF5\n*IDN?\nCF8"));
     QCOMPARE(ValuesOf(seen, "block.sum.status"), Lines("1\n1\n1"));
     QCOMPARE(ValuesOf(seen, "block.sequence"), Lines("0\n1\n2"));
@@ -255,7 +250,7 @@ void DissectorCapturesTest::theFirmwareOfTheUpdateIsVerifiedToItsEnd()
 
 void DissectorCapturesTest::theUnitIsFoundAtItsNewAddress()
 {
-    const sDISSECTION seen = seenIn[QStringLiteral("address-change.pcap")];
+    const sDISSECTION seen = seenIn["address-change.pcap"];
     QCOMPARE(CommandsOf(seen), Lines("*IDN?\nCF0\nCF0\nCF1\nCF0\nCF0"));
     QCOMPARE(ValuesOf(seen, "ip"),
         Lines("192.168.0.129\n192.168.0.129\n192.168.0.131\n192.168.0.131\n192.168.0.131"));
@@ -265,10 +260,10 @@ void DissectorCapturesTest::everyFaultOfTheSimulatorHasACapture()
 {
     QStringList captures;
     for (const QString& fault : Faults()) {
-        captures.append(fault + QStringLiteral(".pcap"));
+        captures.append(fault + ".pcap");
     }
     captures.sort();
-    QCOMPARE(QDir(Path(QStringLiteral("faults"))).entryList(QDir::Files), captures);
+    QCOMPARE(QDir(Path("faults")).entryList(QDir::Files), captures);
 }
 
 void DissectorCapturesTest::aFaultIsFoundByWhatItDoes_data()
@@ -299,39 +294,36 @@ void DissectorCapturesTest::aFaultIsFoundByWhatItDoes()
 {
     QFETCH(QString, findings);
     const QString capture =
-        QStringLiteral("faults/%1.pcap").arg(QString::fromLatin1(QTest::currentDataTag()));
-    QCOMPARE(Findings(Dissect(Path(capture))).join(QStringLiteral(", ")), findings);
+        QString("faults/%1.pcap").arg(QString::fromLatin1(QTest::currentDataTag()));
+    QCOMPARE(Findings(Dissect(Path(capture))).join(", "), findings);
 }
 
 void DissectorCapturesTest::theFiltersOfThePageFindSomethingInTheirCaptures()
 {
-    const QVector<sPAGE_TABLE> tables =
-        ProtocolPage(QStringLiteral(WIRESHARK_PAGE)).TablesOf(QStringLiteral("What to look for"));
+    const QVector<sPAGE_TABLE> tables = ProtocolPage(WIRESHARK_PAGE).TablesOf("What to look for");
     QVERIFY(tables.value(0).rows.size() >= 3);
     for (const QStringList& row : tables.value(0).rows) {
         QVERIFY2(CountPackets(Path(row.value(2)), row.value(0), Passes::Two) > 0,
             qPrintable(row.value(0)));
     }
     // The names are known: a filter with another one makes tshark fail.
-    const QString names = tables.value(1).Column(0).join(QStringLiteral(" || "));
+    const QString names = tables.value(1).Column(0).join(" || ");
     QVERIFY(CountPackets(everything, names, Passes::One) > 0);
 }
 
 void DissectorCapturesTest::thePageNamesEveryFinding()
 {
-    QFile dissector(QStringLiteral(DISSECTOR));
+    QFile dissector(DISSECTOR);
     QVERIFY(dissector.open(QIODevice::ReadOnly));
-    static const QRegularExpression Definition(QStringLiteral("define_expert\\(\"([a-z_]+)\""));
+    static const QRegularExpression Definition("define_expert\\(\"([a-z_]+)\"");
     QRegularExpressionMatchIterator found =
         Definition.globalMatch(QString::fromUtf8(dissector.readAll()));
     QStringList defined;
     while (found.hasNext()) {
-        defined.append(QStringLiteral("vx440.expert.") + found.next().captured(1));
+        defined.append(QString("vx440.expert.") + found.next().captured(1));
     }
-    QStringList named = ProtocolPage(QStringLiteral(WIRESHARK_PAGE))
-                            .TablesOf(QStringLiteral("What to look for"))
-                            .value(1)
-                            .Column(0);
+    QStringList named =
+        ProtocolPage(WIRESHARK_PAGE).TablesOf("What to look for").value(1).Column(0);
     defined.sort();
     named.sort();
     QCOMPARE(named, defined);
@@ -340,7 +332,7 @@ void DissectorCapturesTest::thePageNamesEveryFinding()
 void DissectorCapturesTest::damagedFramesGiveNoError()
 {
     QFETCH(Passes, passes);
-    const ProtocolPage page(QStringLiteral(PROTOCOL_PAGE));
+    const ProtocolPage page(PROTOCOL_PAGE);
     Chance chance;
     CaptureFile capture;
     for (int round = 0; round < 20; ++round) {
@@ -387,11 +379,9 @@ void DissectorCapturesTest::anAnswerInManySegmentsIsPutTogether()
     for (int i = 0; i < 5000; ++i) {
         capture.FromUnit("x");
     }
-    const QString path = folder.filePath(QStringLiteral("capture.pcap"));
+    const QString path = folder.filePath("capture.pcap");
     QVERIFY(capture.Save(path));
-    QCOMPARE(
-        CountPackets(path, QStringLiteral("vx440.answer && vx440.segments == 5000"), Passes::Two),
-        1);
+    QCOMPARE(CountPackets(path, "vx440.answer && vx440.segments == 5000", Passes::Two), 1);
 }
 
 QTEST_APPLESS_MAIN(DissectorCapturesTest)

@@ -28,7 +28,7 @@ struct sFRAMES
 
 QStringList Lines(const char* text)
 {
-    return QString::fromLatin1(text).split(QLatin1Char('\n'));
+    return QString::fromLatin1(text).split('\n');
 }
 
 const QStringList Places =
@@ -46,11 +46,10 @@ QStringList Motor(const char* motor, const char* words)
 {
     static const QStringList Names =
         Lines("smd\nmhd\nsd\nss\npd\nod\nors\nols\nmmhl\nmot\nsms\ntype");
-    const QStringList values = QString::fromLatin1(words).split(QLatin1Char(' '));
+    const QStringList values = QString::fromLatin1(words).split(' ');
     QStringList fields;
     for (int id = 0; id < values.size(); ++id) {
-        fields.append(QStringLiteral("motor.%1.%2=%3")
-                          .arg(QLatin1String(motor), Names.at(id), values.at(id)));
+        fields.append(QString("motor.%1.%2=%3").arg(motor, Names.at(id), values.at(id)));
     }
     return fields;
 }
@@ -58,10 +57,9 @@ QStringList Motor(const char* motor, const char* words)
 QStringList Fitted(const char* kind, const char* text, char separator)
 {
     const QStringList texts = QString::fromLatin1(text).split(QLatin1Char(separator));
-    QStringList fields{QStringLiteral("%1s=%2").arg(QLatin1String(kind), QLatin1String(text))};
+    QStringList fields{QString("%1s=%2").arg(kind, text)};
     for (int place = 0; place < Places.size(); ++place) {
-        fields.append(QStringLiteral("%1.%2=%3")
-                          .arg(QLatin1String(kind), Places.at(place), texts.value(place)));
+        fields.append(QString("%1.%2=%3").arg(kind, Places.at(place), texts.value(place)));
     }
     return fields;
 }
@@ -79,13 +77,12 @@ QStringList Descriptions()
 
 QString Zeros(int count, const char* name = "zero")
 {
-    return QStringLiteral("%1=%2").arg(
-        QLatin1String(name), QString::fromLatin1(QByteArray(count, '\0').toHex(':')));
+    return QString("%1=%2").arg(name, QString::fromLatin1(QByteArray(count, '\0').toHex(':')));
 }
 
 QString Bytes(const char* name, const QByteArray& bytes)
 {
-    return QStringLiteral("%1=%2").arg(QLatin1String(name), QString::fromLatin1(bytes.toHex(':')));
+    return QString("%1=%2").arg(name, QString::fromLatin1(bytes.toHex(':')));
 }
 
 const QStringList Addresses = Lines("mac=02:4c:7e:00:01:29\nip=192.168.0.129\nmask=255.255.255.0");
@@ -98,14 +95,12 @@ QStringList IdentityFields()
 
 QStringList EepromBlock()
 {
-    return QStringList{QStringLiteral("eeprom.block="), QStringLiteral("eeprom.block.type=2"),
-               Zeros(10, "eeprom.block.reserved")} +
+    return QStringList{"eeprom.block=", "eeprom.block.type=2", Zeros(10, "eeprom.block.reserved")} +
            Lines("eeprom.block.part_number=12345678\neeprom.block.variant=2\neeprom.block.code=7\n"
                  "eeprom.block.index=105\neeprom.block.serial_number=123456789\n"
                  "eeprom.block.date=2026-03-09") +
-           QStringList{Zeros(2, "eeprom.block.reserved"),
-               QStringLiteral("eeprom.block.test_index=100"),
-               QStringLiteral("eeprom.block.name=VX440")};
+           QStringList{Zeros(2, "eeprom.block.reserved"), "eeprom.block.test_index=100",
+               "eeprom.block.name=VX440"};
 }
 
 const QByteArray SmallFile("VX440 sample image\r\n");
@@ -113,13 +108,11 @@ const QByteArray SmallFile("VX440 sample image\r\n");
 QStringList FirmwareBlock(const char* lengthSumAndSequence, const char* calculated,
     const QByteArray& data, int fileLength = -1)
 {
-    QStringList fields =
-        Lines(lengthSumAndSequence) +
-        QStringList{Zeros(14),
-            QStringLiteral("block.sum.calculated=%1").arg(QLatin1String(calculated)),
-            QStringLiteral("block.sum.status=1"), Bytes("block.data", data)};
+    QStringList fields = Lines(lengthSumAndSequence) +
+                         QStringList{Zeros(14), QString("block.sum.calculated=%1").arg(calculated),
+                             "block.sum.status=1", Bytes("block.data", data)};
     if (fileLength >= 0) {
-        fields += {Zeros(3), QStringLiteral("image.length=%1").arg(fileLength), Zeros(57)};
+        fields += {Zeros(3), QString("image.length=%1").arg(fileLength), Zeros(57)};
     }
     if (data.size() < 1200) {
         fields.append(Zeros(1200 - data.size(), "block.padding"));
@@ -155,72 +148,71 @@ QVector<sEXPECTED> Reading()
 {
     const QStringList unused{Zeros(13, "uninterpreted")};
     return {
-        {QStringLiteral("*IDN?"), {},
+        {"*IDN?", {},
             Lines("identity=ZELMA&KOVINTH,VX440,1234.5678.02/123456,3.10") + IdentityFields() +
                 Lines("identity.firmware=3.10") + New()},
-        {QStringLiteral("CF0 old"), {},
+        {"CF0 old", {},
             Old() + Motor("azimuth", Azimuth) + Motor("polar", Polar) + Addresses + unused},
-        {QStringLiteral("CF0 new"), {},
+        {"CF0 new", {},
             New() + Motor("azimuth", NewAzimuth) + Motor("polar", NewPolar) + Addresses + unused},
-        {QStringLiteral("CF7"), Lines("eeprom.length=64\neeprom.offset=0"),
-            QStringList{QStringLiteral("eeprom.offset=0"),
+        {"CF7", Lines("eeprom.length=64\neeprom.offset=0"),
+            QStringList{"eeprom.offset=0",
                 Bytes("eeprom.data",
                     QByteArray::fromHex(
                         "0200000000000000000000004E61BC000207690015CD5B07695C00006400") +
                         QByteArray("VX440").leftJustified(14, '\0') + QByteArray(20, '\xFF')),
-                QStringLiteral("eeprom.region=device")} +
+                "eeprom.region=device"} +
                 EepromBlock()},
-        {QStringLiteral("CF7 short answer"), Lines("eeprom.length=4\neeprom.offset=2220"),
+        {"CF7 short answer", Lines("eeprom.length=4\neeprom.offset=2220"),
             Lines("eeprom.offset=2220\neeprom.data=12:34\neeprom.region=board\nexpert.length=")},
-        {QStringLiteral("GET:OPTION:INTERNAL?"), {}, Options()},
-        {QStringLiteral("GET:OPTION:DESC?"), {}, Descriptions()},
+        {"GET:OPTION:INTERNAL?", {}, Options()},
+        {"GET:OPTION:DESC?", {}, Descriptions()},
     };
 }
 
 QVector<sEXPECTED> Changing()
 {
     return {
-        {QStringLiteral("CF1"), Lines("ip=192.168.0.130\nmask=255.255.255.0"), {}},
-        {QStringLiteral("CF2 short"), Lines("form=short\nmac=02:4c:7e:00:01:2a"), {}},
-        {QStringLiteral("CF2 long"),
+        {"CF1", Lines("ip=192.168.0.130\nmask=255.255.255.0"), {}},
+        {"CF2 short", Lines("form=short\nmac=02:4c:7e:00:01:2a"), {}},
+        {"CF2 long",
             Lines("form=long") + Motor("azimuth", Azimuth) + Motor("polar", Polar) + Addresses +
                 QStringList{Zeros(13)} + Lines("identity=ZELMA&KOVINTH,VX440,1234.5678.02/123456") +
                 IdentityFields() + QStringList{Zeros(20)},
             {}},
-        {QStringLiteral("HCF old"), Motor("azimuth", Azimuth), {}},
-        {QStringLiteral("HCF new"), Motor("azimuth", NewAzimuth), {}},
-        {QStringLiteral("VCF old"), Motor("polar", Azimuth), {}},
-        {QStringLiteral("VCF new"), Motor("polar", NewAzimuth), {}},
-        {QStringLiteral("CF4"), Lines("end.sum=0x00000636\nend.length=84") + Unverified, {}},
-        {QStringLiteral("CF4 of two"), Lines("end.sum=0x0000dcff\nend.length=1201") + Unverified,
-            {}},
-        {QStringLiteral("CF5"), {Zeros(255, "filler")}, {}},
+        {"HCF old", Motor("azimuth", Azimuth), {}},
+        {"HCF new", Motor("azimuth", NewAzimuth), {}},
+        {"VCF old", Motor("polar", Azimuth), {}},
+        {"VCF new", Motor("polar", NewAzimuth), {}},
+        {"CF4", Lines("end.sum=0x00000636\nend.length=84") + Unverified, {}},
+        {"CF4 of two", Lines("end.sum=0x0000dcff\nend.length=1201") + Unverified, {}},
+        {"CF5", {Zeros(255, "filler")}, {}},
     };
 }
 
 QVector<sEXPECTED> Acknowledged()
 {
-    const QStringList write{QStringLiteral("eeprom.offset=1200"),
+    const QStringList write{"eeprom.offset=1200",
         Bytes("eeprom.data",
             QByteArray::fromHex("0200000000000000000000004E61BC000207690015CD5B07695C00006400") +
                 QByteArray("VX440").leftJustified(14, '\0')),
-        QStringLiteral("eeprom.region=board")};
+        "eeprom.region=board"};
     return {
-        {QStringLiteral("CF3"),
+        {"CF3",
             FirmwareBlock("block.length=84\nblock.sum=0x0636\nblock.sequence=0", "0x0636",
                 Head(0, 20) + SmallFile, 20),
             Done},
-        {QStringLiteral("CF3 first of two"), FirstOfTwo(), Done},
-        {QStringLiteral("CF3 last of two"),
+        {"CF3 first of two", FirstOfTwo(), Done},
+        {"CF3 last of two",
             FirmwareBlock("block.length=1\nblock.sum=0x005a\nblock.sequence=1", "0x005a", "\x5A"),
             Done},
-        {QStringLiteral("CF3 refused"), FirstOfTwo(), Refused},
-        {QStringLiteral("CF6"), write + EepromBlock(), Done},
-        {QStringLiteral("CF8"), {}, Done},
-        {QStringLiteral("CF8 refused"), {}, Refused},
-        {QStringLiteral("CF9"), Options(), Done},
-        {QStringLiteral("CF9 refused"), Options(), Refused},
-        {QStringLiteral("CF10"), Descriptions(), Done},
+        {"CF3 refused", FirstOfTwo(), Refused},
+        {"CF6", write + EepromBlock(), Done},
+        {"CF8", {}, Done},
+        {"CF8 refused", {}, Refused},
+        {"CF9", Options(), Done},
+        {"CF9 refused", Options(), Refused},
+        {"CF10", Descriptions(), Done},
     };
 }
 
@@ -241,7 +233,7 @@ QStringList Shown(const sDISSECTED_PACKET& packet)
 {
     QStringList shown;
     for (const sDISSECTED_FIELD& field : packet.fields) {
-        const QString name = field.name.section(QLatin1Char('.'), 1);
+        const QString name = field.name.section('.', 1);
         if (!IsFrameOrLink(name)) {
             shown.append(name + QLatin1Char('=') + field.value);
         }
@@ -252,7 +244,7 @@ QStringList Shown(const sDISSECTED_PACKET& packet)
 /// The command as the catalogue of the page names it.
 QString CommandOf(const sDISSECTED_PACKET& packet)
 {
-    return (packet.Values("command") + packet.Values("form")).join(QLatin1Char(' '));
+    return (packet.Values("command") + packet.Values("form")).join(' ');
 }
 
 /// Puts bytes into a capture, in as many segments as it likes.
@@ -280,9 +272,8 @@ bool BeginsAt(const sDISSECTED_PACKET& packet, int offset)
     const int begin = packet.fields.first().position;
     return std::any_of(
         packet.fields.cbegin(), packet.fields.cend(), [&](const sDISSECTED_FIELD& field) {
-            return field.name != QLatin1String("vx440.request") &&
-                   field.name != QLatin1String("vx440.answer") && field.size > 0 &&
-                   field.position - begin == offset;
+            return field.name != "vx440.request" && field.name != "vx440.answer" &&
+                   field.size > 0 && field.position - begin == offset;
         });
 }
 
@@ -338,7 +329,7 @@ private:
     void CompareWithWhole(const QVector<Writer>& ways);
     sDISSECTION Run(const CaptureFile& capture);
 
-    const ProtocolPage page{QStringLiteral(PROTOCOL_PAGE)};
+    const ProtocolPage page{PROTOCOL_PAGE};
     QTemporaryDir folder;
     QMap<QString, sFRAMES> frames;
     sDISSECTION dissection;
@@ -346,7 +337,7 @@ private:
 
 sDISSECTION DissectorExamplesTest::Run(const CaptureFile& capture)
 {
-    const QString path = folder.filePath(QStringLiteral("examples.pcap"));
+    const QString path = folder.filePath("examples.pcap");
     return capture.Save(path) ? Dissect(path) : sDISSECTION{path, {}};
 }
 
@@ -384,7 +375,7 @@ void DissectorExamplesTest::everyCommandOfTheCatalogueHasAnExampleThatIsSeenAsIt
     }
     seen.removeDuplicates();
     seen.sort();
-    QStringList commands = page.TablesOf(QStringLiteral("Catalogue")).value(0).Column(0);
+    QStringList commands = page.TablesOf("Catalogue").value(0).Column(0);
     commands.sort();
     QCOMPARE(seen, commands);
 }
@@ -428,8 +419,8 @@ void DissectorExamplesTest::aFieldBeginsWhereARowOfThePageBegins_data()
         for (const sPAGE_TABLE& table : tables) {
             const QString title = table.header.value(2);
             const bool ofTheAnswer =
-                title == QStringLiteral("Block of %1 bytes").arg(example.answer.size());
-            if (!title.startsWith(QLatin1String("Request")) && !ofTheAnswer) {
+                title == QString("Block of %1 bytes").arg(example.answer.size());
+            if (!title.startsWith("Request") && !ofTheAnswer) {
                 continue;
             }
             for (const QString& offset : table.Column(0)) {
@@ -457,11 +448,16 @@ void DissectorExamplesTest::theFieldsHaveTheValuesOfTheTablesOfBlocks_data()
 {
     QTest::addColumn<QString>("example");
     QTest::addColumn<QString>("title");
-    QTest::newRow("CF0 old") << QStringLiteral("CF0 old") << QStringLiteral("Block of 67 bytes");
-    QTest::newRow("CF0 new") << QStringLiteral("CF0 new") << QStringLiteral("Block of 75 bytes");
-    QTest::newRow("CF2 long") << QStringLiteral("CF2 long") << QStringLiteral("Block of 127 bytes");
-    QTest::newRow("CF6") << QStringLiteral("CF6") << QStringLiteral("Block of 44 bytes");
-    QTest::newRow("CF7") << QStringLiteral("CF7") << QStringLiteral("Block of 44 bytes");
+    QTest::newRow("CF0 old") << "CF0 old"
+                             << "Block of 67 bytes";
+    QTest::newRow("CF0 new") << "CF0 new"
+                             << "Block of 75 bytes";
+    QTest::newRow("CF2 long") << "CF2 long"
+                              << "Block of 127 bytes";
+    QTest::newRow("CF6") << "CF6"
+                         << "Block of 44 bytes";
+    QTest::newRow("CF7") << "CF7"
+                         << "Block of 44 bytes";
 }
 
 void DissectorExamplesTest::theFieldsHaveTheValuesOfTheTablesOfBlocks()
@@ -480,46 +476,44 @@ void DissectorExamplesTest::theFieldsHaveTheValuesOfTheTablesOfBlocks()
     QVERIFY(!told.isEmpty());
 
     const sFRAMES both = frames[example];
-    const bool isFrame = title.contains(QLatin1String("127")) || example == QLatin1String("CF6");
+    const bool isFrame = title.contains("127") || example == "CF6";
     const sDISSECTED_PACKET packet = Packet(isFrame ? both.request : both.answer);
     QMap<QString, QStringList> words;
     QStringList shown;
     const bool isEeprom = packet.Has("eeprom.block");
     for (const sDISSECTED_FIELD& field : packet.fields) {
-        const QString name = field.name.section(QLatin1Char('.'), 1);
-        if (name.startsWith(QLatin1String("motor.")) && name.count(QLatin1Char('.')) == 2) {
-            words[name.section(QLatin1Char('.'), 1, 1)].append(field.value);
-        } else if (name == QLatin1String("mac")) {
+        const QString name = field.name.section('.', 1);
+        if (name.startsWith("motor.") && name.count('.') == 2) {
+            words[name.section('.', 1, 1)].append(field.value);
+        } else if (name == "mac") {
             shown.append(field.value.toUpper());
-        } else if (name == QLatin1String("ip") || name == QLatin1String("mask") ||
-                   (isEeprom && name.startsWith(QLatin1String("eeprom.block.")) &&
-                       !name.endsWith(QLatin1String("reserved")))) {
+        } else if (name == "ip" || name == "mask" ||
+                   (isEeprom && name.startsWith("eeprom.block.") && !name.endsWith("reserved"))) {
             shown.append(field.value);
         }
     }
     QStringList motors;
     for (const QStringList& values : qAsConst(words)) {
-        motors.append(values.join(QLatin1Char(' ')));
+        motors.append(values.join(' '));
     }
     QCOMPARE(motors + shown, told);
 }
 
 void DissectorExamplesTest::theParametersHaveTheNamesOfTheirTable()
 {
-    const sPAGE_TABLE table = page.TablesOf(QStringLiteral("Rotator parameters")).value(0);
+    const sPAGE_TABLE table = page.TablesOf("Rotator parameters").value(0);
     QStringList told;
     for (const QStringList& row : table.rows) {
         const QString mnemonic = row.value(1);
-        told.append(
-            mnemonic.isEmpty()
-                ? QStringLiteral("type Rotor type")
-                : QStringLiteral("%1 %2 (%3)").arg(mnemonic.toLower(), row.value(2), mnemonic));
+        told.append(mnemonic.isEmpty()
+                        ? "type Rotor type"
+                        : QString("%1 %2 (%3)").arg(mnemonic.toLower(), row.value(2), mnemonic));
     }
     QStringList shown;
-    for (const sDISSECTED_FIELD& field : Packet(frames[QStringLiteral("HCF new")].request).fields) {
-        if (field.name.startsWith(QLatin1String("vx440.motor.azimuth."))) {
-            shown.append(field.name.section(QLatin1Char('.'), 3) + QLatin1Char(' ') +
-                         field.text.section(QLatin1Char(':'), 0, 0));
+    for (const sDISSECTED_FIELD& field : Packet(frames["HCF new"].request).fields) {
+        if (field.name.startsWith("vx440.motor.azimuth.")) {
+            shown.append(
+                field.name.section('.', 3) + QLatin1Char(' ') + field.text.section(':', 0, 0));
         }
     }
     QCOMPARE(shown, told);
@@ -528,8 +522,8 @@ void DissectorExamplesTest::theParametersHaveTheNamesOfTheirTable()
 void DissectorExamplesTest::onlyThePercentageHasAUnitAmongTheParameters()
 {
     QStringList percentages;
-    for (const sDISSECTED_FIELD& field : Packet(frames[QStringLiteral("CF0 new")].answer).fields) {
-        if (field.text.endsWith(QLatin1Char('%'))) {
+    for (const sDISSECTED_FIELD& field : Packet(frames["CF0 new"].answer).fields) {
+        if (field.text.endsWith('%')) {
             percentages.append(field.text);
         }
     }
@@ -538,11 +532,11 @@ void DissectorExamplesTest::onlyThePercentageHasAUnitAmongTheParameters()
 
 void DissectorExamplesTest::anAcknowledgementHasTheResultOfItsRow()
 {
-    const sPAGE_TABLE table = page.TablesOf(QStringLiteral("Frames")).value(1);
+    const sPAGE_TABLE table = page.TablesOf("Frames").value(1);
     CaptureFile capture;
     QStringList told;
     for (const QStringList& row : table.rows) {
-        const bool any = row.value(0) == QLatin1String("any other");
+        const bool any = row.value(0) == "any other";
         capture.NewUnit();
         capture.FromTool("CF8\r");
         capture.FromUnit(any ? QByteArray("OK") : QByteArray::fromHex(row.value(0).toLatin1()));
@@ -559,13 +553,12 @@ void DissectorExamplesTest::anAcknowledgementHasTheResultOfItsRow()
 
 void DissectorExamplesTest::theGenerationIsToldAsThePageTells()
 {
-    const sPAGE_TABLE table = page.TablesOf(QStringLiteral("Firmware generations")).value(0);
+    const sPAGE_TABLE table = page.TablesOf("Firmware generations").value(0);
     const QMap<QByteArray, int> columns{{"no number", 1}, {"2.99", 1}, {"3.0", 2}, {"3.01", 2}};
     CaptureFile capture;
     QStringList told;
     for (auto version = columns.cbegin(); version != columns.cend(); ++version) {
-        const int words =
-            table.Row(QStringLiteral("words for each rotator")).value(version.value()).toInt();
+        const int words = table.Row("words for each rotator").value(version.value()).toInt();
         capture.NewUnit();
         capture.FromTool("*IDN?\r");
         capture.FromUnit("a,b,c/d," + version.key() + '\r');
@@ -588,7 +581,7 @@ void DissectorExamplesTest::theGenerationIsToldAsThePageTells()
         }
         int words = 0;
         for (const sDISSECTED_FIELD& field : packet.fields) {
-            words += field.value == QLatin1String("257") ? 1 : 0;
+            words += field.value == "257" ? 1 : 0;
         }
         if (words > 0) {
             shown.last() += QLatin1Char(' ') + QString::number(words);
@@ -610,7 +603,7 @@ void DissectorExamplesTest::theAnswerAndItsRequestNameEachOther()
 
 void DissectorExamplesTest::theTimeBetweenThemIsShown()
 {
-    const sDISSECTED_PACKET answer = Packet(frames[QStringLiteral("CF0 new")].answer);
+    const sDISSECTED_PACKET answer = Packet(frames["CF0 new"].answer);
     QCOMPARE(answer.Values("time").size(), 1);
     QVERIFY(qAbs(answer.Values("time").at(0).toDouble() - 0.005) < 0.00001);
 }

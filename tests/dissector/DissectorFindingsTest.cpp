@@ -351,11 +351,11 @@ QString Findings(const sDISSECTION& seen, int begin, int end)
     QStringList findings;
     for (int frame = begin + 1; frame <= end; ++frame) {
         for (const QString& expert : seen.Packet(frame).Experts()) {
-            findings.append(QStringLiteral("%1 %2").arg(frame - begin).arg(expert));
+            findings.append(QString("%1 %2").arg(frame - begin).arg(expert));
         }
     }
     findings.sort();
-    return findings.join(QLatin1Char('|'));
+    return findings.join('|');
 }
 
 } // namespace
@@ -389,7 +389,7 @@ private:
 
 sDISSECTION DissectorFindingsTest::Run(const CaptureFile& capture, Passes passes)
 {
-    const QString path = folder.filePath(QStringLiteral("story.pcap"));
+    const QString path = folder.filePath("story.pcap");
     return capture.Save(path) ? Dissect(path, passes) : sDISSECTION{path, {}};
 }
 
@@ -438,10 +438,10 @@ void DissectorFindingsTest::theClosingFrameIsVerified_data()
 {
     QTest::addColumn<Story>("story");
     QTest::addColumn<QString>("status");
-    QTest::newRow("both right") << Transfer(1141, 1201) << QStringLiteral("1 1");
-    QTest::newRow("wrong sum") << Transfer(1140, 1201) << QStringLiteral("0 1");
-    QTest::newRow("wrong length") << Transfer(1141, 1200) << QStringLiteral("1 0");
-    QTest::newRow("nothing to compare with") << Sent(FirmwareEnd(1, 1)) << QStringLiteral("2 2");
+    QTest::newRow("both right") << Transfer(1141, 1201) << "1 1";
+    QTest::newRow("wrong sum") << Transfer(1140, 1201) << "0 1";
+    QTest::newRow("wrong length") << Transfer(1141, 1200) << "1 0";
+    QTest::newRow("nothing to compare with") << Sent(FirmwareEnd(1, 1)) << "2 2";
 }
 
 void DissectorFindingsTest::theClosingFrameIsVerified()
@@ -449,9 +449,7 @@ void DissectorFindingsTest::theClosingFrameIsVerified()
     QFETCH(Story, story);
     QFETCH(QString, status);
     const sDISSECTED_PACKET end = Run(story).packets.last();
-    QCOMPARE(
-        (end.Values("end.sum.status") + end.Values("end.length.status")).join(QLatin1Char(' ')),
-        status);
+    QCOMPARE((end.Values("end.sum.status") + end.Values("end.length.status")).join(' '), status);
 }
 
 void DissectorFindingsTest::anAnswerOfWhichNothingElseComesIsShownAsFarAsItGoes()
@@ -459,8 +457,8 @@ void DissectorFindingsTest::anAnswerOfWhichNothingElseComesIsShownAsFarAsItGoes(
     for (const Passes passes : {Passes::One, Passes::Two}) {
         const sDISSECTED_PACKET answer =
             Run(Exchanged("CF0\r", QByteArray::fromHex("01F4000300")), passes).Packet(2);
-        QCOMPARE(answer.Values("motor.azimuth.smd"), QStringList{QStringLiteral("500")});
-        QCOMPARE(answer.Values("motor.azimuth.mhd"), QStringList{QStringLiteral("3")});
+        QCOMPARE(answer.Values("motor.azimuth.smd"), QStringList{"500"});
+        QCOMPARE(answer.Values("motor.azimuth.mhd"), QStringList{"3"});
         QVERIFY(!answer.Has("motor.azimuth.sd"));
     }
 }
@@ -468,8 +466,8 @@ void DissectorFindingsTest::anAnswerOfWhichNothingElseComesIsShownAsFarAsItGoes(
 void DissectorFindingsTest::aTextWithoutEndSaysSo()
 {
     const sDISSECTED_PACKET answer = Run(Exchanged("*IDN?\r", "a,b,c/d,3.10")).Packet(2);
-    QCOMPARE(answer.fields.last().name, QStringLiteral("vx440.expert.length"));
-    QCOMPARE(answer.fields.last().text, QStringLiteral("12 bytes and no carriage return"));
+    QCOMPARE(answer.fields.last().name, "vx440.expert.length");
+    QCOMPARE(answer.fields.last().text, "12 bytes and no carriage return");
 }
 
 void DissectorFindingsTest::aFrameInPartsTellsWhereItIsShown()
@@ -479,20 +477,20 @@ void DissectorFindingsTest::aFrameInPartsTellsWhereItIsShown()
         capture.FromTool(QByteArray::fromHex("A80082FF"));
         capture.FromTool(QByteArray::fromHex("FFFF00"));
     });
-    QCOMPARE(seen.Packet(1).Values("shown_in"), QStringList{QStringLiteral("3")});
-    QCOMPARE(seen.Packet(2).Values("part.of"), QStringList{QStringLiteral("CF1")});
-    QCOMPARE(seen.Packet(3).Values("begins_in"), QStringList{QStringLiteral("1")});
-    QCOMPARE(seen.Packet(3).Values("segments"), QStringList{QStringLiteral("3")});
-    QCOMPARE(seen.Packet(3).Values("ip"), QStringList{QStringLiteral("192.168.0.130")});
+    QCOMPARE(seen.Packet(1).Values("shown_in"), QStringList{"3"});
+    QCOMPARE(seen.Packet(2).Values("part.of"), QStringList{"CF1"});
+    QCOMPARE(seen.Packet(3).Values("begins_in"), QStringList{"1"});
+    QCOMPARE(seen.Packet(3).Values("segments"), QStringList{"3"});
+    QCOMPARE(seen.Packet(3).Values("ip"), QStringList{"192.168.0.130"});
 }
 
 void DissectorFindingsTest::aTextIsShownBehindAZeroToo()
 {
     const sDISSECTED_PACKET answer =
         Run(Exchanged("*IDN?\r", QByteArray("a\0b,\xE4,c/d,3.10\r", 15))).Packet(2);
-    QCOMPARE(answer.Values("identity.maker"), QStringList{QStringLiteral("a\u2400b")});
-    QCOMPARE(answer.Values("identity.product"), QStringList{QStringLiteral("\u00E4")});
-    QCOMPARE(answer.Values("identity"), QStringList{QStringLiteral("a\u2400b,\u00E4,c/d,3.10")});
+    QCOMPARE(answer.Values("identity.maker"), QStringList{"a\u2400b"});
+    QCOMPARE(answer.Values("identity.product"), QStringList{"\u00E4"});
+    QCOMPARE(answer.Values("identity"), QStringList{"a\u2400b,\u00E4,c/d,3.10"});
 }
 
 void DissectorFindingsTest::theEndsOfTheRangesOfAnEepromBlockAreShown()
@@ -506,19 +504,17 @@ void DissectorFindingsTest::theEndsOfTheRangesOfAnEepromBlockAreShown()
                              "a" + QByteArray(1, '\0') + "b" + QByteArray(11, '\0');
     const sDISSECTED_PACKET write =
         Run(Sent(QByteArray::fromHex("4346360D0000") + block)).Packet(1);
-    QCOMPARE(write.Values("eeprom.region"), QStringList{QStringLiteral("device")});
-    QCOMPARE(write.Values("eeprom.block.part_number"), QStringList{QStringLiteral("1")});
-    QCOMPARE(write.Values("eeprom.block.variant"), QStringList{QStringLiteral("255")});
-    QCOMPARE(write.Values("eeprom.block.code"), QStringList{QStringLiteral("254")});
-    QCOMPARE(write.Values("eeprom.block.index"), QStringList{QStringLiteral("-1")});
-    QVERIFY(
-        std::any_of(write.fields.cbegin(), write.fields.cend(), [](const sDISSECTED_FIELD& field) {
-            return field.text.endsWith(QLatin1String("-1 (-0.01)"));
-        }));
-    QCOMPARE(write.Values("eeprom.block.serial_number"), QStringList{QStringLiteral("2147483648")});
-    QCOMPARE(write.Values("eeprom.block.date"), QStringList{QStringLiteral("2107-12-31")});
-    QCOMPARE(write.Values("eeprom.block.test_index"), QStringList{QStringLiteral("-32768")});
-    QCOMPARE(write.Values("eeprom.block.name"), QStringList{QStringLiteral("ab")});
+    QCOMPARE(write.Values("eeprom.region"), QStringList{"device"});
+    QCOMPARE(write.Values("eeprom.block.part_number"), QStringList{"1"});
+    QCOMPARE(write.Values("eeprom.block.variant"), QStringList{"255"});
+    QCOMPARE(write.Values("eeprom.block.code"), QStringList{"254"});
+    QCOMPARE(write.Values("eeprom.block.index"), QStringList{"-1"});
+    QVERIFY(std::any_of(write.fields.cbegin(), write.fields.cend(),
+        [](const sDISSECTED_FIELD& field) { return field.text.endsWith("-1 (-0.01)"); }));
+    QCOMPARE(write.Values("eeprom.block.serial_number"), QStringList{"2147483648"});
+    QCOMPARE(write.Values("eeprom.block.date"), QStringList{"2107-12-31"});
+    QCOMPARE(write.Values("eeprom.block.test_index"), QStringList{"-32768"});
+    QCOMPARE(write.Values("eeprom.block.name"), QStringList{"ab"});
 }
 
 void DissectorFindingsTest::oneSessionDoesNotTellAnotherUnitsGeneration()
@@ -541,7 +537,7 @@ void DissectorFindingsTest::aMovedUnitKeepsItsGeneration()
         capture.NewUnit();
         Exchange(capture, "HCF\r" + QByteArray(20, '\1'), {});
     });
-    QCOMPARE(seen.Experts(), QStringList{QStringLiteral("4 length")});
+    QCOMPARE(seen.Experts(), QStringList{"4 length"});
 }
 
 void DissectorFindingsTest::aUnitKeepsItsGenerationInTheNextConnection()
@@ -552,7 +548,7 @@ void DissectorFindingsTest::aUnitKeepsItsGenerationInTheNextConnection()
         capture.NewConnection();
         Exchange(capture, "HCF\r" + QByteArray(24, '\1'), {});
     });
-    QCOMPARE(seen.Experts(), QStringList{QStringLiteral("3 length")});
+    QCOMPARE(seen.Experts(), QStringList{"3 length"});
 }
 
 QTEST_APPLESS_MAIN(DissectorFindingsTest)

@@ -8,19 +8,19 @@
 namespace {
 
 constexpr int LongestRunMs = 60000;
-const QString Program = QStringLiteral("tshark");
-const QString FieldPrefix = QStringLiteral("vx440.");
-const QString ExpertPrefix = QStringLiteral("vx440.expert.");
+const QString Program = "tshark";
+const QString FieldPrefix = "vx440.";
+const QString ExpertPrefix = "vx440.expert.";
 
 QString Attribute(const QXmlStreamReader& xml, const char* name)
 {
-    return xml.attributes().value(QLatin1String(name)).toString();
+    return xml.attributes().value(name).toString();
 }
 
 void TakeField(const QXmlStreamReader& xml, sDISSECTION& dissection)
 {
     const QString name = Attribute(xml, "name");
-    if (Attribute(xml, "show").startsWith(QLatin1String("Lua Error"))) {
+    if (Attribute(xml, "show").startsWith("Lua Error")) {
         dissection.error += Attribute(xml, "show");
     } else if (name.startsWith(FieldPrefix)) {
         dissection.packets.last().fields.append(
@@ -36,14 +36,14 @@ void ReadPackets(QXmlStreamReader& xml, sDISSECTION& dissection)
             continue;
         }
         const QString name = Attribute(xml, "name");
-        if (name == QLatin1String("_ws.malformed.expert")) {
+        if (name == "_ws.malformed.expert") {
             // What Wireshark makes of a range beyond the bytes that there are.
             dissection.error += Attribute(xml, "showname");
-        } else if (xml.name() == QLatin1String("packet")) {
+        } else if (xml.name() == "packet") {
             dissection.packets.append(sDISSECTED_PACKET{0, {}});
-        } else if (name == QLatin1String("frame.number")) {
+        } else if (name == "frame.number") {
             dissection.packets.last().frame = Attribute(xml, "show").toInt();
-        } else if (xml.name() == QLatin1String("field")) {
+        } else if (xml.name() == "field") {
             TakeField(xml, dissection);
         }
     }
@@ -65,18 +65,14 @@ sRUN RunTshark(Passes passes, const QString& capture, const QStringList& argumen
     }
     QProcess tshark;
     tshark.setProcessEnvironment(environment);
-    const QStringList times =
-        passes == Passes::Two ? QStringList{QStringLiteral("-2")} : QStringList();
-    tshark.start(
-        Program, times +
-                     QStringList{QStringLiteral("-n"), QStringLiteral("-X"),
-                         QStringLiteral("lua_script:" DISSECTOR), QStringLiteral("-r"), capture} +
-                     arguments);
+    const QStringList times = passes == Passes::Two ? QStringList{"-2"} : QStringList();
+    tshark.start(Program,
+        times + QStringList{"-n", "-X", "lua_script:" DISSECTOR, "-r", capture} + arguments);
     const bool finished = tshark.waitForFinished(LongestRunMs) && tshark.exitCode() == 0;
-    sRUN run{finished ? QString() : QStringLiteral("tshark: ") + tshark.errorString(),
+    sRUN run{finished ? QString() : QString("tshark: ") + tshark.errorString(),
         tshark.readAllStandardOutput()};
     const QString complaints = QString::fromUtf8(tshark.readAllStandardError());
-    if (complaints.contains(QLatin1String("Lua"), Qt::CaseInsensitive)) {
+    if (complaints.contains("Lua", Qt::CaseInsensitive)) {
         run.error += complaints;
     }
     return run;
@@ -88,7 +84,7 @@ QStringList sDISSECTED_PACKET::Values(const char* name) const
 {
     QStringList values;
     for (const sDISSECTED_FIELD& field : fields) {
-        if (field.name == FieldPrefix + QLatin1String(name)) {
+        if (field.name == FieldPrefix + name) {
             values.append(field.value);
         }
     }
@@ -112,7 +108,7 @@ QStringList sDISSECTION::Experts() const
     for (const sDISSECTED_PACKET& packet : packets) {
         const QStringList names = packet.Experts();
         for (const QString& name : names) {
-            experts.append(QStringLiteral("%1 %2").arg(packet.frame).arg(name));
+            experts.append(QString("%1 %2").arg(packet.frame).arg(name));
         }
     }
     return experts;
@@ -135,16 +131,14 @@ bool TsharkIsInstalled()
 
 int CountPackets(const QString& capture, const QString& filter, Passes passes)
 {
-    const sRUN run = RunTshark(passes, capture, {QStringLiteral("-Y"), filter});
+    const sRUN run = RunTshark(passes, capture, {"-Y", filter});
     return run.error.isEmpty() ? run.output.count('\n') : -1;
 }
 
 sDISSECTION Dissect(const QString& capture, Passes passes)
 {
     const sRUN run = RunTshark(passes, capture,
-        {QStringLiteral("-T"), QStringLiteral("pdml"), QStringLiteral("-J"),
-            QStringLiteral("frame vx440 _ws.malformed"), QStringLiteral("-Y"),
-            QStringLiteral("vx440 || _ws.lua.error")});
+        {"-T", "pdml", "-J", "frame vx440 _ws.malformed", "-Y", "vx440 || _ws.lua.error"});
     sDISSECTION dissection{run.error, {}};
     QXmlStreamReader xml(run.output);
     ReadPackets(xml, dissection);

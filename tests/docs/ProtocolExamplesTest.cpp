@@ -33,16 +33,11 @@ const QVector<ushort> ProSisTel{500, 3, 150, 1, 2, 10, 0, 0, 2000, 20};
 const QVector<ushort> NewProSisTel{500, 3, 150, 1, 2, 10, 0, 0, 2000, 20, 50, 1};
 const QVector<ushort> Polar{99, 3, 60, 1, 2, 5, 7, 8, 500, 21};
 
-const QStringList Commands{QStringLiteral("*IDN?"), QStringLiteral("CF0"), QStringLiteral("CF1"),
-    QStringLiteral("CF2 short"), QStringLiteral("CF2 long"), QStringLiteral("CF3"),
-    QStringLiteral("CF4"), QStringLiteral("CF5"), QStringLiteral("CF6"), QStringLiteral("CF7"),
-    QStringLiteral("CF8"), QStringLiteral("CF9"), QStringLiteral("CF10"), QStringLiteral("HCF"),
-    QStringLiteral("VCF"), QStringLiteral("GET:OPTION:INTERNAL?"),
-    QStringLiteral("GET:OPTION:DESC?")};
+const QStringList Commands{"*IDN?", "CF0", "CF1", "CF2 short", "CF2 long", "CF3", "CF4", "CF5",
+    "CF6", "CF7", "CF8", "CF9", "CF10", "HCF", "VCF", "GET:OPTION:INTERNAL?", "GET:OPTION:DESC?"};
 
-const QString Options = QStringLiteral("VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0");
-const QString Descriptions =
-    QStringLiteral("Feed 13.8 V;0;0;0;0;Mast preamplifier;0;0;0;0;0;0;0;0;0;0;0;0;0");
+const QString Options = "VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0";
+const QString Descriptions = "Feed 13.8 V;0;0;0;0;Mast preamplifier;0;0;0;0;0;0;0;0;0;0;0;0;0";
 
 // The 44 bytes at the front of an EEPROM region.
 const QByteArray EepromBlock = QByteArray::fromHex("0200000000000000"
@@ -119,14 +114,12 @@ QMap<int, ushort> ById(const QVector<ushort>& values)
 
 QString Sent(bool sent)
 {
-    return sent ? QStringLiteral("sent") : QStringLiteral("not sent");
+    return sent ? "sent" : "not sent";
 }
 
 QString Acknowledged(bool returned, const CDeviceCommunication& device)
 {
-    return QStringLiteral("%1, result %2")
-        .arg(returned ? QStringLiteral("true") : QStringLiteral("false"))
-        .arg(device.GetLastResult());
+    return QString("%1, result %2").arg(returned ? "true" : "false").arg(device.GetLastResult());
 }
 
 QString WordsOf(CDeviceParameters& parameters, short motor)
@@ -143,7 +136,7 @@ QString WordsOf(CDeviceParameters& parameters, short motor)
     for (int id = 0; id < parameters.GetParameterCount(); ++id) {
         words.append(QString::number((parameters.*InOrder[id])(motor)));
     }
-    return words.join(QLatin1Char(' '));
+    return words.join(' ');
 }
 
 // The words of both motors and the mask, as the tool decodes them.
@@ -161,9 +154,9 @@ QString ReadConfiguration(CDeviceCommunication& device, float firmware)
     QByteArray block(CDeviceParameters(firmware).GetDeviceBlockSize(), '\0');
     if (!device.ReadConfiguration(
             reinterpret_cast<uchar*>(block.data()), static_cast<ushort>(block.size()))) {
-        return QStringLiteral("no configuration");
+        return "no configuration";
     }
-    return Decoded(firmware, block).join(QLatin1String(" | "));
+    return Decoded(firmware, block).join(" | ");
 }
 
 QString ReadEeprom(CDeviceCommunication& device, ushort length, ushort offset)
@@ -171,18 +164,16 @@ QString ReadEeprom(CDeviceCommunication& device, ushort length, ushort offset)
     QByteArray request = BigEndian(length, 2) + BigEndian(offset, 2);
     QVector<uchar> out;
     if (!device.ReadEeprom(reinterpret_cast<uchar*>(request.data()), out)) {
-        return QStringLiteral("not sent");
+        return "not sent";
     }
     return Hex(QByteArray(reinterpret_cast<const char*>(out.constData()), out.size()));
 }
 
 QString SendLongConfiguration(CDeviceCommunication& device)
 {
-    const QString identity =
-        BuildDeviceIdentity(QStringLiteral("1234.5678.02"), QStringLiteral("123456"));
-    return Sent(device.SendDeviceConfiguration(identity, QStringLiteral("02:4C:7E:00:01:29"),
-        QStringLiteral("192.168.0.129"), QStringLiteral("255.255.255.0"), ById(NewProSisTel),
-        ById(Polar)));
+    const QString identity = BuildDeviceIdentity("1234.5678.02", "123456");
+    return Sent(device.SendDeviceConfiguration(identity, "02:4C:7E:00:01:29", "192.168.0.129",
+        "255.255.255.0", ById(NewProSisTel), ById(Polar)));
 }
 
 Call FirmwareBlockCall(const QByteArray& file, int index)
@@ -225,70 +216,65 @@ QString Validate(CDeviceCommunication& device)
 QVector<sCALL> CallsThatRead()
 {
     return {
-        {QStringLiteral("*IDN?"), [](auto& d) { return d.ReadIdentity(); },
-            QStringLiteral("ZELMA&KOVINTH,VX440,1234.5678.02/123456,3.10\r")},
-        {QStringLiteral("CF0 old"), ConfigurationCall(2.99F),
-            QStringLiteral(
-                "500 3 150 1 2 10 0 0 2000 20 | 99 3 60 1 2 5 7 8 500 21 | 255.255.255.0")},
-        {QStringLiteral("CF0 new"), ConfigurationCall(3.0F),
-            QStringLiteral("500 3 150 1 2 10 0 0 2000 20 50 1 | 99 3 60 1 2 5 7 8 500 21 45 0 | "
-                           "255.255.255.0")},
-        {QStringLiteral("CF7"), [](auto& d) { return ReadEeprom(d, 64, 0); },
+        {"*IDN?", [](auto& d) { return d.ReadIdentity(); },
+            "ZELMA&KOVINTH,VX440,1234.5678.02/123456,3.10\r"},
+        {"CF0 old", ConfigurationCall(2.99F),
+            "500 3 150 1 2 10 0 0 2000 20 | 99 3 60 1 2 5 7 8 500 21 | 255.255.255.0"},
+        {"CF0 new", ConfigurationCall(3.0F),
+            "500 3 150 1 2 10 0 0 2000 20 50 1 | 99 3 60 1 2 5 7 8 500 21 45 0 | "
+            "255.255.255.0"},
+        {"CF7", [](auto& d) { return ReadEeprom(d, 64, 0); },
             Hex(EepromBlock + QByteArray(20, '\xFF'))},
-        {QStringLiteral("CF7 short answer"), [](auto& d) { return ReadEeprom(d, 4, 2220); },
-            QStringLiteral("12 34 FF FF")},
-        {QStringLiteral("GET:OPTION:INTERNAL?"), [](auto& d) { return d.ReadOptions(); },
-            Options + QLatin1Char('\r')},
-        {QStringLiteral("GET:OPTION:DESC?"), [](auto& d) { return d.ReadOptionDescriptions(); },
-            Descriptions + QLatin1Char('\r')},
+        {"CF7 short answer", [](auto& d) { return ReadEeprom(d, 4, 2220); }, "12 34 FF FF"},
+        {"GET:OPTION:INTERNAL?", [](auto& d) { return d.ReadOptions(); }, Options + '\r'},
+        {"GET:OPTION:DESC?", [](auto& d) { return d.ReadOptionDescriptions(); },
+            Descriptions + '\r'},
     };
 }
 
 QVector<sCALL> CallsThatChange()
 {
-    const QString sent = QStringLiteral("sent");
+    const QString sent = "sent";
     return {
-        {QStringLiteral("CF1"),
+        {"CF1",
             [](auto& d) {
                 return Sent(
                     d.SendIpConfiguration(Unsigned(QByteArray("\xC0\xA8\0\x82\xFF\xFF\xFF\0", 8))));
             },
             sent},
-        {QStringLiteral("CF2 short"),
-            [](auto& d) { return Sent(d.SendMacAddress(QStringLiteral("02:4C:7E:00:01:2A"))); },
-            sent},
-        {QStringLiteral("CF2 long"), SendLongConfiguration, sent},
-        {QStringLiteral("HCF old"), MotorCall(0, ProSisTel), sent},
-        {QStringLiteral("HCF new"), MotorCall(0, NewProSisTel), sent},
-        {QStringLiteral("VCF old"), MotorCall(1, ProSisTel), sent},
-        {QStringLiteral("VCF new"), MotorCall(1, NewProSisTel), sent},
-        {QStringLiteral("CF4"), FirmwareEndCall(SmallFile), sent},
-        {QStringLiteral("CF4 of two"), FirmwareEndCall(TwoBlockFile), sent},
-        {QStringLiteral("CF5"), [](auto& d) { return Sent(d.StartFirmwareUpdate()); }, sent},
+        {"CF2 short", [](auto& d) { return Sent(d.SendMacAddress("02:4C:7E:00:01:2A")); }, sent},
+        {"CF2 long", SendLongConfiguration, sent},
+        {"HCF old", MotorCall(0, ProSisTel), sent},
+        {"HCF new", MotorCall(0, NewProSisTel), sent},
+        {"VCF old", MotorCall(1, ProSisTel), sent},
+        {"VCF new", MotorCall(1, NewProSisTel), sent},
+        {"CF4", FirmwareEndCall(SmallFile), sent},
+        {"CF4 of two", FirmwareEndCall(TwoBlockFile), sent},
+        {"CF5", [](auto& d) { return Sent(d.StartFirmwareUpdate()); }, sent},
     };
 }
 
 QVector<sCALL> CallsThatAreAcknowledged()
 {
-    const QString done = QStringLiteral("true, result 1");
-    const QString refused = QStringLiteral("false, result 0");
+    const QString done = "true, result 1";
+    const QString refused = "false, result 0";
     return {
-        {QStringLiteral("CF3"), FirmwareBlockCall(SmallFile, 0), done},
-        {QStringLiteral("CF3 first of two"), FirmwareBlockCall(TwoBlockFile, 0), done},
-        {QStringLiteral("CF3 last of two"), FirmwareBlockCall(TwoBlockFile, 1), done},
-        {QStringLiteral("CF3 refused"), FirmwareBlockCall(TwoBlockFile, 0), refused},
-        {QStringLiteral("CF6"),
+        {"CF3", FirmwareBlockCall(SmallFile, 0), done},
+        {"CF3 first of two", FirmwareBlockCall(TwoBlockFile, 0), done},
+        {"CF3 last of two", FirmwareBlockCall(TwoBlockFile, 1), done},
+        {"CF3 refused", FirmwareBlockCall(TwoBlockFile, 0), refused},
+        {"CF6",
             [](auto& d) {
                 const QByteArray block = QByteArray::fromHex("04B0") + EepromBlock;
                 return Acknowledged(d.WriteEeprom(Unsigned(block), 44), d);
             },
             done},
-        {QStringLiteral("CF8"), Validate, done},
-        {QStringLiteral("CF8 refused"), Validate, QStringLiteral("true, result 0")},
-        {QStringLiteral("CF9"), SendOptions, done},
-        {QStringLiteral("CF9 refused"), SendOptions, refused},
-        {QStringLiteral("CF10"),
-            [](auto& d) { return Acknowledged(d.SendOptionDescriptions(Descriptions), d); }, done},
+        {"CF8", Validate, done},
+        {"CF8 refused", Validate, "true, result 0"},
+        {"CF9", SendOptions, done},
+        {"CF9 refused", SendOptions, refused},
+        {"CF10", [](auto& d) { return Acknowledged(d.SendOptionDescriptions(Descriptions), d); },
+            done},
     };
 }
 
@@ -301,11 +287,11 @@ QVector<sCALL> Calls()
 QList<int> WaitsFor(const QString& kind, int answerLength)
 {
     QList<int> waits{10};
-    if (kind == QLatin1String("block")) {
+    if (kind == "block") {
         waits.append(1000);
-    } else if (kind == QLatin1String("acknowledgement")) {
+    } else if (kind == "acknowledgement") {
         waits.append(1);
-    } else if (kind == QLatin1String("text")) {
+    } else if (kind == "text") {
         waits.append(QVector<int>(answerLength, 1).toList());
     }
     return waits;
@@ -318,7 +304,7 @@ QString NumbersOf(const QByteArray& words)
         numbers.append(QString::number(
             static_cast<uchar>(words.at(i)) << 8 | static_cast<uchar>(words.at(i + 1))));
     }
-    return numbers.join(QLatin1Char(' '));
+    return numbers.join(' ');
 }
 
 QString DottedOctets(const QByteArray& octets)
@@ -327,26 +313,25 @@ QString DottedOctets(const QByteArray& octets)
     for (const char octet : octets) {
         numbers.append(QString::number(static_cast<uchar>(octet)));
     }
-    return numbers.join(QLatin1Char('.'));
+    return numbers.join('.');
 }
 
 // The bytes of a block's field, written as the field's kind is.
 QString FieldText(const QString& content, const QByteArray& bytes)
 {
-    if (content.contains(QLatin1String("parameters"))) {
+    if (content.contains("parameters")) {
         return NumbersOf(bytes);
     }
-    if (content == QLatin1String("MAC address")) {
+    if (content == "MAC address") {
         return QString::fromLatin1(bytes.toHex(':').toUpper());
     }
-    const bool isAddress =
-        content == QLatin1String("IP address") || content == QLatin1String("subnet mask");
+    const bool isAddress = content == "IP address" || content == "subnet mask";
     return isAddress ? DottedOctets(bytes) : QString();
 }
 
 bool IsRequestTable(const sPAGE_TABLE& table)
 {
-    return table.header.value(2).startsWith(QLatin1String("Request"));
+    return table.header.value(2).startsWith("Request");
 }
 
 std::unique_ptr<CDeviceCommunication> Connected()
@@ -364,7 +349,7 @@ bool Covers(const sPAGE_TABLE& table, int length)
 {
     int end = 0;
     for (const QStringList& field : table.rows) {
-        const bool open = field.at(1) == QLatin1String("n");
+        const bool open = field.at(1) == "n";
         const int size = open ? length - end : field.at(1).toInt();
         if (field.at(0) != QString::number(end) || size < 1) {
             return false;
@@ -381,15 +366,15 @@ class ProtocolExamplesTest : public WarningsFail
     Q_OBJECT
 
 private:
-    const ProtocolPage page{QStringLiteral(PROTOCOL_PAGE)};
+    const ProtocolPage page{PROTOCOL_PAGE};
 
     sPAGE_TABLE TableOf(const QString& section) const { return page.TablesOf(section).value(0); }
 
     // Milliseconds and times of a row of the table of waits.
     QList<int> Wait(const QString& name) const
     {
-        const QStringList row = TableOf(QStringLiteral("Waits")).Row(name);
-        return {row.value(1).toInt(), row.value(2).section(QLatin1Char(' '), 0, 0).toInt()};
+        const QStringList row = TableOf("Waits").Row(name);
+        return {row.value(1).toInt(), row.value(2).section(' ', 0, 0).toInt()};
     }
 
     // The length and the number of sleeps that are all alike, as Wait() gives them.
@@ -404,10 +389,7 @@ private slots:
 
     void theSectionsAreTheCommands() { QCOMPARE(page.Commands(), Commands); }
 
-    void theCatalogueHasTheCommandsInOrder()
-    {
-        QCOMPARE(TableOf(QStringLiteral("Catalogue")).Column(0), Commands);
-    }
+    void theCatalogueHasTheCommandsInOrder() { QCOMPARE(TableOf("Catalogue").Column(0), Commands); }
 
     void everyCommandHasATableAndAnExampleInItsSection_data() { AddCommands(); }
     void everyCommandHasATableAndAnExampleInItsSection()
@@ -418,7 +400,7 @@ private slots:
         const QVector<sWIRE_EXAMPLE> examples = page.ExamplesOf(command);
         QVERIFY(!examples.isEmpty());
         for (const sWIRE_EXAMPLE& example : examples) {
-            QVERIFY2(example.name == command || example.name.startsWith(command + QLatin1Char(' ')),
+            QVERIFY2(example.name == command || example.name.startsWith(command + ' '),
                 qPrintable(example.name));
         }
     }
@@ -461,8 +443,8 @@ private slots:
         QCOMPARE(Hex(sent), Hex(example.request));
         QCOMPARE(scripted::Actions().size(), 1);
 
-        const QString kind = TableOf(QStringLiteral("Catalogue")).Row(example.section).value(2);
-        QCOMPARE(example.answer.isEmpty(), kind == QLatin1String("none"));
+        const QString kind = TableOf("Catalogue").Row(example.section).value(2);
+        QCOMPARE(example.answer.isEmpty(), kind == "none");
         QCOMPARE(scripted::Sleeps(), WaitsFor(kind, example.answer.size()));
     }
 
@@ -471,11 +453,8 @@ private slots:
     {
         QFETCH(QString, name);
         const sWIRE_EXAMPLE example = page.Example(name);
-        const QStringList length = TableOf(QStringLiteral("Catalogue"))
-                                       .Row(example.section)
-                                       .value(1)
-                                       .split(QLatin1String(" + "));
-        if (length.value(1) == QLatin1String("n")) {
+        const QStringList length = TableOf("Catalogue").Row(example.section).value(1).split(" + ");
+        if (length.value(1) == "n") {
             QVERIFY(example.request.size() > length.at(0).toInt());
         } else {
             QCOMPARE(length, QStringList{QString::number(example.request.size())});
@@ -513,14 +492,12 @@ private slots:
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("section");
         QTest::addColumn<QByteArray>("block");
-        QTest::newRow("below 3.0") << QStringLiteral("Block of 67 bytes") << QStringLiteral("CF0")
-                                   << page.Example(QStringLiteral("CF0 old")).answer;
-        QTest::newRow("3.0 and later")
-            << QStringLiteral("Block of 75 bytes") << QStringLiteral("CF0")
-            << page.Example(QStringLiteral("CF0 new")).answer;
-        QTest::newRow("long CF2") << QStringLiteral("Block of 127 bytes")
-                                  << QStringLiteral("CF2 long")
-                                  << page.Example(QStringLiteral("CF2 long")).request.mid(4);
+        QTest::newRow("below 3.0") << "Block of 67 bytes"
+                                   << "CF0" << page.Example("CF0 old").answer;
+        QTest::newRow("3.0 and later") << "Block of 75 bytes"
+                                       << "CF0" << page.Example("CF0 new").answer;
+        QTest::newRow("long CF2") << "Block of 127 bytes"
+                                  << "CF2 long" << page.Example("CF2 long").request.mid(4);
     }
     void theBlocksOfConfigurationHoldWhatTheirTablesTell()
     {
@@ -528,7 +505,7 @@ private slots:
         QFETCH(QString, section);
         QFETCH(QByteArray, block);
         const sPAGE_TABLE table = BlockTable(section, title);
-        QCOMPARE(title, QStringLiteral("Block of %1 bytes").arg(block.size()));
+        QCOMPARE(title, QString("Block of %1 bytes").arg(block.size()));
         QVERIFY(Covers(table, block.size()));
         for (const QStringList& field : table.rows) {
             const QByteArray bytes = block.mid(field.at(0).toInt(), field.at(1).toInt());
@@ -541,17 +518,17 @@ private slots:
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("example");
         QTest::addColumn<float>("firmware");
-        QTest::newRow("below 3.0")
-            << QStringLiteral("Block of 67 bytes") << QStringLiteral("CF0 old") << 2.99F;
-        QTest::newRow("3.0 and later")
-            << QStringLiteral("Block of 75 bytes") << QStringLiteral("CF0 new") << 3.0F;
+        QTest::newRow("below 3.0") << "Block of 67 bytes"
+                                   << "CF0 old" << 2.99F;
+        QTest::newRow("3.0 and later") << "Block of 75 bytes"
+                                       << "CF0 new" << 3.0F;
     }
     void theToolDecodesFromTheBlocksWhatTheirTablesTell()
     {
         QFETCH(QString, title);
         QFETCH(QString, example);
         QFETCH(float, firmware);
-        const QStringList told = BlockTable(QStringLiteral("CF0"), title).Column(3);
+        const QStringList told = BlockTable("CF0", title).Column(3);
         QCOMPARE(Decoded(firmware, page.Example(example).answer),
             (QStringList{told.value(0), told.value(1), told.value(4)}));
     }
@@ -560,44 +537,42 @@ private slots:
     {
         QTest::addColumn<QString>("version");
         QTest::addColumn<int>("column");
-        QTest::newRow("no number") << QStringLiteral("x") << 1;
-        QTest::newRow("2.99") << QStringLiteral("2.99") << 1;
-        QTest::newRow("3.0") << QStringLiteral("3.0") << 2;
-        QTest::newRow("3.01") << QStringLiteral("3.01") << 2;
+        QTest::newRow("no number") << "x" << 1;
+        QTest::newRow("2.99") << "2.99" << 1;
+        QTest::newRow("3.0") << "3.0" << 2;
+        QTest::newRow("3.01") << "3.01" << 2;
     }
     void theGenerationsAreWhatTheyAreToTheTool()
     {
         QFETCH(QString, version);
         QFETCH(int, column);
-        const sPAGE_TABLE table = TableOf(QStringLiteral("Firmware generations"));
-        const auto told = [&table, column](const char* row) {
-            return table.Row(QLatin1String(row)).value(column).toInt();
-        };
-        TheDeviceDatabase()->SetFirmwareVersion(version + QLatin1Char('\r'));
+        const sPAGE_TABLE table = TableOf("Firmware generations");
+        const auto told = [&table, column](
+                              const char* row) { return table.Row(row).value(column).toInt(); };
+        TheDeviceDatabase()->SetFirmwareVersion(version + '\r');
         QCOMPARE(TheDeviceDatabase()->IsFirmwareBelowVersion3(), column == 1);
         const CDeviceParameters parameters(version.toFloat());
         QCOMPARE(int(parameters.GetParameterCount()), told("words for each rotator"));
         QCOMPARE(int(parameters.GetDeviceBlockSize()), told("bytes of the CF0 answer"));
         QCOMPARE(
             4 + 2 * int(parameters.GetParameterCount()), told("bytes of the HCF and VCF frames"));
-        const QString form = column == 1 ? QStringLiteral("CF2 long") : QStringLiteral("CF2 short");
+        const QString form = column == 1 ? "CF2 long" : "CF2 short";
         QCOMPARE(page.Example(form).request.size(),
             told("bytes of the CF2 frame that changes the MAC address"));
     }
 
     void theParametersHaveTheNamesThatTheToolShows()
     {
-        const sPAGE_TABLE table = TableOf(QStringLiteral("Rotator parameters"));
+        const sPAGE_TABLE table = TableOf("Rotator parameters");
         QCOMPARE(table.rows.size(), 12);
         for (int id = 0; id < 11; ++id) {
             const QString label = MotorParameterNames.value(id);
             const QStringList row = table.Row(QString::number(id));
             QCOMPARE(row.value(1), ParameterMnemonic(label));
-            QCOMPARE(QStringLiteral("%1 (%2)").arg(row.value(2), row.value(1)), label);
-            QCOMPARE(
-                row.value(3), id < 10 ? QStringLiteral("all") : QStringLiteral("3.0 and later"));
+            QCOMPARE(QString("%1 (%2)").arg(row.value(2), row.value(1)), label);
+            QCOMPARE(row.value(3), id < 10 ? "all" : "3.0 and later");
         }
-        QCOMPARE(table.Row(QStringLiteral("11")).value(1), QString());
+        QCOMPARE(table.Row("11").value(1), QString());
     }
 
     void anAcknowledgementMeansToTheToolWhatItsRowTells_data()
@@ -605,10 +580,10 @@ private slots:
         QTest::addColumn<QString>("row");
         QTest::addColumn<QByteArray>("answer");
         QTest::addColumn<int>("polls");
-        QTest::newRow("done") << QStringLiteral("31 0D") << QByteArray("1\r") << 1;
-        QTest::newRow("refused") << QStringLiteral("30 0D") << QByteArray("0\r") << 1;
-        QTest::newRow("as silence") << QStringLiteral("32 0D") << QByteArray("2\r") << 10000;
-        QTest::newRow("other") << QStringLiteral("any other") << QByteArray("OK") << 1;
+        QTest::newRow("done") << "31 0D" << QByteArray("1\r") << 1;
+        QTest::newRow("refused") << "30 0D" << QByteArray("0\r") << 1;
+        QTest::newRow("as silence") << "32 0D" << QByteArray("2\r") << 10000;
+        QTest::newRow("other") << "any other" << QByteArray("OK") << 1;
     }
     void anAcknowledgementMeansToTheToolWhatItsRowTells()
     {
@@ -618,7 +593,7 @@ private slots:
         const auto device = Connected();
         scripted::WhenSent([&answer](const QByteArray&) { scripted::Deliver(answer); });
         device->ValidateFirmware();
-        const QVector<sPAGE_TABLE> tables = page.TablesOf(QStringLiteral("Frames"));
+        const QVector<sPAGE_TABLE> tables = page.TablesOf("Frames");
         QCOMPARE(tables.value(1).Row(row).value(1), QString::number(device->GetLastResult()));
         QCOMPARE(scripted::Sleeps().size(), 1 + polls);
     }
@@ -627,7 +602,7 @@ private slots:
     {
         const auto device = Connected();
         device->SendMotorConfiguration(0, {});
-        QCOMPARE(Slept(scripted::Sleeps()), Wait(QStringLiteral("drain")));
+        QCOMPARE(Slept(scripted::Sleeps()), Wait("drain"));
         scripted::ForgetEvents();
         scripted::Deliver("abc");
         device->SendMotorConfiguration(0, {});
@@ -638,15 +613,14 @@ private slots:
     {
         QTest::addColumn<QString>("row");
         QTest::addColumn<Call>("call");
-        QTest::newRow("CF0") << QStringLiteral("reply delay of CF0 and CF7")
-                             << ConfigurationCall(3.0F);
-        QTest::newRow("CF7") << QStringLiteral("reply delay of CF0 and CF7")
+        QTest::newRow("CF0") << "reply delay of CF0 and CF7" << ConfigurationCall(3.0F);
+        QTest::newRow("CF7") << "reply delay of CF0 and CF7"
                              << Call([](auto& d) { return ReadEeprom(d, 4, 0); });
-        QTest::newRow("CF9") << QStringLiteral("poll of an acknowledgement") << Call(SendOptions);
-        QTest::newRow("*IDN?") << QStringLiteral("pass of a text")
+        QTest::newRow("CF9") << "poll of an acknowledgement" << Call(SendOptions);
+        QTest::newRow("*IDN?") << "pass of a text"
                                << Call([](auto& d) { return d.ReadIdentity(); });
         QTest::newRow("GET:OPTION")
-            << QStringLiteral("pass of a text") << Call([](auto& d) { return d.ReadOptions(); });
+            << "pass of a text" << Call([](auto& d) { return d.ReadOptions(); });
     }
     void aSilentUnitIsWaitedForAsLongAsTheRowTells()
     {
@@ -662,8 +636,8 @@ private slots:
         const auto device = Connected();
         const auto answerLate = [](const QByteArray&) { scripted::DeliverAfter(3, "A\r"); };
         scripted::WhenSent(answerLate);
-        QCOMPARE(device->ReadIdentity(), QString(3, QChar(0)) + QStringLiteral("A\r"));
-        QCOMPARE(device->ReadOptions(), QStringLiteral("A\r"));
+        QCOMPARE(device->ReadIdentity(), QString(3, QChar(0)) + "A\r");
+        QCOMPARE(device->ReadOptions(), "A\r");
     }
 
     void theShortCf2IsFollowedByTheWaitOfItsRow()
@@ -673,21 +647,21 @@ private slots:
         TheDeviceCommunication()->wait();
         scripted::ForgetEvents();
         QString error;
-        QVERIFY(ChangeMacDirect(QStringLiteral("02:4C:7E:00:01:2A"), error));
-        QCOMPARE(Slept(scripted::Sleeps().mid(1)), Wait(QStringLiteral("behind the short CF2")));
+        QVERIFY(ChangeMacDirect("02:4C:7E:00:01:2A", error));
+        QCOMPARE(Slept(scripted::Sleeps().mid(1)), Wait("behind the short CF2"));
         TheDeviceCommunication()->Disconnect();
     }
 
     void anAttemptToConnectIsPolledAsItsRowTellsAndMadeFourTimes()
     {
         scripted::Reset();
-        TheDeviceDatabase()->SetIpAddress(QStringLiteral("127.0.0.1"));
+        TheDeviceDatabase()->SetIpAddress("127.0.0.1");
         scripted::SetConnectResult(scripted::ConnectResult::Fails);
         QVERIFY(ConnectToDevice(3, QString()));
-        const QList<int> poll = Wait(QStringLiteral("poll of a connection attempt"));
+        const QList<int> poll = Wait("poll of a connection attempt");
         QCOMPARE(scripted::Sleeps().count(poll.at(0)), 4 * poll.at(1));
         QCOMPARE(poll, (QList<int>{100, 200}));
-        QVERIFY(scripted::Events().contains(QStringLiteral("connect 50000")));
+        QVERIFY(scripted::Events().contains("connect 50000"));
     }
 
 private:

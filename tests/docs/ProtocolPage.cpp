@@ -9,17 +9,17 @@
 
 namespace {
 
-const QString Fence = QStringLiteral("```");
-const QString ExampleFence = QStringLiteral("```wire ");
+const QString Fence = "```";
+const QString ExampleFence = "```wire ";
 
 QString WithoutBackticks(QString text)
 {
-    return text.remove(QLatin1Char('`')).trimmed();
+    return text.remove('`').trimmed();
 }
 
 QStringList CellsOf(const QString& line)
 {
-    QStringList cells = WithoutBackticks(line).split(QLatin1Char('|'));
+    QStringList cells = WithoutBackticks(line).split('|');
     cells.removeFirst();
     cells.removeLast();
     std::transform(cells.begin(), cells.end(), cells.begin(),
@@ -56,7 +56,7 @@ ProtocolPage::ProtocolPage(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        errors.append(path + QStringLiteral(" cannot be read"));
+        errors.append(path + " cannot be read");
         return;
     }
     QTextStream lines(&file);
@@ -65,7 +65,7 @@ ProtocolPage::ProtocolPage(const QString& path)
         TakeLine(lines.readLine());
     }
     if (insideExample) {
-        errors.append(QStringLiteral("the last example has no end"));
+        errors.append("the last example has no end");
     }
 }
 
@@ -95,9 +95,9 @@ void ProtocolPage::TakeLine(const QString& line)
         insideExample = true;
     } else if (line.startsWith(Fence)) {
         errors.append(line);
-    } else if (line.startsWith(QLatin1Char('#'))) {
+    } else if (line.startsWith('#')) {
         TakeHeading(line);
-    } else if (line.startsWith(QLatin1Char('|'))) {
+    } else if (line.startsWith('|')) {
         TakeTableLine(line);
         return;
     }
@@ -106,8 +106,8 @@ void ProtocolPage::TakeLine(const QString& line)
 
 void ProtocolPage::TakeHeading(const QString& line)
 {
-    section = WithoutBackticks(line.section(QLatin1Char(' '), 1));
-    if (line.startsWith(QLatin1String("### "))) {
+    section = WithoutBackticks(line.section(' ', 1));
+    if (line.startsWith("### ")) {
         commands.append(section);
     }
 }
@@ -117,7 +117,7 @@ void ProtocolPage::TakeTableLine(const QString& line)
     if (!insideTable) {
         tables.append({section, CellsOf(line), {}});
         insideTable = true;
-    } else if (!line.startsWith(QLatin1String("|---"))) {
+    } else if (!line.startsWith("|---")) {
         tables.last().rows.append(CellsOf(line));
     }
 }
@@ -130,8 +130,8 @@ void ProtocolPage::TakeExampleLine(const QString& line)
         return;
     }
     sWIRE_EXAMPLE& example = examples.last();
-    const bool isRequest = line.startsWith(QLatin1String("> ")) && example.answer.isEmpty();
-    const bool isAnswer = line.startsWith(QLatin1String("< ")) && !example.request.isEmpty();
+    const bool isRequest = line.startsWith("> ") && example.answer.isEmpty();
+    const bool isAnswer = line.startsWith("< ") && !example.request.isEmpty();
     if (!(isRequest && AppendBytes(line, example.request)) &&
         !(isAnswer && AppendBytes(line, example.answer))) {
         errors.append(line);
@@ -140,10 +140,9 @@ void ProtocolPage::TakeExampleLine(const QString& line)
 
 bool ProtocolPage::AppendBytes(const QString& line, QByteArray& bytes) const
 {
-    static const QRegularExpression Byte(QStringLiteral("^[0-9A-F]{2}$"));
-    static const QRegularExpression Times(QStringLiteral("^x([1-9][0-9]*)$"));
-    const QStringList words =
-        line.section(QLatin1Char(';'), 0, 0).mid(2).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    static const QRegularExpression Byte("^[0-9A-F]{2}$");
+    static const QRegularExpression Times("^x([1-9][0-9]*)$");
+    const QStringList words = line.section(';', 0, 0).mid(2).split(' ', Qt::SkipEmptyParts);
     QByteArray found;
     bool repeatable = false;
     for (const QString& word : words) {

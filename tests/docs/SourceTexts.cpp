@@ -8,12 +8,12 @@
 
 namespace {
 
-const QString Variable = QStringLiteral("<>");
+const QString Variable = "<>";
 
 // A literal's place in a source is taken by one character of Unicode's private area, which gives
 // its index.
 constexpr ushort FirstPlace = 0xE000;
-const QString Place = QStringLiteral("[\\x{E000}-\\x{F8FF}]");
+const QString Place = "[\\x{E000}-\\x{F8FF}]";
 
 struct sLITERAL
 {
@@ -38,9 +38,9 @@ const QRegularExpression& LiteralOrComment()
 
 sLITERAL LiteralOf(QString written)
 {
-    static const QRegularExpression between(QStringLiteral(R"re("\s*")re"));
-    static const QRegularExpression argument(QStringLiteral("%[1-9]"));
-    const bool isString = written.startsWith(QLatin1Char('"'));
+    static const QRegularExpression between(R"re("\s*")re");
+    static const QRegularExpression argument("%[1-9]");
+    const bool isString = written.startsWith('"');
     written = written.mid(1, written.size() - 2);
     return {written.remove(between).replace(argument, Variable), isString};
 }
@@ -55,7 +55,7 @@ QString TakeLiterals(const QString& source, QVector<sLITERAL>& literals)
         const QRegularExpressionMatch match = found.next();
         rest += source.midRef(end, match.capturedStart() - end);
         end = match.capturedEnd();
-        const QString literal = match.captured(QStringLiteral("literal"));
+        const QString literal = match.captured("literal");
         if (!literal.isEmpty()) {
             rest += QChar(static_cast<ushort>(FirstPlace + literals.size()));
             literals.append(LiteralOf(literal));
@@ -65,9 +65,9 @@ QString TakeLiterals(const QString& source, QVector<sLITERAL>& literals)
 }
 
 // A literal, a value, or a choice in brackets; and several of them with "+" in between.
-const QString Call = QStringLiteral(R"re((?:\([^()\x{E000}-\x{F8FF}]*\))?)re");
-const QString Value = QStringLiteral(R"re(\w+%1(?:(?:\.|->|::)\w+%1)*)re").arg(Call);
-const QString Term = QStringLiteral(R"re((?:%1|%2|\([^()+]*\)))re").arg(Place, Value);
+const QString Call = R"re((?:\([^()\x{E000}-\x{F8FF}]*\))?)re";
+const QString Value = QString(R"re(\w+%1(?:(?:\.|->|::)\w+%1)*)re").arg(Call);
+const QString Term = QString(R"re((?:%1|%2|\([^()+]*\)))re").arg(Place, Value);
 
 const QRegularExpression& TermPattern()
 {
@@ -77,7 +77,7 @@ const QRegularExpression& TermPattern()
 
 const QRegularExpression& ChainPattern()
 {
-    static const QRegularExpression pattern(QStringLiteral(R"re(%1(?:\s*\+\s*%1)*)re").arg(Term));
+    static const QRegularExpression pattern(QString(R"re(%1(?:\s*\+\s*%1)*)re").arg(Term));
     return pattern;
 }
 
@@ -128,7 +128,7 @@ QString WithoutPlaces(QString code)
 
 QVector<sSOURCE_TEXT> TextsOfSource(const QString& source, const QString& file)
 {
-    static const QRegularExpression endOfStatement(QStringLiteral("[;{}]"));
+    static const QRegularExpression endOfStatement("[;{}]");
     QVector<sLITERAL> literals;
     const QStringList statements = TakeLiterals(source, literals).split(endOfStatement);
     QVector<sSOURCE_TEXT> found;
@@ -152,7 +152,7 @@ QVector<sSOURCE_TEXT> TextsOfFolder(const QString& path)
 {
     QVector<sSOURCE_TEXT> found;
     const QDir folder(path);
-    const QStringList names = folder.entryList({QStringLiteral("*.cpp")}, QDir::Files);
+    const QStringList names = folder.entryList({"*.cpp"}, QDir::Files);
     for (const QString& name : names) {
         QFile file(folder.filePath(name));
         if (file.open(QIODevice::ReadOnly)) {

@@ -5,22 +5,22 @@
 
 QString UsingPage()
 {
-    QFile file(QStringLiteral(USING_PAGE));
+    QFile file(USING_PAGE);
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 // A row of texts begins with a text in backticks, whose blanks count.
 QVector<sSTATUS_ROW> StatusRowsOf(const QString& page)
 {
-    static const QRegularExpression row(QStringLiteral(R"(^\| `([^`]+)` \| ([^|]*)\| ([^|]*)\|$)"),
-        QRegularExpression::MultilineOption);
-    static const QRegularExpression variable(QStringLiteral("<[^>]+>"));
+    static const QRegularExpression row(
+        R"(^\| `([^`]+)` \| ([^|]*)\| ([^|]*)\|$)", QRegularExpression::MultilineOption);
+    static const QRegularExpression variable("<[^>]+>");
     QVector<sSTATUS_ROW> rows;
     auto found = row.globalMatch(page);
     while (found.hasNext()) {
         const QRegularExpressionMatch match = found.next();
-        rows.append({match.captured(1).replace(variable, QStringLiteral("<>")),
-            match.captured(2).trimmed(), match.captured(3).trimmed()});
+        rows.append({match.captured(1).replace(variable, "<>"), match.captured(2).trimmed(),
+            match.captured(3).trimmed()});
     }
     return rows;
 }

@@ -12,53 +12,51 @@
 
 namespace {
 
-const QStringList Folders{QStringLiteral("shell"), QStringLiteral("link"), QStringLiteral("model"),
-    QStringLiteral("discovery"), QStringLiteral("identity"), QStringLiteral("rotor"),
-    QStringLiteral("firmware"), QStringLiteral("hardware"), QStringLiteral("options")};
+const QStringList Folders{
+    "shell", "link", "model", "discovery", "identity", "rotor", "firmware", "hardware", "options"};
 
 // What these hold is shown in tables and lists, or names fonts.
-const QStringList FilesWithoutStatusTexts{QStringLiteral("RotorCatalogue.cpp"),
-    QStringLiteral("CZKHardwareComponent.cpp"), QStringLiteral("FormLook.cpp"),
-    QStringLiteral("PlainToolTip.cpp")};
+const QStringList FilesWithoutStatusTexts{
+    "RotorCatalogue.cpp", "CZKHardwareComponent.cpp", "FormLook.cpp", "PlainToolTip.cpp"};
 
 // Texts that read like those of the status line and are none.
 const QStringList OtherTexts{
     // the pages
-    QStringLiteral("Update FW"),
-    QStringLiteral("IP Configuration"),
-    QStringLiteral("Azimuth Configuration"),
-    QStringLiteral("Pol/Eval Configuration"),
-    QStringLiteral("Detect Z&K Device"),
+    "Update FW",
+    "IP Configuration",
+    "Azimuth Configuration",
+    "Pol/Eval Configuration",
+    "Detect Z&K Device",
     // what a screen reader calls the first rotor
-    QStringLiteral("No rotor"),
+    "No rotor",
     // the front of the units' MAC addresses
-    QStringLiteral("02:4C:7E:"),
+    "02:4C:7E:",
     // positions of the attenuator and of the amplifier
-    QStringLiteral("Att. 3dB"),
-    QStringLiteral("Att. 6dB"),
-    QStringLiteral("Att. 10dB"),
-    QStringLiteral("Att. 20dB"),
-    QStringLiteral("Att. 40dB"),
-    QStringLiteral("HF AMP"),
-    QStringLiteral("V/UHF AMP"),
-    QStringLiteral("SHF AMP"),
+    "Att. 3dB",
+    "Att. 6dB",
+    "Att. 10dB",
+    "Att. 20dB",
+    "Att. 40dB",
+    "HF AMP",
+    "V/UHF AMP",
+    "SHF AMP",
     // the filter of a file dialog, from a function
-    QStringLiteral("files *.txt"),
+    "files *.txt",
     // what a tool tip wraps around a text
-    QStringLiteral("<p style='white-space:pre-wrap'><></p>"),
+    "<p style='white-space:pre-wrap'><></p>",
     // errors for a caller that does not show them
-    QStringLiteral("Empty IP Address "),
-    QStringLiteral("Empty Subnet Mask "),
+    "Empty IP Address ",
+    "Empty Subnet Mask ",
 };
 
 // What a variable part of a text stands for, where the sources hold it: in backticks in the row.
 QSet<QString> WordsOf(const QVector<sSTATUS_ROW>& rows)
 {
-    static const QRegularExpression word(QStringLiteral("`([^`]+)`"));
+    static const QRegularExpression word("`([^`]+)`");
     QSet<QString> words;
     for (const sSTATUS_ROW& row : rows) {
         auto found = word.globalMatch(row.meaning);
-        while (row.text.contains(QLatin1String("<>")) && found.hasNext()) {
+        while (row.text.contains("<>") && found.hasNext()) {
             words.insert(found.next().captured(1));
         }
     }
@@ -78,7 +76,7 @@ QSet<QString> TextsOf(const QVector<sSTATUS_ROW>& rows)
 bool IsGivenToADialog(const sSOURCE_TEXT& found)
 {
     static const QRegularExpression dialog(
-        QStringLiteral("CCustomProgressDialog|setLabelText|QFileDialog|setWindowTitle"));
+        "CCustomProgressDialog|setLabelText|QFileDialog|setWindowTitle");
     return found.statement.contains(dialog);
 }
 
@@ -101,7 +99,7 @@ bool ReadsLikeAStatus(const QString& text)
 bool MayBeStatusText(const sSOURCE_TEXT& found)
 {
     return (IsGivenToTheStatusLine(found) || ReadsLikeAStatus(found.text)) &&
-           !IsGivenToADialog(found) && !found.text.contains(QLatin1String("\\n"));
+           !IsGivenToADialog(found) && !found.text.contains("\\n");
 }
 
 QVector<sSOURCE_TEXT> PossibleStatusTexts()
@@ -132,7 +130,7 @@ QString Joined(const QSet<QString>& texts)
 {
     QStringList list = texts.values();
     list.sort();
-    return list.join(QStringLiteral(" / "));
+    return list.join(" / ");
 }
 
 } // namespace
@@ -163,10 +161,7 @@ private slots:
         QCOMPARE(Joined(TextsOf(rows) + WordsOf(rows) - StatusTexts()), QString());
     }
 
-    void everyLineThatBeginsWithATextIsARow()
-    {
-        QCOMPARE(page.count(QLatin1String("\n| `")), rows.size());
-    }
+    void everyLineThatBeginsWithATextIsARow() { QCOMPARE(page.count("\n| `"), rows.size()); }
 
     void noTextStandsTwice() { QCOMPARE(TextsOf(rows).size(), rows.size()); }
 
@@ -180,8 +175,8 @@ private slots:
     void everyFailureThatAPageLeadsToHasAnAdvice()
     {
         static const QRegularExpression failure(
-            QStringLiteral("fail|not |Invalid|error"), QRegularExpression::CaseInsensitiveOption);
-        const int hidden = page.indexOf(QLatin1String("### Texts that no page leads to"));
+            "fail|not |Invalid|error", QRegularExpression::CaseInsensitiveOption);
+        const int hidden = page.indexOf("### Texts that no page leads to");
         QVERIFY(hidden > 0);
         const QVector<sSTATUS_ROW> shown = StatusRowsOf(page.left(hidden));
         for (const sSTATUS_ROW& row : shown) {
@@ -209,7 +204,7 @@ private slots:
 
     void everyPictureOfThePageIsThere()
     {
-        static const QRegularExpression picture(QStringLiteral(R"(!\[[^\]]+\]\(([^)]+)\))"));
+        static const QRegularExpression picture(R"(!\[[^\]]+\]\(([^)]+)\))");
         int count = 0;
         auto found = picture.globalMatch(page);
         for (; found.hasNext(); ++count) {
@@ -228,40 +223,36 @@ void StatusTextsTest::theTextsOfAStatementAreFound_data()
     const auto add = [](const char* name, const char* source, const QStringList& texts) {
         QTest::newRow(name) << QString::fromLatin1(source) << texts;
     };
-    const QString one = QStringLiteral("one ");
+    const QString one = "one ";
     add("a literal", R"(f(QStringLiteral("one "));)", {one});
-    add("a bare literal", R"({"one ", "two"},)", {one, QStringLiteral("two")});
+    add("a bare literal", R"({"one ", "two"},)", {one, "two"});
     add("blanks within the brackets", "QLatin1String(\n  \"one \" )", {one});
     add("adjacent literals", "f(\"on\"\n  \"e \");", {one});
-    add("a value behind a literal", R"(x = QStringLiteral("one ") + line;)",
-        {QStringLiteral("one <>")});
-    add("a value in front", R"(x = file.fileName() + QStringLiteral("one ");)",
-        {QStringLiteral("<>one ")});
-    add("a call's only argument", R"(f(QStringLiteral("one ") + line);)",
-        {QStringLiteral("one <>")});
+    add("a value behind a literal", R"(x = QStringLiteral("one ") + line;)", {"one <>"});
+    add("a value in front", R"(x = file.fileName() + QStringLiteral("one ");)", {"<>one "});
+    add("a call's only argument", R"(f(QStringLiteral("one ") + line);)", {"one <>"});
     add("characters",
         R"(x = a->b(c) + QLatin1Char(' ') + QStringLiteral("one ") + QLatin1Char('!');)",
-        {QStringLiteral("<> one !")});
-    add("arguments", R"(QStringLiteral("one %1 of %2").arg(a).arg(b))",
-        {QStringLiteral("one <> of <>")});
+        {"<> one !"});
+    add("arguments", R"(QStringLiteral("one %1 of %2").arg(a).arg(b))", {"one <> of <>"});
     add("a choice of texts", R"(x = a ? QStringLiteral("one ") : QStringLiteral("two") + b;)",
-        {one, QStringLiteral("two<>")});
+        {one, "two<>"});
     add("a choice within a text", R"(f("one " + (a ? QStringLiteral("two") : "three"));)",
-        {QStringLiteral("one two"), QStringLiteral("one three")});
-    add("a comment", "// \"one \"\nf(\"two\"); // isn't \"three\"", {QStringLiteral("two")});
-    add("an include", "#include \"one \"\nf(\"two\");", {QStringLiteral("two")});
+        {"one two", "one three"});
+    add("a comment", "// \"one \"\nf(\"two\"); // isn't \"three\"", {"two"});
+    add("an include", "#include \"one \"\nf(\"two\");", {"two"});
     add("a character alone", "f(a + QLatin1Char(' ') + b, 2'000'000);", {});
-    add("an escaped quote", R"(f("a \"b\" ");)", {QStringLiteral("a \\\"b\\\" ")});
+    add("an escaped quote", R"(f("a \"b\" ");)", {"a \\\"b\\\" "});
 }
 
 void StatusTextsTest::theTextsOfAStatementAreFound()
 {
     QFETCH(QString, source);
     QStringList found;
-    const QVector<sSOURCE_TEXT> texts = TextsOfSource(source, QStringLiteral("a.cpp"));
+    const QVector<sSOURCE_TEXT> texts = TextsOfSource(source, "a.cpp");
     for (const sSOURCE_TEXT& text : texts) {
         found.append(text.text);
-        QCOMPARE(text.file, QStringLiteral("a.cpp"));
+        QCOMPARE(text.file, "a.cpp");
     }
     QTEST(found, "texts");
 }

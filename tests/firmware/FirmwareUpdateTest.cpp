@@ -13,7 +13,7 @@ using namespace firmwarestream;
 
 namespace {
 
-const QString Sent = QStringLiteral("Firmware sent to device successfully!");
+const QString Sent = "Firmware sent to device successfully!";
 
 void ChooseFile(const QString& path)
 {
@@ -40,14 +40,14 @@ QStringList CommandsFor(const QByteArray& image, int blocks)
 {
     QStringList commands;
     for (const QByteArray& block : Blocks(image).mid(0, blocks)) {
-        commands.append(QStringLiteral("CF3 ") + QString::fromLatin1(block.toHex().toUpper()));
+        commands.append(QString("CF3 ") + QString::fromLatin1(block.toHex().toUpper()));
     }
     return commands;
 }
 
 QString ChecksumCommand(const QByteArray& image)
 {
-    return QStringLiteral("CF4 ") + QString::fromLatin1(Checksum(image).toHex().toUpper());
+    return QString("CF4 ") + QString::fromLatin1(Checksum(image).toHex().toUpper());
 }
 
 QByteArray Content(const QString& path)
@@ -75,15 +75,15 @@ private slots:
     {
         QFETCH(int, size);
         const QByteArray image = Image(size);
-        const QString received = folder.filePath(QStringLiteral("received"));
+        const QString received = folder.filePath("received");
         QFile::remove(received);
-        SimulatorProcess unit({QStringLiteral("--save-firmware"), received});
+        SimulatorProcess unit({"--save-firmware", received});
         QVERIFY(Begin(unit, image));
         ClickLoad();
         QCOMPARE(StatusLine(), Sent);
         QVERIFY(CanUpdate());
-        QVERIFY(unit.WaitForLine(QStringLiteral("CF4 ")));
-        QCOMPARE(unit.State(QStringLiteral("firmware")), QStringLiteral("3.10"));
+        QVERIFY(unit.WaitForLine("CF4 "));
+        QCOMPARE(unit.State("firmware"), "3.10");
         QCOMPARE(unit.Commands(), CommandsFor(image, -1) + QStringList{ChecksumCommand(image)});
         QCOMPARE(Content(received), image);
     }
@@ -91,7 +91,7 @@ private slots:
     void oldFirmwareTakesAnImageToo()
     {
         const QByteArray image = Image(3000);
-        SimulatorProcess unit({QStringLiteral("--firmware"), QStringLiteral("2.50")});
+        SimulatorProcess unit({"--firmware", "2.50"});
         QVERIFY(Begin(unit, image));
         ClickLoad();
         QCOMPARE(StatusLine(), Sent);
@@ -103,28 +103,27 @@ private slots:
         QTest::addColumn<QString>("fault");
         QTest::addColumn<int>("block");
         QTest::addColumn<QString>("text");
-        const QString refused = QStringLiteral("An error occoured during transmission");
-        const QString unknown = QStringLiteral("unknown error");
-        QTest::newRow("first block refused") << QStringLiteral("refusing") << 1 << refused;
-        QTest::newRow("a middle block refused") << QStringLiteral("refusing") << 3 << refused;
-        QTest::newRow("the last block refused") << QStringLiteral("refusing") << 5 << refused;
-        QTest::newRow("garbage for the first block") << QStringLiteral("garbage") << 1 << unknown;
-        QTest::newRow("garbage for the last block") << QStringLiteral("garbage") << 5 << unknown;
-        QTest::newRow("a silent unit") << QStringLiteral("silent") << 3 << unknown;
+        const QString refused = "An error occoured during transmission";
+        const QString unknown = "unknown error";
+        QTest::newRow("first block refused") << "refusing" << 1 << refused;
+        QTest::newRow("a middle block refused") << "refusing" << 3 << refused;
+        QTest::newRow("the last block refused") << "refusing" << 5 << refused;
+        QTest::newRow("garbage for the first block") << "garbage" << 1 << unknown;
+        QTest::newRow("garbage for the last block") << "garbage" << 5 << unknown;
+        QTest::newRow("a silent unit") << "silent" << 3 << unknown;
     }
     void aFaultOfTheUnitEndsTheTransfer()
     {
         QFETCH(QString, fault);
         QFETCH(int, block);
         const QByteArray image = Image(5000);
-        SimulatorProcess unit(
-            {QStringLiteral("--fault"), QStringLiteral("%1:CF3:%2").arg(fault).arg(block)});
+        SimulatorProcess unit({"--fault", QString("%1:CF3:%2").arg(fault).arg(block)});
         QVERIFY(Begin(unit, image));
         ClickLoad();
         QTEST(StatusLine(), "text");
         QVERIFY(!CanUpdate());
         QVERIFY(VisibleProgress() == nullptr);
-        QCOMPARE(unit.State(QStringLiteral("firmware")), QStringLiteral("3.10"));
+        QCOMPARE(unit.State("firmware"), "3.10");
         QCOMPARE(unit.Commands(), CommandsFor(image, block));
     }
 
@@ -132,15 +131,15 @@ private slots:
     void aResetInTheMiddleSendsNothingMore()
     {
         const QByteArray image = Image(5000);
-        SimulatorProcess unit({QStringLiteral("--fault"), QStringLiteral("resetting:CF3:3")});
+        SimulatorProcess unit({"--fault", "resetting:CF3:3"});
         QVERIFY(Begin(unit, image));
         ClickLoad();
-        QCOMPARE(StatusLine(), QStringLiteral("unknown error"));
+        QCOMPARE(StatusLine(), "unknown error");
         QVERIFY(!CanUpdate());
         QCOMPARE(unit.Commands(), CommandsFor(image, 3));
         ClickLoad();
-        QCOMPARE(StatusLine(), QStringLiteral("An error occoured during transmission"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(StatusLine(), "An error occoured during transmission");
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QVERIFY(!Find<QPushButton>("btnLoadFirmware")->isEnabled());
         QCOMPARE(unit.Commands(), CommandsFor(image, 3));
     }
@@ -148,7 +147,7 @@ private slots:
     void aBrokenOffTransferCanBeBegunAnew()
     {
         const QByteArray image = Image(5000);
-        SimulatorProcess unit({QStringLiteral("--fault"), QStringLiteral("refusing:CF3:3")});
+        SimulatorProcess unit({"--fault", "refusing:CF3:3"});
         QVERIFY(Begin(unit, image));
         ClickLoad();
         QVERIFY(!CanUpdate());
@@ -162,54 +161,54 @@ private slots:
         SimulatorProcess unit;
         QVERIFY(Begin(unit, Image(100)));
         ClickLoad();
-        QVERIFY(unit.WaitForLine(QStringLiteral("CF4 ")));
+        QVERIFY(unit.WaitForLine("CF4 "));
         unit.Forget();
-        QVERIFY(QFile::remove(folder.filePath(QStringLiteral("image.cyacd"))));
+        QVERIFY(QFile::remove(folder.filePath("image.cyacd")));
         ClickLoad();
         QCOMPARE(StatusLine(), QString());
-        QCOMPARE(unit.State(QStringLiteral("firmware")), QStringLiteral("3.10"));
+        QCOMPARE(unit.State("firmware"), "3.10");
         QCOMPARE(unit.Commands(), QStringList());
     }
 
     void aWholeUpdateEndsWithTheNewVersion()
     {
-        SimulatorProcess unit({QStringLiteral("--new-firmware"), QStringLiteral("3.20")});
+        SimulatorProcess unit({"--new-firmware", "3.20"});
         QVERIFY(Begin(unit, Image(3000)));
         ClickLoad();
-        QVERIFY(unit.WaitForLine(QStringLiteral("CF4 ")));
+        QVERIFY(unit.WaitForLine("CF4 "));
         unit.Forget();
         ClickUpdate();
-        QCOMPARE(StatusLine(), QStringLiteral("Firmware Updated successfully to v3.20\r."));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
+        QCOMPARE(StatusLine(), "Firmware Updated successfully to v3.20\r.");
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
         QVERIFY(VisibleProgress() == nullptr);
         QVERIFY(!CanUpdate());
         ShowPage("Info");
-        QCOMPARE(Find<QLineEdit>("txtVersionNumber")->text(), QStringLiteral("3.20\r"));
+        QCOMPARE(Find<QLineEdit>("txtVersionNumber")->text(), "3.20\r");
         const QStringList commands = unit.Commands();
         QCOMPARE(commands.size(), 3);
-        QVERIFY(commands.at(0).startsWith(QLatin1String("CF5 ")));
-        QCOMPARE(commands.mid(1), (QStringList{QStringLiteral("*IDN?"), QStringLiteral("CF8")}));
+        QVERIFY(commands.at(0).startsWith("CF5 "));
+        QCOMPARE(commands.mid(1), (QStringList{"*IDN?", "CF8"}));
     }
 
     // The user gives up waiting for it.
     void aUnitThatStaysAwayFailsTheUpdateAndLeavesNoDialog()
     {
-        SimulatorProcess unit({QStringLiteral("--away-ms"), QStringLiteral("3600000")});
+        SimulatorProcess unit({"--away-ms", "3600000"});
         QVERIFY(Begin(unit, Image(3000)));
         ClickLoad();
         WhenAttempted([](QProgressDialog& attempt) { CloseByTitleBar(&attempt); });
         ClickUpdate();
-        QCOMPARE(StatusLine(), QStringLiteral("Firmware Update Failed!"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(StatusLine(), "Firmware Update Failed!");
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QVERIFY(VisibleProgress() == nullptr);
         QVERIFY(!CanUpdate());
-        QCOMPARE(unit.Commands().filter(QStringLiteral("CF8")), QStringList());
+        QCOMPARE(unit.Commands().filter("CF8"), QStringList());
     }
 
 private:
     bool Begin(SimulatorProcess& unit, const QByteArray& image)
     {
-        QFile file(folder.filePath(QStringLiteral("image.cyacd")));
+        QFile file(folder.filePath("image.cyacd"));
         if (!unit.IsReady() || !file.open(QIODevice::WriteOnly) ||
             file.write(image) != image.size()) {
             return false;
@@ -225,7 +224,7 @@ private:
     static void WhenAttempted(const std::function<void(QProgressDialog&)>& action)
     {
         WhenShown<QProgressDialog>(action, [](const QProgressDialog& dialog) {
-            return dialog.labelText().startsWith(QLatin1String("Connecting"));
+            return dialog.labelText().startsWith("Connecting");
         });
     }
 

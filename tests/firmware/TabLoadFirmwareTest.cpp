@@ -20,13 +20,13 @@ using namespace firmwarestream;
 
 namespace {
 
-const QString Sent = QStringLiteral("Firmware sent to device successfully!");
-const QString TransmissionError = QStringLiteral("An error occoured during transmission");
-const QString UnknownError = QStringLiteral("unknown error");
-const QString Cancelled = QStringLiteral("FW send cancelled!");
+const QString Sent = "Firmware sent to device successfully!";
+const QString TransmissionError = "An error occoured during transmission";
+const QString UnknownError = "unknown error";
+const QString Cancelled = "FW send cancelled!";
 // The version is the rest of the unit's answer, its carriage return too.
-const QString Updated = QStringLiteral("Firmware Updated successfully to v3.2\r.");
-const QString UpdateFailed = QStringLiteral("Firmware Update Failed!");
+const QString Updated = "Firmware Updated successfully to v3.2\r.";
+const QString UpdateFailed = "Firmware Update Failed!";
 
 // What the unit does at one firmware block; at the others it acknowledges.
 struct Mishap
@@ -59,12 +59,12 @@ void BeUnit(const Mishap& mishap = {-1, {}})
 // The frames that went out, or were to go out, without the clock.
 QStringList Frames()
 {
-    return scripted::Actions().filter(QRegularExpression(QStringLiteral("^send")));
+    return scripted::Actions().filter(QRegularExpression("^send"));
 }
 
 QString FrameOf(const QByteArray& frame)
 {
-    return QStringLiteral("send ") + QString::fromLatin1(frame.toHex().toUpper());
+    return QString("send ") + QString::fromLatin1(frame.toHex().toUpper());
 }
 
 QStringList FramesOf(const QByteArray& image, int blocks)
@@ -219,7 +219,7 @@ void TabLoadFirmwareTest::init()
 
 QString TabLoadFirmwareTest::MakeImage(const QByteArray& image, const char* name)
 {
-    QFile file(folder.filePath(QLatin1String(name)));
+    QFile file(folder.filePath(name));
     if (!file.open(QIODevice::WriteOnly) || file.write(image) != image.size()) {
         return {};
     }
@@ -228,7 +228,7 @@ QString TabLoadFirmwareTest::MakeImage(const QByteArray& image, const char* name
 
 void TabLoadFirmwareTest::BeginWith(const QByteArray& image)
 {
-    ConnectTo(QStringLiteral("127.0.0.1"));
+    ConnectTo("127.0.0.1");
     Choose(MakeImage(image));
     scripted::ForgetEvents();
 }
@@ -241,13 +241,13 @@ void TabLoadFirmwareTest::atTheStartOnlyAFileCanBeChosen()
     QVERIFY(!LoadButton()->isEnabled());
     QVERIFY(!UpdateButton()->isEnabled());
     QVERIFY(!Find<QLabel>("lblCompatibility")->isVisible());
-    QCOMPARE(Find<QLabel>("lblCompatibility")->text(),
-        QStringLiteral("This tab is not compatible with this device!"));
-    QCOMPARE(Find<QLabel>("lblFirmwareFile")->text(), QStringLiteral("Firmware File"));
-    QCOMPARE(Find<QToolButton>("btnSelectFirmware")->text(), QStringLiteral("..."));
-    QCOMPARE(LoadButton()->text(), QStringLiteral("Send FW to Device"));
-    QCOMPARE(UpdateButton()->text(), QStringLiteral("Initiate FW Update"));
-    ConnectTo(QStringLiteral("127.0.0.1"));
+    QCOMPARE(
+        Find<QLabel>("lblCompatibility")->text(), "This tab is not compatible with this device!");
+    QCOMPARE(Find<QLabel>("lblFirmwareFile")->text(), "Firmware File");
+    QCOMPARE(Find<QToolButton>("btnSelectFirmware")->text(), "...");
+    QCOMPARE(LoadButton()->text(), "Send FW to Device");
+    QCOMPARE(UpdateButton()->text(), "Initiate FW Update");
+    ConnectTo("127.0.0.1");
     QVERIFY(!LoadButton()->isEnabled());
     QVERIFY(!UpdateButton()->isEnabled());
     QVERIFY(!Find<QLabel>("lblCompatibility")->isVisible());
@@ -255,13 +255,12 @@ void TabLoadFirmwareTest::atTheStartOnlyAFileCanBeChosen()
 
 void TabLoadFirmwareTest::aChosenFileShowsItsNameOnlyAndCanBeSentWhenConnected()
 {
-    ConnectTo(QStringLiteral("127.0.0.1"));
-    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("a/long/path/to/images")));
+    ConnectTo("127.0.0.1");
+    QVERIFY(QDir(folder.path()).mkpath("a/long/path/to/images"));
     QStringList asked;
     Choose(MakeImage("x", "a/long/path/to/images/VX440 3.20.cyacd"), &asked);
-    QCOMPARE(asked,
-        (QStringList{QStringLiteral("Select Firmware File"), QStringLiteral("files *.cyacd")}));
-    QCOMPARE(ShownFile(), QStringLiteral("VX440 3.20.cyacd"));
+    QCOMPARE(asked, (QStringList{"Select Firmware File", "files *.cyacd"}));
+    QCOMPARE(ShownFile(), "VX440 3.20.cyacd");
     QVERIFY(LoadButton()->isEnabled());
     QVERIFY(!UpdateButton()->isEnabled());
 }
@@ -269,7 +268,7 @@ void TabLoadFirmwareTest::aChosenFileShowsItsNameOnlyAndCanBeSentWhenConnected()
 void TabLoadFirmwareTest::aCancelledChoiceEmptiesTheFieldAndDisablesTheSending()
 {
     BeginWith("x");
-    QCOMPARE(ShownFile(), QStringLiteral("image.cyacd"));
+    QCOMPARE(ShownFile(), "image.cyacd");
     Choose(QString());
     QCOMPARE(ShownFile(), QString());
     QVERIFY(!LoadButton()->isEnabled());
@@ -279,7 +278,7 @@ void TabLoadFirmwareTest::aFileChosenWithoutAConnectionCanBeSentOnceConnected()
 {
     Choose(MakeImage("x"));
     QVERIFY(!LoadButton()->isEnabled());
-    ConnectTo(QStringLiteral("127.0.0.1"));
+    ConnectTo("127.0.0.1");
     QVERIFY(LoadButton()->isEnabled());
 }
 
@@ -288,10 +287,10 @@ void TabLoadFirmwareTest::thePageServesAllButOldUnitsThatAreFlagged_data()
     QTest::addColumn<QString>("firmware");
     QTest::addColumn<bool>("flagged");
     QTest::addColumn<bool>("served");
-    QTest::newRow("new") << QStringLiteral("3.0") << false << true;
-    QTest::newRow("new and flagged") << QStringLiteral("3.0") << true << true;
-    QTest::newRow("old") << QStringLiteral("2.99") << false << true;
-    QTest::newRow("old and flagged") << QStringLiteral("2.99") << true << false;
+    QTest::newRow("new") << "3.0" << false << true;
+    QTest::newRow("new and flagged") << "3.0" << true << true;
+    QTest::newRow("old") << "2.99" << false << true;
+    QTest::newRow("old and flagged") << "2.99" << true << false;
 }
 
 void TabLoadFirmwareTest::thePageServesAllButOldUnitsThatAreFlagged()
@@ -342,8 +341,7 @@ void TabLoadFirmwareTest::everyByteAndWaitOfATransfer()
         sleeps << 10 << 1;
     }
     QCOMPARE(scripted::Sleeps(), sleeps << 10);
-    QCOMPARE(
-        *status, (QStringList{QStringLiteral("Sending Firmware file to the Device .."), Sent}));
+    QCOMPARE(*status, (QStringList{"Sending Firmware file to the Device ..", Sent}));
     QCOMPARE(StatusLine(), Sent);
     QVERIFY(VisibleProgress() == nullptr);
 }
@@ -361,7 +359,7 @@ void TabLoadFirmwareTest::theDialogTellsTheBytesHeadIncluded()
         blocked = MainWindow()->isVisible();
     });
     Click(LoadButton());
-    QCOMPARE(label, QStringLiteral("Sending 1264 bytes..."));
+    QCOMPARE(label, "Sending 1264 bytes...");
     QCOMPARE(range, qMakePair(0, 1264));
     QVERIFY(blocked);
     QCOMPARE(StatusLine(), Sent);
@@ -452,9 +450,9 @@ void TabLoadFirmwareTest::aBrokenLinkEndsTheTransfer()
     BeginWith(image);
     scripted::FailSendsFrom(block + 1);
     Click(LoadButton());
-    QCOMPARE(Frames(), FramesOf(image, block) + QStringList{QStringLiteral("send fails")});
+    QCOMPARE(Frames(), FramesOf(image, block) + QStringList{"send fails"});
     QCOMPARE(StatusLine(), TransmissionError);
-    QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+    QCOMPARE(ConnectionLine(), "Not Connected ");
     QVERIFY(!UpdateButton()->isEnabled());
     QVERIFY(!LoadButton()->isEnabled());
 }
@@ -465,9 +463,9 @@ void TabLoadFirmwareTest::aChecksumThatCannotBeSentEndsWithoutAText()
     BeginWith(image);
     scripted::FailSendsFrom(6);
     Click(LoadButton());
-    QCOMPARE(Frames(), FramesOf(image, 5) + QStringList{QStringLiteral("send fails")});
+    QCOMPARE(Frames(), FramesOf(image, 5) + QStringList{"send fails"});
     QCOMPARE(StatusLine(), QString());
-    QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+    QCOMPARE(ConnectionLine(), "Not Connected ");
     QVERIFY(!UpdateButton()->isEnabled());
 }
 
@@ -504,7 +502,7 @@ void TabLoadFirmwareTest::aFileThatIsGoneSendsNothing()
     BeginWith(Image(100));
     Click(LoadButton()); // its last acknowledgement was a good one
     scripted::ForgetEvents();
-    QVERIFY(QFile::remove(folder.filePath(QStringLiteral("image.cyacd"))));
+    QVERIFY(QFile::remove(folder.filePath("image.cyacd")));
     const ShownDialogs dialogs;
     Click(LoadButton());
     QCOMPARE(Frames(), QStringList());
@@ -519,13 +517,13 @@ void TabLoadFirmwareTest::aFileThatCannotBeOpenedSendsNothingAndIsNamed()
     BeginWith(Image(100));
     Click(LoadButton());
     scripted::ForgetEvents();
-    const QString path = folder.filePath(QStringLiteral("image.cyacd"));
+    const QString path = folder.filePath("image.cyacd");
     QVERIFY(QFile::remove(path));
     QVERIFY(QDir().mkdir(path));
     Click(LoadButton());
     QVERIFY(QDir().rmdir(path));
     QCOMPARE(Frames(), QStringList());
-    QCOMPARE(StatusLine(), path + QStringLiteral(" File could not be found or open"));
+    QCOMPARE(StatusLine(), path + " File could not be found or open");
     QVERIFY(!UpdateButton()->isEnabled());
 }
 
@@ -533,15 +531,15 @@ void TabLoadFirmwareTest::aFileThatCannotBeOpenedSendsNothingAndIsNamed()
 void TabLoadFirmwareTest::aPipeSendsNothingAndIsNamed()
 {
     BeginWith(Image(100));
-    const QString path = folder.filePath(QStringLiteral("image.cyacd"));
+    const QString path = folder.filePath("image.cyacd");
     QVERIFY(QFile::remove(path));
-    if (QProcess::execute(QStringLiteral("mkfifo"), {path}) != 0) {
+    if (QProcess::execute("mkfifo", {path}) != 0) {
         QSKIP("this system has no pipes with a name");
     }
     Click(LoadButton());
     QVERIFY(QFile::remove(path));
     QCOMPARE(Frames(), QStringList());
-    QCOMPARE(StatusLine(), path + QStringLiteral(" File could not be found or open"));
+    QCOMPARE(StatusLine(), path + " File could not be found or open");
     QVERIFY(!UpdateButton()->isEnabled());
 }
 
@@ -553,7 +551,7 @@ void TabLoadFirmwareTest::withoutAConnectionNothingIsSent()
     scripted::ForgetEvents();
     Click(LoadButton());
     QCOMPARE(Frames(), QStringList());
-    QCOMPARE(StatusLine(), QStringLiteral("Not connected to any device."));
+    QCOMPARE(StatusLine(), "Not connected to any device.");
     QVERIFY(UpdateButton()->isEnabled()); // the flags are as they were
 }
 
@@ -567,7 +565,7 @@ void TabLoadFirmwareTest::aSentImageCanBeInstalledAfterANewConnection()
     ShowPage("Update FW");
     QVERIFY(!UpdateButton()->isEnabled());
     scripted::FailSendsFrom(1000);
-    ConnectTo(QStringLiteral("127.0.0.1"));
+    ConnectTo("127.0.0.1");
     QVERIFY(UpdateButton()->isEnabled());
 }
 
@@ -580,21 +578,21 @@ void TabLoadFirmwareTest::everyWaitAndTextOfAnUpdate()
     Click(UpdateButton());
 
     QStringList before = scripted::Events();
-    const QStringList after = before.mid(before.indexOf(QStringLiteral("close")));
+    const QStringList after = before.mid(before.indexOf("close"));
     before = before.mid(0, before.size() - after.size());
-    QCOMPARE(before.takeFirst(), QStringLiteral("sleep 10"));
+    QCOMPARE(before.takeFirst(), "sleep 10");
     const QString start = before.takeFirst();
     QVERIFY(start.startsWith(FrameOf("CF5\r")));
     QCOMPARE(start.size(), FrameOf("CF5\r").size() + 2 * 255);
-    QCOMPARE(before, QVector<QString>(300, QStringLiteral("sleep 100")).toList());
-    QVERIFY(after.contains(QStringLiteral("resolve 127.0.0.1")));
-    const QStringList frames = after.filter(QRegularExpression(QStringLiteral("^send")));
+    QCOMPARE(before, QVector<QString>(300, "sleep 100").toList());
+    QVERIFY(after.contains("resolve 127.0.0.1"));
+    const QStringList frames = after.filter(QRegularExpression("^send"));
     QCOMPARE(frames, (QStringList{FrameOf("*IDN?\r"), FrameOf("CF8\r")}));
 
-    QCOMPARE(status->first(), QStringLiteral("Updating firmware .."));
-    QVERIFY(status->contains(QStringLiteral("Validating Firmware Update .. ")));
+    QCOMPARE(status->first(), "Updating firmware ..");
+    QVERIFY(status->contains("Validating Firmware Update .. "));
     QCOMPARE(StatusLine(), Updated);
-    QCOMPARE(ConnectionLine(), QStringLiteral("Connected to 127.0.0.1"));
+    QCOMPARE(ConnectionLine(), "Connected to 127.0.0.1");
     QVERIFY(!UpdateButton()->isEnabled());
 }
 
@@ -639,7 +637,7 @@ void TabLoadFirmwareTest::theUpdatesDialogCannotBeClosedAndStaysUntilTheValidati
     // It comes up at its second value.
     for (int pass = 1; pass < 300; ++pass) {
         QCOMPARE(values.value(pass - 1), pass);
-        QCOMPARE(labels.value(pass - 1), QStringLiteral("Firmware Update in progress... "));
+        QCOMPARE(labels.value(pass - 1), "Firmware Update in progress... ");
         QCOMPARE(flags.value(pass - 1), 0x02001001);
     }
     QVERIFY(openAtValidation);
@@ -686,10 +684,10 @@ void TabLoadFirmwareTest::aUnitThatDoesNotComeBackFailsTheUpdate()
     scripted::ForgetEvents();
     scripted::SetConnectResult(scripted::ConnectResult::Fails);
     Click(UpdateButton());
-    QCOMPARE(scripted::Events().count(QStringLiteral("open 1")), 4);
+    QCOMPARE(scripted::Events().count("open 1"), 4);
     QVERIFY(!Frames().contains(FrameOf("CF8\r")));
     QCOMPARE(StatusLine(), UpdateFailed);
-    QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+    QCOMPARE(ConnectionLine(), "Not Connected ");
     QVERIFY(VisibleProgress() == nullptr);
     QVERIFY(!LoadButton()->isEnabled());
     QVERIFY(!UpdateButton()->isEnabled());
@@ -702,7 +700,7 @@ void TabLoadFirmwareTest::aValidationThatCannotBeSentFailsTheUpdate()
     scripted::FailSendsFrom(3); // behind the start of the update and the identity
     Click(UpdateButton());
     QCOMPARE(StatusLine(), UpdateFailed);
-    QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+    QCOMPARE(ConnectionLine(), "Not Connected ");
     QVERIFY(VisibleProgress() == nullptr);
 }
 
@@ -712,7 +710,7 @@ void TabLoadFirmwareTest::aValidationWithoutAConnectionFails()
     QCOMPARE(int(Tab().ValidateFirmwareUpdate()), 0);
     QCOMPARE(StatusLine(), UpdateFailed);
     QCOMPARE(Frames(), QStringList());
-    ConnectTo(QStringLiteral("127.0.0.1"));
+    ConnectTo("127.0.0.1");
     QCOMPARE(int(Tab().ValidateFirmwareUpdate()), 1);
 }
 

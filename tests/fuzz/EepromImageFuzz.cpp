@@ -23,12 +23,12 @@ QVector<uchar> Bytes(const uint8_t* data, size_t size)
 void RequireTheTextsOf(const CZKMandatoryEepromBlock& block)
 {
     Require(block.GetNameText().size() <= CZKMandatoryEepromBlock::NameLength);
-    Require(block.GetSerialNumberText().indexOf(QLatin1Char('/')) == 6);
-    Require(block.GetPartNumberText().indexOf(QLatin1Char('.')) == 4);
+    Require(block.GetSerialNumberText().indexOf('/') == 6);
+    Require(block.GetPartNumberText().indexOf('.') == 4);
     Require(block.GetPartNumberText().endsWith(QLatin1Char('.') + block.GetVariantText()));
     Require(block.GetHwCodeText().toInt() == block.HwCode);
-    Require(block.GetProductIndexText().count(QLatin1Char('.')) == 1);
-    Require(block.GetTestInstructionIndexText().count(QLatin1Char('.')) == 1);
+    Require(block.GetProductIndexText().count('.') == 1);
+    Require(block.GetTestInstructionIndexText().count('.') == 1);
     Require(block.GetProductionDateText().size() == 10);
 }
 
@@ -57,13 +57,13 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const QVector<uchar> image = Bytes(data, size);
     const bool valid = ParseStepByStep(image);
 
-    CZKHardwareComponent component(QString(), QStringLiteral("VX440"), 3, 0, 64, 0);
+    CZKHardwareComponent component(QString(), "VX440", 3, 0, 64, 0);
     bool ok = !valid;
     Require(component.ParseImage(image, ok) == valid);
     Require(ok == valid);
     QStringList texts;
     component.AppendRowTexts(texts, 0);
     Require(!valid || texts.size() == Columns);
-    Require(!valid || !component.ReadImageFileName().contains(QLatin1Char('/')));
+    Require(!valid || !component.ReadImageFileName().contains('/'));
     return 0;
 }

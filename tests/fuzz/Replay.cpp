@@ -9,7 +9,7 @@
 
 int main()
 {
-    const QDir corpus(QStringLiteral(VX440_CORPUS));
+    const QDir corpus(VX440_CORPUS);
     const QStringList names = corpus.entryList(QDir::Files);
     for (const QString& name : names) {
         std::printf("%s\n", qPrintable(name));

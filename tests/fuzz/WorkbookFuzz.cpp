@@ -14,7 +14,7 @@ namespace {
 struct Place
 {
     Place()
-        : path(folder.filePath(QStringLiteral("workbook")))
+        : path(folder.filePath("workbook"))
     {
     }
 

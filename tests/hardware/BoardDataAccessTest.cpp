@@ -35,15 +35,13 @@ QByteArray Region(const QByteArray& block, int seed)
 const QByteArray DeviceRegion = Region(Block("15CD5B07", "DEVICE"), 7); // 123456789
 const QByteArray BoardRegion = Region(Block("D2040000", "BOARD"), 11);  // 1234
 
-const QString DeviceFile = QStringLiteral("VX440Read_VX440_123456.bin");
-const QString BoardFile = QStringLiteral("VX440Read_VX440_001234.bin");
+const QString DeviceFile = "VX440Read_VX440_123456.bin";
+const QString BoardFile = "VX440Read_VX440_001234.bin";
 
-const QStringList TenRequests{QStringLiteral("send 4346370D00FF0000"),
-    QStringLiteral("send 4346370D00FF00FF"), QStringLiteral("send 4346370D00FF01FE"),
-    QStringLiteral("send 4346370D00FF02FD"), QStringLiteral("send 4346370D00B403FC"),
-    QStringLiteral("send 4346370D00FF04B0"), QStringLiteral("send 4346370D00FF05AF"),
-    QStringLiteral("send 4346370D00FF06AE"), QStringLiteral("send 4346370D00FF07AD"),
-    QStringLiteral("send 4346370D00B408AC")};
+const QStringList TenRequests{"send 4346370D00FF0000", "send 4346370D00FF00FF",
+    "send 4346370D00FF01FE", "send 4346370D00FF02FD", "send 4346370D00B403FC",
+    "send 4346370D00FF04B0", "send 4346370D00FF05AF", "send 4346370D00FF06AE",
+    "send 4346370D00FF07AD", "send 4346370D00B408AC"};
 
 QByteArray OfAnotherType(QByteArray region)
 {
@@ -71,7 +69,7 @@ QByteArray Content(const QString& path)
 
 QStringList Texts(const char* texts)
 {
-    return QString::fromLatin1(texts).split(QLatin1Char('|'));
+    return QString::fromLatin1(texts).split('|');
 }
 
 } // namespace
@@ -131,7 +129,7 @@ void BoardDataAccessTest::init()
     memory = DeviceRegion + BoardRegion;
     progress.clear();
     image = {1, 2, 3};
-    dialog.reset(new CCustomProgressDialog(QStringLiteral("Reading"), 0, 7));
+    dialog.reset(new CCustomProgressDialog("Reading", 0, 7));
     scripted::Reset();
     scripted::WhenSent([this](const QByteArray& frame) {
         progress.append(dialog->value());
@@ -146,7 +144,7 @@ void BoardDataAccessTest::init()
 
 QDir BoardDataAccessTest::Eeprom() const
 {
-    return QDir(folder->filePath(QStringLiteral("Zelma-Kovinth/VX440/Eeprom")));
+    return QDir(folder->filePath("Zelma-Kovinth/VX440/Eeprom"));
 }
 
 void BoardDataAccessTest::theBlockOfARegionIsARow_data()
@@ -154,10 +152,10 @@ void BoardDataAccessTest::theBlockOfARegionIsARow_data()
     QTest::addColumn<int>("offset");
     QTest::addColumn<QString>("request");
     QTest::addColumn<QStringList>("row");
-    QTest::newRow("device") << 0 << QStringLiteral("send 4346370D00400000")
+    QTest::newRow("device") << 0 << "send 4346370D00400000"
                             << Texts("VX440|DEVICE|123456/789|1234.5678.02|02|03|01.05|00.-1|"
                                      "2026-03-09");
-    QTest::newRow("board") << 1200 << QStringLiteral("send 4346370D004004B0")
+    QTest::newRow("board") << 1200 << "send 4346370D004004B0"
                            << Texts("VX440|BOARD|001234/000|1234.5678.02|02|03|01.05|00.-1|"
                                     "2026-03-09");
 }
@@ -169,8 +167,7 @@ void BoardDataAccessTest::theBlockOfARegionIsARow()
     QStringList texts = Texts("left|over");
     QVERIFY(access.ReadBlockTexts(TheDeviceCommunication(), texts, quint16(offset)));
     QTEST(texts, "row");
-    QCOMPARE(scripted::Events(),
-        (QStringList{QStringLiteral("sleep 10"), request, QStringLiteral("sleep 1000")}));
+    QCOMPARE(scripted::Events(), (QStringList{"sleep 10", request, "sleep 1000"}));
     QCOMPARE(Files(), QStringList());
 }
 
@@ -306,7 +303,7 @@ void BoardDataAccessTest::aLinkLostAtAnyRequestFails()
 
 void BoardDataAccessTest::withoutADirectoryTheReadingFails()
 {
-    qputenv("PROGRAMDATA", QFile::encodeName(folder->filePath(QStringLiteral("missing"))));
+    qputenv("PROGRAMDATA", QFile::encodeName(folder->filePath("missing")));
     QVERIFY(!access.ReadEepromImages(TheDeviceCommunication(), image, dialog.data()));
     QCOMPARE(scripted::Actions(), TenRequests);
     QVERIFY(QDir(folder->path()).isEmpty());
@@ -321,14 +318,12 @@ void BoardDataAccessTest::aRegionIsReadInRequestsOf255Bytes_data()
     const auto row = [](int offset, int size, const QStringList& requests, bool result) {
         QTest::addRow("%d bytes from %d", size, offset) << offset << size << requests << result;
     };
-    row(0, 1, {QStringLiteral("send 4346370D00010000")}, false);
-    row(0, 43, {QStringLiteral("send 4346370D002B0000")}, false);
-    row(0, 44, {QStringLiteral("send 4346370D002C0000")}, true);
-    row(1200, 255, {QStringLiteral("send 4346370D00FF04B0")}, true);
-    row(1200, 256,
-        {QStringLiteral("send 4346370D00FF04B0"), QStringLiteral("send 4346370D000105AF")}, true);
-    row(0, 510, {QStringLiteral("send 4346370D00FF0000"), QStringLiteral("send 4346370D00FF00FF")},
-        true);
+    row(0, 1, {"send 4346370D00010000"}, false);
+    row(0, 43, {"send 4346370D002B0000"}, false);
+    row(0, 44, {"send 4346370D002C0000"}, true);
+    row(1200, 255, {"send 4346370D00FF04B0"}, true);
+    row(1200, 256, {"send 4346370D00FF04B0", "send 4346370D000105AF"}, true);
+    row(0, 510, {"send 4346370D00FF0000", "send 4346370D00FF00FF"}, true);
     row(0, 1200, TenRequests.mid(0, 5), true);
 }
 

@@ -17,14 +17,9 @@ namespace {
 
 constexpr int RegionSize = 1200;
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 QStringList Texts(const char* texts)
 {
-    return Text(texts).split(QLatin1Char('|'));
+    return QString(texts).split('|');
 }
 
 // A block with that serial number, part number 12345678.02 and product index 1.05, and bytes behind
@@ -44,11 +39,11 @@ QByteArray Region(const char* serialLittleEndian, const char* name, int seed)
 const QByteArray DeviceRegion = Region("15CD5B07", "DEVICE", 7); // 123456789
 const QByteArray BoardRegion = Region("00000080", "BOARD", 11);  // printed as -21474/83648
 
-const QString DeviceFile = QStringLiteral("VX440Read_VX440_123456.bin");
-const QString BoardFile = QStringLiteral("VX440Read_VX440_-21474.bin");
+const QString DeviceFile = "VX440Read_VX440_123456.bin";
+const QString BoardFile = "VX440Read_VX440_-21474.bin";
 
-const QString Valid = QStringLiteral("Eeprom data valid");
-const QString Invalid = QStringLiteral("Eeprom data invalid");
+const QString Valid = "Eeprom data valid";
+const QString Invalid = "Eeprom data invalid";
 
 QByteArray Content(const QString& path)
 {
@@ -98,7 +93,7 @@ void BoardDataReadFlowTest::initTestCase()
     qputenv("PROGRAMDATA", QFile::encodeName(folder.path()));
     window = std::make_unique<BoardDataWindow>();
     unit = std::make_unique<SimulatorProcess>(
-        QStringList{Text("--eeprom"), MakeFile(DeviceRegion + BoardRegion)});
+        QStringList{"--eeprom", MakeFile(DeviceRegion + BoardRegion)});
     QVERIFY(unit->IsReady());
 }
 
@@ -111,14 +106,14 @@ void BoardDataReadFlowTest::cleanupTestCase()
 void BoardDataReadFlowTest::init()
 {
     WarningsFail::init();
-    QVERIFY(unit->Tell(Text("clear")));
-    if (ConnectionLine() != Text("Connected to ") + unit->Address()) {
+    QVERIFY(unit->Tell("clear"));
+    if (ConnectionLine() != QString("Connected to ") + unit->Address()) {
         ConnectTo(unit->Address());
     }
     unit->Forget();
     QDir(Eeprom()).removeRecursively();
     for (const int set : {0, 1}) {
-        TheDeviceDatabase()->SetBoardName(Text("kept"), set);
+        TheDeviceDatabase()->SetBoardName("kept", set);
     }
 }
 
@@ -131,7 +126,7 @@ QString BoardDataReadFlowTest::MakeFile(const QByteArray& content)
 
 QDir BoardDataReadFlowTest::Eeprom() const
 {
-    return QDir(folder.filePath(Text("Zelma-Kovinth/VX440/Eeprom")));
+    return QDir(folder.filePath("Zelma-Kovinth/VX440/Eeprom"));
 }
 
 void BoardDataReadFlowTest::connectingShowsTheProductIndex()
@@ -141,9 +136,9 @@ void BoardDataReadFlowTest::connectingShowsTheProductIndex()
     QCOMPARE(unit->Commands(),
         Texts("*IDN?|GET:OPTION:INTERNAL?|GET:OPTION:DESC?|CF0|CF0|CF7 00400000|CF7 004004B0"));
     QCOMPARE(StatusLine(), Valid);
-    QCOMPARE(Find<QLineEdit>("txtProductIndex")->text(), Text("01.05"));
-    QCOMPARE(Find<QLineEdit>("txtPartNumber")->text(), Text("1234.5678.02"));
-    QCOMPARE(Find<QLineEdit>("txtSerialNumber")->text(), Text("123456"));
+    QCOMPARE(Find<QLineEdit>("txtProductIndex")->text(), "01.05");
+    QCOMPARE(Find<QLineEdit>("txtPartNumber")->text(), "1234.5678.02");
+    QCOMPARE(Find<QLineEdit>("txtSerialNumber")->text(), "123456");
     QCOMPARE(Names(), Texts("DEVICE|BOARD"));
 }
 
@@ -161,7 +156,7 @@ void BoardDataReadFlowTest::bothRegionsComeAsFiles()
         unit->Commands(), Texts("CF7 00FF0000|CF7 00FF00FF|CF7 00FF01FE|CF7 00FF02FD|CF7 00B403FC|"
                                 "CF7 00FF04B0|CF7 00FF05AF|CF7 00FF06AE|CF7 00FF07AD|CF7 00B408AC|"
                                 "CF7 00400000|CF7 004004B0"));
-    QCOMPARE(StatusLine(), Text("Successfully read from device EEPROM."));
+    QCOMPARE(StatusLine(), "Successfully read from device EEPROM.");
     QCOMPARE(Eeprom().entryList(QDir::Files).size(), 2);
     QCOMPARE(Content(Eeprom().filePath(DeviceFile)), DeviceRegion);
     QCOMPARE(Content(Eeprom().filePath(BoardFile)), BoardRegion);
@@ -174,7 +169,7 @@ void BoardDataReadFlowTest::aFaultOfABlockIsSeenInTheModel_data()
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QString>("status");
     const auto row = [](const char* fault, const char* names, const QString& status) {
-        QTest::newRow(fault) << Text(fault) << Texts(names) << status;
+        QTest::newRow(fault) << QString(fault) << Texts(names) << status;
     };
     row("silent:CF7:1", "kept|BOARD", Valid);
     row("silent:CF7:2", "DEVICE|kept", Invalid);
@@ -193,14 +188,14 @@ void BoardDataReadFlowTest::aFaultOfABlockIsSeenInTheModel_data()
 void BoardDataReadFlowTest::aFaultOfABlockIsSeenInTheModel()
 {
     QFETCH(QString, fault);
-    QVERIFY(unit->Tell(Text("fault ") + fault));
+    QVERIFY(unit->Tell(QString("fault ") + fault));
     window->Tab()->ConnectionStatusChanged();
     QTEST(Names(), "names");
     QTEST(StatusLine(), "status");
-    if (fault.startsWith(QLatin1String("resetting"))) {
+    if (fault.startsWith("resetting")) {
         // A reset behind the last request is noticed by the next command.
         window->Tab()->ConnectionStatusChanged();
-        QCOMPARE(ConnectionLine(), Text("Not Connected "));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QVERIFY(!window->IsEnabled("btnReadAll"));
     }
 }
@@ -211,7 +206,7 @@ void BoardDataReadFlowTest::aFaultOfARegionIsTold_data()
     QTest::addColumn<bool>("read");
     QTest::addColumn<QStringList>("files");
     const auto row = [](const char* fault, bool read, const QStringList& files) {
-        QTest::newRow(fault) << Text(fault) << read << files;
+        QTest::newRow(fault) << QString(fault) << read << files;
     };
     row("silent:CF7:1", true, {BoardFile});
     row("silent:CF7:6", false, {DeviceFile});
@@ -223,14 +218,14 @@ void BoardDataReadFlowTest::aFaultOfARegionIsTold()
 {
     QFETCH(QString, fault);
     QFETCH(bool, read);
-    QVERIFY(unit->Tell(Text("fault ") + fault));
+    QVERIFY(unit->Tell(QString("fault ") + fault));
     Click(window->Child<QPushButton>("btnReadAll"));
-    QCOMPARE(StatusLine(), read ? Text("Successfully read from device EEPROM.")
-                                : Text("Could not read data from device EEPROM."));
+    QCOMPARE(StatusLine(),
+        read ? "Successfully read from device EEPROM." : "Could not read data from device EEPROM.");
     QTEST(Eeprom().entryList(QDir::Files), "files");
     QCOMPARE(Names(), read ? Texts("DEVICE|BOARD") : Texts("kept|kept"));
-    const bool connected = ConnectionLine() == Text("Connected to ") + unit->Address();
-    QCOMPARE(connected, fault.startsWith(QLatin1String("silent")));
+    const bool connected = ConnectionLine() == QString("Connected to ") + unit->Address();
+    QCOMPARE(connected, fault.startsWith("silent"));
 }
 
 void BoardDataReadFlowTest::aMemoryWithoutABoardBlockIsTold_data()
@@ -243,14 +238,14 @@ void BoardDataReadFlowTest::aMemoryWithoutABoardBlockIsTold_data()
 void BoardDataReadFlowTest::aMemoryWithoutABoardBlockIsTold()
 {
     QFETCH(QByteArray, memory);
-    SimulatorProcess other({Text("--eeprom"), MakeFile(memory)});
+    SimulatorProcess other({"--eeprom", MakeFile(memory)});
     QVERIFY(other.IsReady());
     ConnectTo(other.Address());
     QCOMPARE(StatusLine(), Invalid);
     const bool erased = memory.startsWith('\xFF');
-    QCOMPARE(Find<QLineEdit>("txtProductIndex")->text(), erased ? QString() : Text("01.05"));
+    QCOMPARE(Find<QLineEdit>("txtProductIndex")->text(), erased ? QString() : "01.05");
     Click(window->Child<QPushButton>("btnReadAll"));
-    QCOMPARE(StatusLine(), Text("Could not read data from device EEPROM."));
+    QCOMPARE(StatusLine(), "Could not read data from device EEPROM.");
     QCOMPARE(Eeprom().entryList(QDir::Files), erased ? QStringList() : QStringList{DeviceFile});
 }
 

@@ -36,7 +36,7 @@ void Note(AskedForFile& asked, const QFileDialog& dialog)
 {
     asked.title = dialog.windowTitle();
     asked.filters = dialog.nameFilters();
-    asked.name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+    asked.name = dialog.findChild<QLineEdit*>("fileNameEdit")->text();
     asked.mode = dialog.fileMode();
     ++asked.times;
 }
@@ -44,7 +44,7 @@ void Note(AskedForFile& asked, const QFileDialog& dialog)
 // The list of suggestions may take the first Return.
 void Answer(QFileDialog& dialog, const QString& path)
 {
-    dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path);
     while (dialog.isVisible()) {
         QTest::keyClick(dialog.windowHandle(), path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
         QCoreApplication::processEvents();

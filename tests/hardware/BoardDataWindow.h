@@ -20,7 +20,7 @@ public:
     template<class Widget>
     Widget* Child(const char* name) const
     {
-        return tab->findChild<Widget*>(QLatin1String(name));
+        return tab->findChild<Widget*>(name);
     }
 
     bool IsEnabled(const char* name) const { return Child<QWidget>(name)->isEnabled(); }

@@ -14,11 +14,6 @@
 
 namespace {
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 QByteArray Content(const QString& path)
 {
     QFile file(path);
@@ -64,8 +59,8 @@ private slots:
 private:
     void WriteFile(const QByteArray& region, const QByteArray& content);
     void Retype(const char* field, const QString& text);
-    QString Saved() const { return folder.filePath(Text("saved.eeprom")); }
-    QStringList UnitOptions() const { return {Text("--save-eeprom"), Saved()}; }
+    QString Saved() const { return folder.filePath("saved.eeprom"); }
+    QStringList UnitOptions() const { return {"--save-eeprom", Saved()}; }
 
     QTemporaryDir folder;
     std::unique_ptr<BoardDataWindow> window;
@@ -85,7 +80,7 @@ void BoardDataWriteFlowTest::cleanupTestCase()
 
 void BoardDataWriteFlowTest::WriteFile(const QByteArray& region, const QByteArray& content)
 {
-    QFile file(folder.filePath(Text("data.bin")));
+    QFile file(folder.filePath("data.bin"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), qint64(content.size()));
     file.close();
@@ -125,41 +120,44 @@ void BoardDataWriteFlowTest::aFileReachesTheUnitButForItsLastByte()
     WriteFile(region, Block + '\0'); // so that the memory is in the file
     QByteArray memory = Content(Saved());
     QCOMPARE(memory.mid(offset, Block.size()), Block);
-    const QString address = offset == 0 ? Text("0000") : Text("04B0");
-    const QStringList reading{Text("CF7 00400000"), Text("CF7 004004B0")};
+    const QString address = offset == 0 ? "0000" : "04B0";
+    const QStringList reading{"CF7 00400000", "CF7 004004B0"};
     for (const int size : qAsConst(sizes)) {
         unit.Forget();
         const QByteArray content = RegionFile(size);
         const QByteArray sent = content.left(qMin(size, 1200)).chopped(size > 0 ? 1 : 0);
         WriteFile(region, content);
-        QCOMPARE(unit.Commands(), QStringList{Text("CF6 ") + address + Hex(sent)} + reading);
+        QCOMPARE(unit.Commands(), QStringList{QString("CF6 ") + address + Hex(sent)} + reading);
         QCOMPARE(Content(Saved()), memory.replace(offset, sent.size(), sent));
-        QCOMPARE(StatusLine(), Text("Data written to the device successfully."));
+        QCOMPARE(StatusLine(), "Data written to the device successfully.");
     }
-    QCOMPARE(window->TextOf(("txt" + region + "Name").constData()), Text("REWRITTEN"));
-    QCOMPARE(window->TextOf(("txt" + region + "SerialNumber").constData()), Text("123456"));
+    QCOMPARE(window->TextOf(("txt" + region + "Name").constData()), "REWRITTEN");
+    QCOMPARE(window->TextOf(("txt" + region + "SerialNumber").constData()), "123456");
 }
 
 void BoardDataWriteFlowTest::anAnswerOfTheUnitIsTold_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QString>("status");
-    QTest::newRow("refused") << Text("refusing") << Text("EEPROM data write failed!");
-    QTest::newRow("no answer") << Text("silent") << Text("An error occoured during transmission.");
-    QTest::newRow("reset") << Text("resetting") << Text("An error occoured during transmission.");
+    QTest::newRow("refused") << "refusing"
+                             << "EEPROM data write failed!";
+    QTest::newRow("no answer") << "silent"
+                               << "An error occoured during transmission.";
+    QTest::newRow("reset") << "resetting"
+                           << "An error occoured during transmission.";
 }
 
 void BoardDataWriteFlowTest::anAnswerOfTheUnitIsTold()
 {
     QFETCH(QString, fault);
-    SimulatorProcess unit(UnitOptions() + QStringList{Text("--fault"), fault + Text(":CF6")});
+    SimulatorProcess unit(UnitOptions() + QStringList{"--fault", fault + ":CF6"});
     QVERIFY(unit.IsReady());
     ConnectTo(unit.Address());
     const QString name = window->TextOf("txtDeviceName");
     unit.Forget();
     WriteFile("Device", Block + '\0');
     QTEST(StatusLine(), "status");
-    QCOMPARE(unit.Commands(), QStringList{Text("CF6 0000") + Hex(Block)});
+    QCOMPARE(unit.Commands(), QStringList{QString("CF6 0000") + Hex(Block)});
     QCOMPARE(window->TextOf("txtDeviceName"), name);
     QCOMPARE(window->TextOf("txtDeviceDataFile"), QString());
     QVERIFY(!window->IsEnabled("btnWriteDeviceData"));
@@ -167,36 +165,35 @@ void BoardDataWriteFlowTest::anAnswerOfTheUnitIsTold()
 
 void BoardDataWriteFlowTest::anOldUnitGetsItsNumbersAndKeepsItsMotors()
 {
-    const QString azimuth = Text("501,502,503,504,505,506,507,508,509,510");
-    const QString polar = Text("601,602,603,604,605,606,607,608,609,610");
-    SimulatorProcess unit(
-        {Text("--firmware"), Text("2.99"), Text("--azimuth"), azimuth, Text("--polar"), polar});
+    const QString azimuth = "501,502,503,504,505,506,507,508,509,510";
+    const QString polar = "601,602,603,604,605,606,607,608,609,610";
+    SimulatorProcess unit({"--firmware", "2.99", "--azimuth", azimuth, "--polar", polar});
     QVERIFY(unit.IsReady());
     ConnectTo(unit.Address());
-    QCOMPARE(unit.Commands(), (QStringList{Text("*IDN?"), Text("GET:OPTION:INTERNAL?"),
-                                  Text("GET:OPTION:DESC?"), Text("CF0"), Text("CF0")}));
+    QCOMPARE(unit.Commands(),
+        (QStringList{"*IDN?", "GET:OPTION:INTERNAL?", "GET:OPTION:DESC?", "CF0", "CF0"}));
     QVERIFY(!window->IsVisible("boxBoard"));
-    TheDeviceDatabase()->SetMacAddress(Text("02:4C:7E:00:01:29")); // the loopback has none
-    Retype("txtDevicePartNumber", Text("9876.5432.10"));
-    Retype("txtDeviceSerialNumber", Text("424242"));
+    TheDeviceDatabase()->SetMacAddress("02:4C:7E:00:01:29"); // the loopback has none
+    Retype("txtDevicePartNumber", "9876.5432.10");
+    Retype("txtDeviceSerialNumber", "424242");
     unit.Forget();
 
     Click(window->Child<QPushButton>("btnWriteOld"));
 
-    QCOMPARE(StatusLine(), Text("Board Data updated successfully. "));
-    QCOMPARE(ConnectionLine(), Text("Connected to ") + unit.Address());
-    QVERIFY(unit.WaitForLine(Text("connected ")));
+    QCOMPARE(StatusLine(), "Board Data updated successfully. ");
+    QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
+    QVERIFY(unit.WaitForLine("connected "));
     const QStringList commands = unit.Commands();
     QCOMPARE(commands.size(), 1);
     QCOMPARE(commands.first().size(), 4 + 2 * 127);
-    QCOMPARE(unit.State(Text("part")), Text("9876.5432.10"));
-    QCOMPARE(unit.State(Text("serial")), Text("424242"));
-    QCOMPARE(unit.State(Text("mac")), Text("02:4C:7E:00:01:29"));
-    QCOMPARE(unit.State(Text("azimuth")), azimuth);
-    QCOMPARE(unit.State(Text("polar")), polar);
-    QCOMPARE(unit.State(Text("address")), unit.Address());
-    QCOMPARE(window->TextOf("txtDevicePartNumber"), Text("9876.5432.10"));
-    QCOMPARE(window->TextOf("txtDeviceSerialNumber"), Text("424242"));
+    QCOMPARE(unit.State("part"), "9876.5432.10");
+    QCOMPARE(unit.State("serial"), "424242");
+    QCOMPARE(unit.State("mac"), "02:4C:7E:00:01:29");
+    QCOMPARE(unit.State("azimuth"), azimuth);
+    QCOMPARE(unit.State("polar"), polar);
+    QCOMPARE(unit.State("address"), unit.Address());
+    QCOMPARE(window->TextOf("txtDevicePartNumber"), "9876.5432.10");
+    QCOMPARE(window->TextOf("txtDeviceSerialNumber"), "424242");
 }
 
 // Qt's dialog keeps its last folder in the user's settings: not in those of whoever runs the test.

@@ -10,11 +10,6 @@ namespace {
 constexpr char Variable[] = "PROGRAMDATA";
 constexpr char Mark[] = "VX440_TEST_ON_A_SMALL_DISK";
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 // A region whose block has the serial number 123456789.
 QVector<uchar> Region()
 {
@@ -52,10 +47,10 @@ void EepromFullDiskTest::anImageThatFindsNoRoomIsNotSaved()
     CBoardDataAccess access;
     QVERIFY(access.SaveRegionImage(Region()));
     const QString folder = QFile::decodeName(qgetenv(Variable));
-    const QDir eeprom(folder + Text("/Zelma-Kovinth/VX440/Eeprom"));
-    QVERIFY(QFile::remove(eeprom.filePath(Text("VX440Read_VX440_123456.bin"))));
+    const QDir eeprom(folder + "/Zelma-Kovinth/VX440/Eeprom");
+    QVERIFY(QFile::remove(eeprom.filePath("VX440Read_VX440_123456.bin")));
 
-    QFile rest(folder + Text("/rest"));
+    QFile rest(folder + "/rest");
     QVERIFY(FillSmallDisk(rest));
 
     QVERIFY(!access.SaveRegionImage(Region()));

@@ -27,14 +27,9 @@ namespace {
 constexpr int RegionSize = 1200;
 constexpr int StatusColumn = 1;
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 QStringList Texts(const char* texts)
 {
-    return Text(texts).split(QLatin1Char('|'));
+    return QString(texts).split('|');
 }
 
 // Part number 12345678.02, product index 1.05, serial number 123456789, 2026-03-09, test
@@ -60,10 +55,10 @@ constexpr const char* BoardFields[] = {"txtBoardPartNumber", "txtBoardProductInd
 
 const QStringList BlockRequests = Texts("send 4346370D00400000|send 4346370D004004B0");
 
-const QString NotConnected = QStringLiteral("Not connected to any device!");
-const QString Written = QStringLiteral("Data written to the device successfully.");
-const QString NoClearAnswer = QStringLiteral("An error occoured during transmission.");
-const QString WriteFailed = QStringLiteral("EEPROM data write failed!");
+const QString NotConnected = "Not connected to any device!";
+const QString Written = "Data written to the device successfully.";
+const QString NoClearAnswer = "An error occoured during transmission.";
+const QString WriteFailed = "EEPROM data write failed!";
 
 QByteArray Region(const QByteArray& block)
 {
@@ -242,8 +237,8 @@ void TabBoardDataNewTest::init()
     scripted::Reset();
     scripted::WhenSent([this](const QByteArray& frame) { Answer(frame); });
     Model().ResetData();
-    Model().SetIpAddress(QStringLiteral("127.0.0.1"));
-    Model().SetFirmwareVersion(QStringLiteral("3.10\r"));
+    Model().SetIpAddress("127.0.0.1");
+    Model().SetFirmwareVersion("3.10\r");
     Connect();
     window->Tab()->ConnectionStatusChanged();
     window->Tab()->UpdateControls();
@@ -261,7 +256,7 @@ void TabBoardDataNewTest::init()
         Model().SetBoardName(QString(), set);
     }
     Model().SetVariant(QString());
-    Model().SetApplicationStatus(QStringLiteral("before"));
+    Model().SetApplicationStatus("before");
     scripted::ForgetEvents();
 }
 
@@ -298,7 +293,7 @@ void TabBoardDataNewTest::ChooseFile(const QByteArray& region, const QString& pa
 
 QString TabBoardDataNewTest::MakeFile(const QByteArray& content, const char* name)
 {
-    QFile file(folder->filePath(Text(name)));
+    QFile file(folder->filePath(QString(name)));
     const bool made = file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
     return made ? file.fileName() : QString();
 }
@@ -344,7 +339,7 @@ void TabBoardDataNewTest::theDialogsSlotsShowAPageOnly()
         QVERIFY(!tab->isVisible());
     }
     const int current = pages->currentIndex();
-    const int page = pages->addTab(tab, Text("Board Data"));
+    const int page = pages->addTab(tab, "Board Data");
     pages->setCurrentIndex(page);
     for (const bool enabled : {false, true}) {
         tab->setEnabled(enabled);
@@ -361,7 +356,7 @@ void TabBoardDataNewTest::theDialogsSlotsShowAPageOnly()
 
 void TabBoardDataNewTest::theFormHasItsSizes()
 {
-    QCOMPARE(window->Tab()->objectName(), QStringLiteral("TabBoardDataNew"));
+    QCOMPARE(window->Tab()->objectName(), "TabBoardDataNew");
     QCOMPARE(window->Tab()->minimumSize(), QSize(850, 310));
     QCOMPARE(window->Tab()->maximumSize(), QSize(850, 340));
 }
@@ -373,7 +368,7 @@ void TabBoardDataNewTest::everyWidgetIsThere_data()
     QTest::addColumn<QString>("text");
     const auto row = [](const char* name, const char* className, const char* parent,
                          const char* text) {
-        QTest::newRow(name) << Text(className) << Text(parent) << Text(text);
+        QTest::newRow(name) << QString(className) << QString(parent) << QString(text);
     };
     row("groupBox", "QGroupBox", "TabBoardDataNew", "Device");
     row("boxBoard", "QGroupBox", "TabBoardDataNew", "Board");
@@ -414,9 +409,9 @@ void TabBoardDataNewTest::everyWidgetIsThere()
     QFETCH(QString, className);
     const auto* const widget = window->Child<QWidget>(QTest::currentDataTag());
     QVERIFY(widget != nullptr);
-    QCOMPARE(Text(widget->metaObject()->className()), className);
+    QCOMPARE(QString(widget->metaObject()->className()), className);
     QTEST(widget->parentWidget()->objectName(), "parent");
-    const char* const property = className == QLatin1String("QGroupBox") ? "title" : "text";
+    const char* const property = className == "QGroupBox" ? "title" : "text";
     QTEST(widget->property(property).toString(), "text");
 }
 
@@ -425,7 +420,7 @@ void TabBoardDataNewTest::theWidgetsStandInTheirOrder()
     QStringList names;
     for (const char* const box :
         {"groupBox", "boxBoard", "widOldFirmwareItems", "widNewFirmwareItems"}) {
-        names.append(Text(box));
+        names.append(QString(box));
         const QObjectList& children = window->Child<QWidget>(box)->children();
         for (const QObject* const child : children) {
             names.append(child->objectName());
@@ -449,7 +444,7 @@ void TabBoardDataNewTest::theGroupsHaveTheirLetters()
 {
     for (const char* const box : {"groupBox", "boxBoard"}) {
         QCOMPARE(window->Child<QGroupBox>(box)->styleSheet(),
-            QStringLiteral("QGroupBox\n{\n    font-size: 12px;\n    font-weight: bold;\n}"));
+            "QGroupBox\n{\n    font-size: 12px;\n    font-weight: bold;\n}");
     }
 }
 
@@ -502,7 +497,7 @@ void TabBoardDataNewTest::noTextIsCut()
     }
     for (const char* const field : BoardFields) {
         const auto* const edit = window->Child<QLineEdit>(field);
-        const int text = edit->fontMetrics().horizontalAdvance(QStringLiteral("WWWWWWWWWWWWWW"));
+        const int text = edit->fontMetrics().horizontalAdvance("WWWWWWWWWWWWWW");
         QVERIFY2(text < edit->width(), field);
     }
 }
@@ -530,33 +525,33 @@ void TabBoardDataNewTest::aFieldFollowsItsColumn()
 {
     QFETCH(int, column);
     const QMap<int, std::function<void()>> setters{
-        {7, [] { Model().SetPartNumber(Text("new"), 0); }},
-        {9, [] { Model().SetProductIndex(Text("new"), 0); }},
-        {10, [] { Model().SetSerialNumber(Text("new"), 0); }},
-        {11, [] { Model().SetProductionDate(Text("new"), 0); }},
-        {12, [] { Model().SetTestInstructionIndex(Text("new"), 0); }},
-        {13, [] { Model().SetBoardName(Text("new"), 0); }},
-        {14, [] { Model().SetPartNumber(Text("new"), 1); }},
-        {15, [] { Model().SetProductIndex(Text("new"), 1); }},
-        {16, [] { Model().SetSerialNumber(Text("new"), 1); }},
-        {17, [] { Model().SetProductionDate(Text("new"), 1); }},
-        {18, [] { Model().SetTestInstructionIndex(Text("new"), 1); }},
-        {19, [] { Model().SetBoardName(Text("new"), 1); }},
+        {7, [] { Model().SetPartNumber("new", 0); }},
+        {9, [] { Model().SetProductIndex("new", 0); }},
+        {10, [] { Model().SetSerialNumber("new", 0); }},
+        {11, [] { Model().SetProductionDate("new", 0); }},
+        {12, [] { Model().SetTestInstructionIndex("new", 0); }},
+        {13, [] { Model().SetBoardName("new", 0); }},
+        {14, [] { Model().SetPartNumber("new", 1); }},
+        {15, [] { Model().SetProductIndex("new", 1); }},
+        {16, [] { Model().SetSerialNumber("new", 1); }},
+        {17, [] { Model().SetProductionDate("new", 1); }},
+        {18, [] { Model().SetTestInstructionIndex("new", 1); }},
+        {19, [] { Model().SetBoardName("new", 1); }},
     };
     setters.value(column)();
-    QCOMPARE(window->TextOf(QTest::currentDataTag()), QStringLiteral("new"));
-    QCOMPARE((FieldTexts(DeviceFields) + FieldTexts(BoardFields)).count(Text("new")), 1);
+    QCOMPARE(window->TextOf(QTest::currentDataTag()), "new");
+    QCOMPARE((FieldTexts(DeviceFields) + FieldTexts(BoardFields)).count("new"), 1);
 }
 
 void TabBoardDataNewTest::theGenerationDecidesWhatIsOnShow_data()
 {
     QTest::addColumn<QString>("version");
     QTest::addColumn<bool>("old");
-    QTest::newRow("3.00 is new") << Text("3.00\r") << false;
-    QTest::newRow("3.10 is new") << Text("3.10") << false;
-    QTest::newRow("2.99 is old") << Text("2.99\r") << true;
+    QTest::newRow("3.00 is new") << "3.00\r" << false;
+    QTest::newRow("3.10 is new") << "3.10" << false;
+    QTest::newRow("2.99 is old") << "2.99\r" << true;
     QTest::newRow("unknown is old") << QString() << true;
-    QTest::newRow("no number is old") << Text("V3.1") << true;
+    QTest::newRow("no number is old") << "V3.1" << true;
 }
 
 void TabBoardDataNewTest::theGenerationDecidesWhatIsOnShow()
@@ -566,7 +561,7 @@ void TabBoardDataNewTest::theGenerationDecidesWhatIsOnShow()
     Model().SetFirmwareVersion(version);
     window->Tab()->ConnectionStatusChanged();
     QCOMPARE(scripted::Actions(), old ? QStringList() : BlockRequests);
-    QCOMPARE(StatusLine(), old ? QStringLiteral("before") : QStringLiteral("Eeprom data valid"));
+    QCOMPARE(StatusLine(), old ? "before" : "Eeprom data valid");
 
     QCOMPARE(window->IsVisible("widNewFirmwareItems"), !old);
     QCOMPARE(window->IsVisible("btnReadAll"), !old);
@@ -598,9 +593,9 @@ void TabBoardDataNewTest::newFirmwareWithoutALinkSaysSo()
 
 void TabBoardDataNewTest::newFirmwareShowsAgainWhatOldFirmwareHid()
 {
-    Model().SetFirmwareVersion(Text("2.5"));
+    Model().SetFirmwareVersion("2.5");
     window->Tab()->ConnectionStatusChanged();
-    Model().SetFirmwareVersion(Text("3.0"));
+    Model().SetFirmwareVersion("3.0");
     window->Tab()->ConnectionStatusChanged();
     QVERIFY(window->IsVisible("widNewFirmwareItems"));
     QVERIFY(window->IsVisible("boxBoard"));
@@ -619,24 +614,24 @@ void TabBoardDataNewTest::theBlocksFillTheirColumns_data()
     const QByteArray device = Region(DeviceBlock);
     const QByteArray board = Region(BoardBlock);
     const QByteArray erased(RegionSize, '\xFF');
-    const QString valid = Text("Eeprom data valid");
-    const QString invalid = Text("Eeprom data invalid");
+    const QString valid = "Eeprom data valid";
+    const QString invalid = "Eeprom data invalid";
     QTest::newRow("both, and the board's variant stays")
-        << device + board << DeviceTexts << BoardTexts << Text("07") << valid;
+        << device + board << DeviceTexts << BoardTexts << "07" << valid;
     QTest::newRow("a device of another type goes unnoticed")
-        << OfAnotherType(device) + board << NoTexts << BoardTexts << Text("07") << valid;
+        << OfAnotherType(device) + board << NoTexts << BoardTexts << "07" << valid;
     QTest::newRow("an erased device goes unnoticed")
-        << erased + board << NoTexts << BoardTexts << Text("07") << valid;
+        << erased + board << NoTexts << BoardTexts << "07" << valid;
     QTest::newRow("a board of another type")
-        << device + OfAnotherType(board) << DeviceTexts << NoTexts << Text("02") << invalid;
+        << device + OfAnotherType(board) << DeviceTexts << NoTexts << "02" << invalid;
     QTest::newRow("an erased board")
-        << device + erased << DeviceTexts << NoTexts << Text("02") << invalid;
+        << device + erased << DeviceTexts << NoTexts << "02" << invalid;
     QTest::newRow("silence") << QByteArray() << NoTexts << NoTexts << QString() << invalid;
     QTest::newRow("an answer of one byte")
         << DeviceBlock.left(1) << NoTexts << NoTexts << QString() << invalid;
     // What is missing cannot be told from data.
     QTest::newRow("an answer that ends inside the name")
-        << DeviceBlock.left(32) << DeviceTexts.mid(0, 5) + Texts("VX") << NoTexts << Text("02")
+        << DeviceBlock.left(32) << DeviceTexts.mid(0, 5) + Texts("VX") << NoTexts << "02"
         << invalid;
     QTest::newRow("garbage") << QByteArray(2400, '\x5A') << NoTexts << NoTexts << QString()
                              << invalid;
@@ -679,8 +674,8 @@ void TabBoardDataNewTest::aLinkLostWhileReadingABlockIsInvalid()
     window->Tab()->ConnectionStatusChanged();
     QTEST(FieldTexts(DeviceFields), "device");
     QCOMPARE(FieldTexts(BoardFields), NoTexts);
-    QCOMPARE(StatusLine(), Text("Eeprom data invalid"));
-    QCOMPARE(ConnectionLine(), Text("Not Connected "));
+    QCOMPARE(StatusLine(), "Eeprom data invalid");
+    QCOMPARE(ConnectionLine(), "Not Connected ");
     QVERIFY(!window->IsEnabled("btnReadAll"));
 }
 
@@ -711,14 +706,14 @@ void TabBoardDataNewTest::aLostLinkDisablesTheButtons()
     for (const char* const button : {"btnReadAll", "btnWriteBoardData", "btnWriteOld"}) {
         QVERIFY2(!window->IsEnabled(button), button);
     }
-    QCOMPARE(StatusLine(), Text("Could not read data from device EEPROM."));
+    QCOMPARE(StatusLine(), "Could not read data from device EEPROM.");
 }
 
 void TabBoardDataNewTest::theFileDialogAsks_data()
 {
     QTest::addColumn<QString>("button");
-    QTest::newRow("device") << Text("btnDeviceDataFileSelector");
-    QTest::newRow("board") << Text("btnBoardDataFileSelector");
+    QTest::newRow("device") << "btnDeviceDataFileSelector";
+    QTest::newRow("board") << "btnBoardDataFileSelector";
 }
 
 void TabBoardDataNewTest::theFileDialogAsks()
@@ -727,7 +722,7 @@ void TabBoardDataNewTest::theFileDialogAsks()
     const AskedForFile asked =
         ClickAndChoose(window->Tab()->findChild<QToolButton*>(button), QString());
     QCOMPARE(asked.times, 1);
-    QCOMPARE(asked.title, Text("Open bin files"));
+    QCOMPARE(asked.title, "Open bin files");
     QCOMPARE(asked.filters, Texts("files *.bin"));
     QCOMPARE(asked.name, QString());
     QCOMPARE(asked.mode, QFileDialog::ExistingFile);
@@ -736,11 +731,11 @@ void TabBoardDataNewTest::theFileDialogAsks()
 void TabBoardDataNewTest::aChosenFileIsShownWithoutItsDirectory()
 {
     ChooseFile("Device", MakeFile("abc", "one.bin"));
-    QCOMPARE(window->TextOf("txtDeviceDataFile"), Text("one.bin"));
+    QCOMPARE(window->TextOf("txtDeviceDataFile"), "one.bin");
     QCOMPARE(window->TextOf("txtBoardDataFile"), QString());
     ChooseFile("Board", MakeFile("abc", "two.bin"));
-    QCOMPARE(window->TextOf("txtBoardDataFile"), Text("two.bin"));
-    QCOMPARE(StatusLine(), Text("before"));
+    QCOMPARE(window->TextOf("txtBoardDataFile"), "two.bin");
+    QCOMPARE(StatusLine(), "before");
     QCOMPARE(scripted::Events(), QStringList());
 }
 
@@ -768,7 +763,7 @@ void TabBoardDataNewTest::choosingABoardFileDropsTheDeviceFile()
         QVERIFY(window->IsEnabled("btnWriteDeviceData"));
         ChooseFile("Board", chosen ? MakeFile("abc", "board.bin") : QString());
         QVERIFY(!window->IsEnabled("btnWriteDeviceData"));
-        QCOMPARE(window->TextOf("txtDeviceDataFile"), Text("data.bin"));
+        QCOMPARE(window->TextOf("txtDeviceDataFile"), "data.bin");
         QCOMPARE(window->IsEnabled("btnWriteBoardData"), chosen);
     }
 }
@@ -786,7 +781,7 @@ void TabBoardDataNewTest::withoutALinkAChosenFileEnablesNothing()
     TheDeviceCommunication()->Disconnect();
     ChooseFile("Device", MakeFile("abc"));
     QVERIFY(!window->IsEnabled("btnWriteDeviceData"));
-    QCOMPARE(window->TextOf("txtDeviceDataFile"), Text("data.bin"));
+    QCOMPARE(window->TextOf("txtDeviceDataFile"), "data.bin");
 }
 
 void TabBoardDataNewTest::aFileIsWrittenButForItsLastByte_data()
@@ -818,8 +813,8 @@ void TabBoardDataNewTest::aFileIsWrittenButForItsLastByte_data()
     for (const auto& region : regions) {
         for (const auto& file : files) {
             QTest::addRow("%s, %d bytes", region.region, file.size)
-                << QByteArray(region.region) << Text(region.address) << file.size << file.sent
-                << Text(file.label);
+                << QByteArray(region.region) << QString(region.address) << file.size << file.sent
+                << QString(file.label);
         }
     }
 }
@@ -838,7 +833,7 @@ void TabBoardDataNewTest::aFileIsWrittenButForItsLastByte()
 
     const Progress progress = ClickWithProgress(("btnWrite" + region + "Data").constData());
 
-    const QString frame = Text("send 4346360D") + address + Hex(content.left(sent));
+    const QString frame = QString("send 4346360D") + address + Hex(content.left(sent));
     QCOMPARE(scripted::Actions().value(0), frame);
     QCOMPARE(frame.size(), 5 + 2 * (sent + 6));
     QCOMPARE(scripted::Actions().mid(1), BlockRequests);
@@ -846,7 +841,7 @@ void TabBoardDataNewTest::aFileIsWrittenButForItsLastByte()
     QCOMPARE(progress.minimum, 0);
     QCOMPARE(progress.maximum, qMin(size, 1200));
     QCOMPARE(progress.modality, Qt::WindowModal);
-    QCOMPARE(progress.status, Text("Writing data to the device .."));
+    QCOMPARE(progress.status, "Writing data to the device ..");
     QCOMPARE(StatusLine(), Written);
     QVERIFY(VisibleProgress() == nullptr);
 }
@@ -870,7 +865,7 @@ void TabBoardDataNewTest::aWriteFailureIsTold()
     Click(window->Child<QPushButton>("btnWriteBoardData"));
     QTEST(StatusLine(), "status");
     QCOMPARE(notified.statuses,
-        (QStringList{Text("Writing data to the device .."), StatusLine(), StatusLine()}));
+        (QStringList{"Writing data to the device ..", StatusLine(), StatusLine()}));
     QCOMPARE(scripted::Actions(), Texts("send 4346360D04B06162"));
     QVERIFY(TheDeviceCommunication()->IsConnected());
     QVERIFY(!window->IsEnabled("btnWriteBoardData"));
@@ -906,15 +901,15 @@ void TabBoardDataNewTest::aFileThatIsGoneIsWrittenAsNothing()
     const QString path = MakeFile("abc");
     ChooseFile("Device", path);
     QVERIFY(QFile::remove(path));
-    const QString told = path + Text(" File could not be found or open");
+    const QString told = path + " File could not be found or open";
     const Notified notified;
     const Progress progress = ClickWithProgress("btnWriteDeviceData");
-    QCOMPARE(progress.label, Text("Sending 0 bytes..."));
+    QCOMPARE(progress.label, "Sending 0 bytes...");
     QCOMPARE(progress.maximum, 0);
     QCOMPARE(scripted::Actions(), Texts("send 4346360D0000") + BlockRequests);
     QCOMPARE(StatusLine(), told);
-    QCOMPARE(notified.statuses, (QStringList{Text("Writing data to the device .."), told,
-                                    Text("Eeprom data valid"), told}));
+    QCOMPARE(notified.statuses,
+        (QStringList{"Writing data to the device ..", told, "Eeprom data valid", told}));
 }
 
 // It would wait here for ever.
@@ -923,13 +918,13 @@ void TabBoardDataNewTest::aPipeIsWrittenAsNothing()
     const QString path = MakeFile("abc");
     ChooseFile("Board", path);
     QVERIFY(QFile::remove(path));
-    if (QProcess::execute(Text("mkfifo"), {path}) != 0) {
+    if (QProcess::execute("mkfifo", {path}) != 0) {
         QSKIP("this system has no pipes with a name");
     }
     Click(window->Child<QPushButton>("btnWriteBoardData"));
     QVERIFY(QFile::remove(path));
     QCOMPARE(scripted::Actions(), Texts("send 4346360D04B0") + BlockRequests);
-    QCOMPARE(StatusLine(), path + Text(" File could not be found or open"));
+    QCOMPARE(StatusLine(), path + " File could not be found or open");
 }
 
 void TabBoardDataNewTest::aFileWithoutPermissionIsWrittenAsNothing()
@@ -942,7 +937,7 @@ void TabBoardDataNewTest::aFileWithoutPermissionIsWrittenAsNothing()
     ChooseFile("Board", path);
     Click(window->Child<QPushButton>("btnWriteBoardData"));
     QCOMPARE(scripted::Actions(), Texts("send 4346360D04B0") + BlockRequests);
-    QCOMPARE(StatusLine(), path + Text(" File could not be found or open"));
+    QCOMPARE(StatusLine(), path + " File could not be found or open");
 }
 
 void TabBoardDataNewTest::aRefusalIsToldInPlaceOfTheMissingFile()
@@ -974,7 +969,7 @@ void TabBoardDataNewTest::aWriteForgetsItsFileAlone()
     Click(window->Child<QPushButton>("btnWriteDeviceData"));
     QCOMPARE(window->TextOf("txtDeviceDataFile"), QString());
     QVERIFY(!window->IsEnabled("btnWriteDeviceData"));
-    QCOMPARE(window->TextOf("txtBoardDataFile"), Text("board.bin"));
+    QCOMPARE(window->TextOf("txtBoardDataFile"), "board.bin");
     QVERIFY(window->IsEnabled("btnWriteBoardData"));
     Click(window->Child<QPushButton>("btnWriteBoardData"));
     QCOMPARE(window->TextOf("txtBoardDataFile"), QString());
@@ -987,8 +982,8 @@ void TabBoardDataNewTest::writingTellsWhatItDoes()
     const Notified notified;
     Click(window->Child<QPushButton>("btnWriteBoardData"));
     // The block is no block any more: that is told only for a moment.
-    QCOMPARE(notified.statuses, (QStringList{Text("Writing data to the device .."), Written,
-                                    Text("Eeprom data invalid"), Written}));
+    QCOMPARE(notified.statuses,
+        (QStringList{"Writing data to the device ..", Written, "Eeprom data invalid", Written}));
 }
 
 void TabBoardDataNewTest::readingAllSavesBothRegions()
@@ -1000,7 +995,7 @@ void TabBoardDataNewTest::readingAllSavesBothRegions()
               "send 4346370D00FF05AF|send 4346370D00FF06AE|send 4346370D00FF07AD|"
               "send 4346370D00B408AC") +
             BlockRequests);
-    const QDir eeprom(folder->filePath(Text("Zelma-Kovinth/VX440/Eeprom")));
+    const QDir eeprom(folder->filePath("Zelma-Kovinth/VX440/Eeprom"));
     QCOMPARE(eeprom.entryList(QDir::Files, QDir::Name),
         Texts("VX440Read_VX440_001234.bin|VX440Read_VX440_123456.bin"));
     QCOMPARE(FieldTexts(DeviceFields), DeviceTexts);
@@ -1011,11 +1006,11 @@ void TabBoardDataNewTest::readingAllTellsWhatItDoes()
 {
     const Notified notified;
     const Progress progress = ClickWithProgress("btnReadAll");
-    QCOMPARE(progress.label, Text("Reading EEPROM in progress..."));
+    QCOMPARE(progress.label, "Reading EEPROM in progress...");
     QCOMPARE(progress.minimum, 0);
     QCOMPARE(progress.maximum, 2400);
     QCOMPARE(progress.modality, Qt::WindowModal);
-    QCOMPARE(progress.status, Text("Reading EEPROM data from device .."));
+    QCOMPARE(progress.status, "Reading EEPROM data from device ..");
     QCOMPARE(notified.statuses, Texts("Reading EEPROM data from device ..|Eeprom data valid|"
                                       "Successfully read from device EEPROM."));
     QVERIFY(VisibleProgress() == nullptr);
@@ -1036,7 +1031,7 @@ void TabBoardDataNewTest::aBadDeviceRegionGoesUnnoticed()
 {
     memory = QByteArray(RegionSize, '\xFF') + Region(BoardBlock);
     Click(window->Child<QPushButton>("btnReadAll"));
-    QCOMPARE(StatusLine(), Text("Successfully read from device EEPROM."));
+    QCOMPARE(StatusLine(), "Successfully read from device EEPROM.");
     QCOMPARE(FieldTexts(DeviceFields), NoTexts);
     QCOMPARE(FieldTexts(BoardFields), BoardTexts);
 }
@@ -1045,21 +1040,20 @@ void TabBoardDataNewTest::aDirectoryThatCannotBeMadeFailsTheReading()
 {
     qputenv("PROGRAMDATA", QFile::encodeName(MakeFile("in its place")));
     Click(window->Child<QPushButton>("btnReadAll"));
-    QCOMPARE(StatusLine(), Text("Could not read data from device EEPROM."));
+    QCOMPARE(StatusLine(), "Could not read data from device EEPROM.");
     QCOMPARE(scripted::Actions().size(), 10);
 }
 
 void TabBoardDataNewTest::aReadOnlyFileFailsTheReading()
 {
     Click(window->Child<QPushButton>("btnReadAll"));
-    const QString board =
-        folder->filePath(Text("Zelma-Kovinth/VX440/Eeprom/VX440Read_VX440_001234.bin"));
+    const QString board = folder->filePath("Zelma-Kovinth/VX440/Eeprom/VX440Read_VX440_001234.bin");
     QVERIFY(QFile::setPermissions(board, QFileDevice::ReadOwner));
     if (QFileInfo(board).isWritable()) {
         QSKIP("this user may write every file");
     }
     Click(window->Child<QPushButton>("btnReadAll"));
-    QCOMPARE(StatusLine(), Text("Could not read data from device EEPROM."));
+    QCOMPARE(StatusLine(), "Could not read data from device EEPROM.");
 }
 
 void TabBoardDataNewTest::withoutALinkReadAllDoesNothing()
@@ -1078,65 +1072,65 @@ void TabBoardDataNewTest::aClosedProgressDialogDoesNotEndTheReading()
     WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
     Click(window->Child<QPushButton>("btnReadAll"));
     QCOMPARE(scripted::Actions().size(), 12);
-    QCOMPARE(StatusLine(), Text("Successfully read from device EEPROM."));
+    QCOMPARE(StatusLine(), "Successfully read from device EEPROM.");
     QVERIFY(VisibleProgress() == nullptr);
 }
 
 void TabBoardDataNewTest::anOldUnitGetsItsNumbers()
 {
-    Model().SetFirmwareVersion(Text("2.50"));
-    Model().SetMacAddress(Text("02:4C:7E:00:01:29"));
-    Model().SetSubnetMask(Text("255.0.0.0"));
+    Model().SetFirmwareVersion("2.50");
+    Model().SetMacAddress("02:4C:7E:00:01:29");
+    Model().SetSubnetMask("255.0.0.0");
     for (int id = 0; id < 12; ++id) {
         Model().SetMotorParameter(0, id, static_cast<ushort>(0x1100 + id));
         Model().SetMotorParameter(1, id, static_cast<ushort>(0x2200 + id));
     }
     window->Tab()->ConnectionStatusChanged();
-    window->Child<QLineEdit>("txtDevicePartNumber")->setText(Text("1111.2222.33"));
-    window->Child<QLineEdit>("txtDeviceSerialNumber")->setText(Text("987654321"));
+    window->Child<QLineEdit>("txtDevicePartNumber")->setText("1111.2222.33");
+    window->Child<QLineEdit>("txtDeviceSerialNumber")->setText("987654321");
     scripted::WhenSlept([](int) { TheDeviceCommunication()->wait(); });
     const Notified notified;
     Click(window->Child<QPushButton>("btnWriteOld"));
 
     const QString frame = scripted::Actions().value(0);
     QCOMPARE(frame.size(), 5 + 2 * 131);
-    QVERIFY(frame.startsWith(Text("send 4346320D"
-                                  "1100110111021103110411051106110711081109"
-                                  "2200220122022203220422052206220722082209"
-                                  "024C7E000129"
-                                  "7F000001FF000000")));
+    QVERIFY(frame.startsWith("send 4346320D"
+                             "1100110111021103110411051106110711081109"
+                             "2200220122022203220422052206220722082209"
+                             "024C7E000129"
+                             "7F000001FF000000"));
     QVERIFY(frame.contains(Hex("ZELMA&KOVINTH,VX440,1111.2222.33/987654321\r")));
-    QVERIFY(scripted::Actions().contains(Text("connect 50000")));
+    QVERIFY(scripted::Actions().contains("connect 50000"));
     QCOMPARE(notified.statuses, Texts("Changing Board Data ...|Board Data updated successfully. "));
-    QCOMPARE(ColumnText(7), Text("1111.2222.33"));
-    QCOMPARE(ColumnText(10), Text("987654"));
-    QCOMPARE(ColumnText(4), Text("02:4C:7E:00:01:29"));
-    QCOMPARE(ConnectionLine(), Text("Connected to 127.0.0.1"));
+    QCOMPARE(ColumnText(7), "1111.2222.33");
+    QCOMPARE(ColumnText(10), "987654");
+    QCOMPARE(ColumnText(4), "02:4C:7E:00:01:29");
+    QCOMPARE(ConnectionLine(), "Connected to 127.0.0.1");
 }
 
 void TabBoardDataNewTest::anOldUnitThatCannotBeSentToSaysSo()
 {
-    Model().SetFirmwareVersion(Text("2.50"));
+    Model().SetFirmwareVersion("2.50");
     window->Tab()->ConnectionStatusChanged();
-    window->Child<QLineEdit>("txtDevicePartNumber")->setText(Text("1111.2222.33"));
+    window->Child<QLineEdit>("txtDevicePartNumber")->setText("1111.2222.33");
     scripted::FailSendsFrom(1);
     Click(window->Child<QPushButton>("btnWriteOld"));
-    QCOMPARE(StatusLine(), Text("Board Data update failed!."));
-    QVERIFY(!scripted::Actions().contains(Text("connect 50000")));
+    QCOMPARE(StatusLine(), "Board Data update failed!.");
+    QVERIFY(!scripted::Actions().contains("connect 50000"));
     QCOMPARE(ColumnText(7), QString());
-    QCOMPARE(ConnectionLine(), Text("Not Connected "));
+    QCOMPARE(ConnectionLine(), "Not Connected ");
 }
 
 void TabBoardDataNewTest::anOldUnitThatDoesNotComeBackSaysSo()
 {
-    Model().SetFirmwareVersion(Text("2.50"));
+    Model().SetFirmwareVersion("2.50");
     window->Tab()->ConnectionStatusChanged();
-    window->Child<QLineEdit>("txtDevicePartNumber")->setText(Text("1111.2222.33"));
+    window->Child<QLineEdit>("txtDevicePartNumber")->setText("1111.2222.33");
     scripted::SetConnectResult(scripted::ConnectResult::Fails);
     Click(window->Child<QPushButton>("btnWriteOld"));
-    QCOMPARE(StatusLine(), Text("Board Data update failed!."));
+    QCOMPARE(StatusLine(), "Board Data update failed!.");
     QCOMPARE(ColumnText(7), QString());
-    QCOMPARE(ConnectionLine(), Text("Not Connected "));
+    QCOMPARE(ConnectionLine(), "Not Connected ");
 }
 
 // Qt's dialog keeps its last folder in the user's settings: not in those of whoever runs the test.

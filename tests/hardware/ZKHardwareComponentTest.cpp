@@ -39,7 +39,7 @@ QVector<uchar> ImageOfType(int type)
 
 QStringList Texts(const char* texts)
 {
-    return QString::fromLatin1(texts).split(QLatin1Char('|'));
+    return QString::fromLatin1(texts).split('|');
 }
 
 const QStringList GoodRow =
@@ -107,7 +107,7 @@ private:
 };
 
 const QString ZKHardwareComponentTest::Tail =
-    QDir::toNativeSeparators(QStringLiteral("/Zelma-Kovinth/VX440/Eeprom/"));
+    QDir::toNativeSeparators("/Zelma-Kovinth/VX440/Eeprom/");
 
 static_assert(std::has_virtual_destructor<CZKHardwareComponent>::value, "it is made to be derived");
 
@@ -116,8 +116,7 @@ namespace {
 struct Component : CZKHardwareComponent
 {
     explicit Component(quint8 group = 0)
-        : CZKHardwareComponent(
-              QStringLiteral("directory"), QStringLiteral("VX440"), 3, 0, 64, group)
+        : CZKHardwareComponent("directory", "VX440", 3, 0, 64, group)
     {
     }
 };
@@ -160,7 +159,7 @@ void ZKHardwareComponentTest::theDirectoryIsMadeOnTheWay()
 void ZKHardwareComponentTest::aDirectoryThatIsThereIsLeftAsItIs()
 {
     GetEepromDirectory();
-    QFile file(EepromDirectory() + QStringLiteral("kept"));
+    QFile file(EepromDirectory() + "kept");
     QVERIFY(file.open(QIODevice::WriteOnly));
     GetEepromDirectory();
     QVERIFY(file.exists());
@@ -169,7 +168,7 @@ void ZKHardwareComponentTest::aDirectoryThatIsThereIsLeftAsItIs()
 // The test's user may not make a directory there; in a container he may, and it goes again.
 void ZKHardwareComponentTest::withoutTheVariableThePathStartsAtTheSeparator()
 {
-    const QString top = QStringLiteral("/Zelma-Kovinth");
+    const QString top = "/Zelma-Kovinth";
     const bool wasThere = QDir(top).exists();
     qunsetenv(Variable);
     QCOMPARE(GetEepromDirectory(), Tail);
@@ -189,7 +188,7 @@ void ZKHardwareComponentTest::theVariableIsReadAnewOnEveryCall()
 
 void ZKHardwareComponentTest::aDirectoryThatCannotBeMadeIsNotReported()
 {
-    const QString missing = folder->filePath(QStringLiteral("missing"));
+    const QString missing = folder->filePath("missing");
     qputenv(Variable, QFile::encodeName(missing));
     QCOMPARE(GetEepromDirectory(), missing + Tail);
     QVERIFY(!QDir(missing).exists());
@@ -200,7 +199,7 @@ void ZKHardwareComponentTest::aNewComponentHasNoBlock()
     Component component;
     QCOMPARE(Row(component, 0), NoBlockRow);
     QCOMPARE(Row(component, 1), NoBlockRow);
-    QVERIFY(!QDir(QStringLiteral("directory")).exists());
+    QVERIFY(!QDir("directory").exists());
 }
 
 void ZKHardwareComponentTest::aMandatoryBlockIsParsed()
@@ -293,12 +292,9 @@ void ZKHardwareComponentTest::anImageIsNamedAfterItsSerialNumber_data()
 {
     QTest::addColumn<QByteArray>("littleEndian");
     QTest::addColumn<QString>("name");
-    QTest::newRow("nine digits") << QByteArray("15CD5B07")
-                                 << QStringLiteral("VX440Read_VX440_123456.bin");
-    QTest::newRow("four digits") << QByteArray("D2040000")
-                                 << QStringLiteral("VX440Read_VX440_001234.bin");
-    QTest::newRow("printed as negative")
-        << QByteArray("00000080") << QStringLiteral("VX440Read_VX440_-21474.bin");
+    QTest::newRow("nine digits") << QByteArray("15CD5B07") << "VX440Read_VX440_123456.bin";
+    QTest::newRow("four digits") << QByteArray("D2040000") << "VX440Read_VX440_001234.bin";
+    QTest::newRow("printed as negative") << QByteArray("00000080") << "VX440Read_VX440_-21474.bin";
 }
 
 void ZKHardwareComponentTest::anImageIsNamedAfterItsSerialNumber()
@@ -316,67 +312,67 @@ void ZKHardwareComponentTest::aSavedImageIsTheFile()
     for (int i = 0; i < 1200; ++i) {
         bytes.append(static_cast<char>(i % 251));
     }
-    QVERIFY(Component().SaveImage(QStringLiteral("a.bin"), Image(bytes)));
-    QCOMPARE(Content(EepromDirectory() + QStringLiteral("a.bin")), bytes);
+    QVERIFY(Component().SaveImage("a.bin", Image(bytes)));
+    QCOMPARE(Content(EepromDirectory() + "a.bin"), bytes);
     QCOMPARE(QDir(EepromDirectory()).entryList(QDir::Files), Texts("a.bin"));
 }
 
 void ZKHardwareComponentTest::aFileThatStoodThereIsReplacedWhole()
 {
     const QByteArray longer(5000, 'x');
-    QVERIFY(Component().SaveImage(QStringLiteral("a.bin"), Image(longer)));
-    QVERIFY(Component().SaveImage(QStringLiteral("a.bin"), Image(Block)));
-    QCOMPARE(Content(EepromDirectory() + QStringLiteral("a.bin")), Block);
+    QVERIFY(Component().SaveImage("a.bin", Image(longer)));
+    QVERIFY(Component().SaveImage("a.bin", Image(Block)));
+    QCOMPARE(Content(EepromDirectory() + "a.bin"), Block);
 }
 
 void ZKHardwareComponentTest::anImageOfNoBytesIsAnEmptyFile()
 {
-    QVERIFY(Component().SaveImage(QStringLiteral("a.bin"), {}));
-    QCOMPARE(Content(EepromDirectory() + QStringLiteral("a.bin")), QByteArray());
+    QVERIFY(Component().SaveImage("a.bin", {}));
+    QCOMPARE(Content(EepromDirectory() + "a.bin"), QByteArray());
 }
 
 void ZKHardwareComponentTest::whereNoFileCanBeMadeNothingIsSaved_data()
 {
     QTest::addColumn<QString>("data");
     QTest::addColumn<QString>("name");
-    QTest::newRow("the directory cannot be made")
-        << QStringLiteral("missing") << QStringLiteral("a.bin");
-    QTest::newRow("a file has the directory's name")
-        << QStringLiteral("file") << QStringLiteral("a.bin");
-    QTest::newRow("a directory has the file's name") << QString() << QStringLiteral("taken");
+    QTest::newRow("the directory cannot be made") << "missing"
+                                                  << "a.bin";
+    QTest::newRow("a file has the directory's name") << "file"
+                                                     << "a.bin";
+    QTest::newRow("a directory has the file's name") << QString() << "taken";
 }
 
 void ZKHardwareComponentTest::whereNoFileCanBeMadeNothingIsSaved()
 {
     QFETCH(QString, data);
     QFETCH(QString, name);
-    QDir().mkpath(EepromDirectory() + QStringLiteral("taken"));
-    QFile file(folder->filePath(QStringLiteral("file")));
+    QDir().mkpath(EepromDirectory() + "taken");
+    QFile file(folder->filePath("file"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     qputenv(Variable, QFile::encodeName(folder->filePath(data)));
     QVERIFY(!Component().SaveImage(name, Image(Block)));
-    QVERIFY(!QDir(folder->filePath(QStringLiteral("missing"))).exists());
+    QVERIFY(!QDir(folder->filePath("missing")).exists());
 }
 
 void ZKHardwareComponentTest::anOrdinaryUsersClosedFilesAreNotReplaced_data()
 {
     QTest::addColumn<QString>("closed");
-    QTest::newRow("a file that is read-only") << QStringLiteral("a.bin");
+    QTest::newRow("a file that is read-only") << "a.bin";
     QTest::newRow("a folder that is read-only, and the file is new") << QString();
 }
 
 void ZKHardwareComponentTest::anOrdinaryUsersClosedFilesAreNotReplaced()
 {
     QFETCH(QString, closed);
-    QVERIFY(Component().SaveImage(QStringLiteral("a.bin"), Image("before")));
+    QVERIFY(Component().SaveImage("a.bin", Image("before")));
     const QString path = EepromDirectory() + closed;
     QVERIFY(QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::ExeOwner));
     if (QFileInfo(path).isWritable()) {
         QSKIP("this user may write every file");
     }
-    const QString name = closed.isEmpty() ? QStringLiteral("b.bin") : closed;
+    const QString name = closed.isEmpty() ? "b.bin" : closed;
     QVERIFY(!Component().SaveImage(name, Image(Block)));
-    QCOMPARE(Content(EepromDirectory() + QStringLiteral("a.bin")), QByteArray("before"));
+    QCOMPARE(Content(EepromDirectory() + "a.bin"), QByteArray("before"));
     QVERIFY(QFile::setPermissions(
         path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
 }

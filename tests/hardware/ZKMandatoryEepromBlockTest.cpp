@@ -305,11 +305,11 @@ void ZKMandatoryEepromBlockTest::bytesAsTwoDigits_data()
 {
     QTest::addColumn<int>("number");
     QTest::addColumn<QString>("text");
-    QTest::newRow("0") << 0 << QStringLiteral("00");
-    QTest::newRow("9") << 9 << QStringLiteral("09");
-    QTest::newRow("99") << 99 << QStringLiteral("99");
-    QTest::newRow("100") << 100 << QStringLiteral("100");
-    QTest::newRow("255") << 255 << QStringLiteral("255");
+    QTest::newRow("0") << 0 << "00";
+    QTest::newRow("9") << 9 << "09";
+    QTest::newRow("99") << 99 << "99";
+    QTest::newRow("100") << 100 << "100";
+    QTest::newRow("255") << 255 << "255";
 }
 
 void ZKMandatoryEepromBlockTest::bytesAsTwoDigits()
@@ -349,11 +349,11 @@ void ZKMandatoryEepromBlockTest::indices()
     Body product;
     product.productIndex = static_cast<qint16>(hundredths);
     QTEST(Parsed(product).GetProductIndexText(), "text");
-    QCOMPARE(Parsed(product).GetTestInstructionIndexText(), QStringLiteral("00.00"));
+    QCOMPARE(Parsed(product).GetTestInstructionIndexText(), "00.00");
     Body test;
     test.testInstructionIndex = static_cast<qint16>(hundredths);
     QTEST(Parsed(test).GetTestInstructionIndexText(), "text");
-    QCOMPARE(Parsed(test).GetProductIndexText(), QStringLiteral("00.00"));
+    QCOMPARE(Parsed(test).GetProductIndexText(), "00.00");
 }
 
 void ZKMandatoryEepromBlockTest::dates_data()
@@ -383,14 +383,13 @@ void ZKMandatoryEepromBlockTest::names_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("text");
-    QTest::newRow("all fourteen characters")
-        << QByteArray("ABCDEFGHIJKLMN") << QStringLiteral("ABCDEFGHIJKLMN");
+    QTest::newRow("all fourteen characters") << QByteArray("ABCDEFGHIJKLMN") << "ABCDEFGHIJKLMN";
     QTest::newRow("a zero inside is passed over")
-        << QByteArray("AB\0CD\0\0\0\0\0\0\0\0\0", 14) << QStringLiteral("ABCD");
-    QTest::newRow("a zero in front is passed over") << QByteArray("\0X", 2) << QStringLiteral("X");
+        << QByteArray("AB\0CD\0\0\0\0\0\0\0\0\0", 14) << "ABCD";
+    QTest::newRow("a zero in front is passed over") << QByteArray("\0X", 2) << "X";
     QTest::newRow("bytes from 128 on are passed over")
-        << QByteArray("A\x7F\x80\xE4\xFFZ") << QStringLiteral("A\u007FZ");
-    QTest::newRow("control characters stay") << QByteArray("\x01\n") << QStringLiteral("\u0001\n");
+        << QByteArray("A\x7F\x80\xE4\xFFZ") << "A\u007FZ";
+    QTest::newRow("control characters stay") << QByteArray("\x01\n") << "\u0001\n";
     QTest::newRow("erased") << QByteArray(14, '\xFF') << QString();
 }
 
@@ -404,10 +403,8 @@ void ZKMandatoryEepromBlockTest::names()
 
 void ZKMandatoryEepromBlockTest::zerosGiveTheirTexts()
 {
-    QCOMPARE(TextsOf(Parsed(Body())),
-        (QStringList{QString(), QStringLiteral("000000/000"), QStringLiteral("0000.0000.00"),
-            QStringLiteral("00"), QStringLiteral("00"), QStringLiteral("00.00"),
-            QStringLiteral("00.00"), QStringLiteral("1980-00-00")}));
+    QCOMPARE(TextsOf(Parsed(Body())), (QStringList{QString(), "000000/000", "0000.0000.00", "00",
+                                          "00", "00.00", "00.00", "1980-00-00"}));
 }
 
 void ZKMandatoryEepromBlockTest::aTextChangesNothing()

@@ -12,27 +12,22 @@
 
 namespace {
 
-const QString OldAddress = QStringLiteral("127.0.0.1");
-const QString NewAddress = QStringLiteral("127.0.0.9");
-const QString OldMask = QStringLiteral("255.0.0.0");
-const QString NewMask = QStringLiteral("255.255.0.0");
-const QString OldMac = QStringLiteral("02:4C:7E:00:01:29");
-const QString NewMac = QStringLiteral("02:4C:7E:00:01:2A");
+const QString OldAddress = "127.0.0.1";
+const QString NewAddress = "127.0.0.9";
+const QString OldMask = "255.0.0.0";
+const QString NewMask = "255.255.0.0";
+const QString OldMac = "02:4C:7E:00:01:29";
+const QString NewMac = "02:4C:7E:00:01:2A";
 
-const QString ChangingAddress = QStringLiteral("Changing Ip Address & Subset Mask ... ");
-const QString AddressFailed = QStringLiteral("Ip Address & Subset Mask change failed.");
-const QString AddressSame = QStringLiteral("Ip Address & Subnet Mask changed successfully.");
-const QString AddressChanged = QStringLiteral("Ip Address & Subset Mask changed successfully.");
-const QString SettingMac = QStringLiteral("Setting new MAC address for the device ... ");
-const QString ChangingMac = QStringLiteral("Changing MAC Address ...");
-const QString MacFailed = QStringLiteral("Mac address change failed.");
-const QString MacChanged = QStringLiteral("Mac address changed successfully.");
-const QString ConnectionFailed = QStringLiteral("Connection failed! ");
-
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
+const QString ChangingAddress = "Changing Ip Address & Subset Mask ... ";
+const QString AddressFailed = "Ip Address & Subset Mask change failed.";
+const QString AddressSame = "Ip Address & Subnet Mask changed successfully.";
+const QString AddressChanged = "Ip Address & Subset Mask changed successfully.";
+const QString SettingMac = "Setting new MAC address for the device ... ";
+const QString ChangingMac = "Changing MAC Address ...";
+const QString MacFailed = "Mac address change failed.";
+const QString MacChanged = "Mac address changed successfully.";
+const QString ConnectionFailed = "Connection failed! ";
 
 // What was sent, and which address an attempt went to.
 QStringList SentAndSought()
@@ -40,8 +35,7 @@ QStringList SentAndSought()
     QStringList kept;
     const QStringList actions = scripted::Actions();
     for (const QString& action : actions) {
-        if (action.startsWith(QLatin1String("send")) ||
-            action.startsWith(QLatin1String("resolve"))) {
+        if (action.startsWith("send") || action.startsWith("resolve")) {
             kept.append(action);
         }
     }
@@ -67,7 +61,7 @@ private:
     QStringList labels;
     QScopedPointer<CTabIpConfiguration> tab;
 
-    QLineEdit* Field(const char* name) const { return tab->findChild<QLineEdit*>(Text(name)); }
+    QLineEdit* Field(const char* name) const { return tab->findChild<QLineEdit*>(QString(name)); }
 
     static void Connect()
     {
@@ -76,7 +70,7 @@ private:
         TheDeviceDatabase()->SetIpAddress(OldAddress);
         TheDeviceDatabase()->SetSubnetMask(OldMask);
         TheDeviceDatabase()->SetMacAddress(OldMac);
-        TheDeviceDatabase()->SetFirmwareVersion(Text("3.10\r"));
+        TheDeviceDatabase()->SetFirmwareVersion("3.10\r");
         TheDeviceCommunication()->StartConnection(OldAddress.toLatin1());
         TheDeviceCommunication()->wait();
         scripted::ForgetEvents();
@@ -138,30 +132,30 @@ private slots:
         QTest::addColumn<QStringList>("texts");
         QTest::newRow("both changed")
             << NewAddress << NewMask
-            << QStringList{Text("send 4346310D7F000009FFFF0000"), Text("resolve 127.0.0.9")}
+            << QStringList{"send 4346310D7F000009FFFF0000", "resolve 127.0.0.9"}
             << QList<int>{10, 100, 100} << QStringList{ChangingAddress, AddressChanged};
         QTest::newRow("only the mask changed: both travel")
             << OldAddress << NewMask
-            << QStringList{Text("send 4346310D7F000001FFFF0000"), Text("resolve 127.0.0.1")}
+            << QStringList{"send 4346310D7F000001FFFF0000", "resolve 127.0.0.1"}
             << QList<int>{10, 100, 100} << QStringList{ChangingAddress, AddressChanged};
         QTest::newRow("only the address changed: both travel")
             << NewAddress << OldMask
-            << QStringList{Text("send 4346310D7F000009FF000000"), Text("resolve 127.0.0.9")}
+            << QStringList{"send 4346310D7F000009FF000000", "resolve 127.0.0.9"}
             << QList<int>{10, 100, 100} << QStringList{ChangingAddress, AddressChanged};
         QTest::newRow("nothing to change: no frame and no connection")
             << OldAddress << OldMask << QStringList() << QList<int>{100}
             << QStringList{ChangingAddress, AddressSame, AddressChanged};
         QTest::newRow("the same written with zeros is sent")
-            << Text("127.000.000.001") << OldMask
-            << QStringList{Text("send 4346310D7F000001FF000000"), Text("resolve 127.0.0.1")}
+            << "127.000.000.001" << OldMask
+            << QStringList{"send 4346310D7F000001FF000000", "resolve 127.0.0.1"}
             << QList<int>{10, 100, 100} << QStringList{ChangingAddress, AddressChanged};
         QTest::newRow("255 in every place of the mask")
-            << NewAddress << Text("255.255.255.255")
-            << QStringList{Text("send 4346310D7F000009FFFFFFFF"), Text("resolve 127.0.0.9")}
+            << NewAddress << "255.255.255.255"
+            << QStringList{"send 4346310D7F000009FFFFFFFF", "resolve 127.0.0.9"}
             << QList<int>{10, 100, 100} << QStringList{ChangingAddress, AddressChanged};
         QTest::newRow("a mask of zeros")
-            << NewAddress << Text("0.0.0.0")
-            << QStringList{Text("send 4346310D7F00000900000000"), Text("resolve 127.0.0.9")}
+            << NewAddress << "0.0.0.0"
+            << QStringList{"send 4346310D7F00000900000000", "resolve 127.0.0.9"}
             << QList<int>{10, 100, 100} << QStringList{ChangingAddress, AddressChanged};
     }
     void anAddressIsChangedInTheseSteps()
@@ -183,11 +177,11 @@ private slots:
     // The unit reads the digits as decimal, the tool's own address as octal.
     void leadingZerosSendTheUnitToAnotherAddressThanTheToolSeeks()
     {
-        Field("txtNewIpAddress")->setText(Text("127.0.0.010"));
+        Field("txtNewIpAddress")->setText("127.0.0.010");
         tab->SendIpAddressButtonClicked();
-        QCOMPARE(SentAndSought(),
-            (QStringList{Text("send 4346310D7F00000AFF000000"), Text("resolve 127.0.0.8")}));
-        QCOMPARE(TheDeviceDatabase()->GetIpAddress(), Text("127.0.0.8"));
+        QCOMPARE(
+            SentAndSought(), (QStringList{"send 4346310D7F00000AFF000000", "resolve 127.0.0.8"}));
+        QCOMPARE(TheDeviceDatabase()->GetIpAddress(), "127.0.0.8");
     }
 
     void aTextThatIsNoAddressSendsNothingAndTakes100Ms_data()
@@ -195,13 +189,13 @@ private slots:
         QTest::addColumn<QString>("address");
         QTest::addColumn<QString>("mask");
         QTest::newRow("empty address") << QString() << NewMask;
-        QTest::newRow("half an address") << Text("127.0.") << NewMask;
-        QTest::newRow("a hole in the address") << Text("127..0.9") << NewMask;
-        QTest::newRow("octet of 256") << Text("127.0.0.256") << NewMask;
-        QTest::newRow("octet of 08") << Text("127.0.0.08") << NewMask;
+        QTest::newRow("half an address") << "127.0." << NewMask;
+        QTest::newRow("a hole in the address") << "127..0.9" << NewMask;
+        QTest::newRow("octet of 256") << "127.0.0.256" << NewMask;
+        QTest::newRow("octet of 08") << "127.0.0.08" << NewMask;
         QTest::newRow("empty mask") << NewAddress << QString();
-        QTest::newRow("half a mask") << NewAddress << Text("255.255");
-        QTest::newRow("mask with 256") << NewAddress << Text("255.255.256.0");
+        QTest::newRow("half a mask") << NewAddress << "255.255";
+        QTest::newRow("mask with 256") << NewAddress << "255.255.256.0";
         QTest::newRow("both empty") << QString() << QString();
     }
     void aTextThatIsNoAddressSendsNothingAndTakes100Ms()
@@ -212,7 +206,7 @@ private slots:
         Field("txtNewSubnetMask")->setText(mask);
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         tab->SendIpAddressButtonClicked();
-        QCOMPARE(scripted::Events(), QStringList{Text("sleep 100")});
+        QCOMPARE(scripted::Events(), QStringList{"sleep 100"});
         QCOMPARE(statusTexts, (QStringList{ChangingAddress, AddressFailed}));
         QCOMPARE(spy.size(), 0);
         QVERIFY(TheDeviceCommunication()->IsConnected());
@@ -222,12 +216,12 @@ private slots:
 
     void withoutALinkTheClickOnlySaysSoAndDisablesTheButton()
     {
-        const auto* const button = tab->findChild<QPushButton*>(Text("btnSendIpAddress"));
+        const auto* const button = tab->findChild<QPushButton*>("btnSendIpAddress");
         QVERIFY(button->isEnabled());
         TheDeviceCommunication()->Disconnect();
         scripted::ForgetEvents();
         tab->SendIpAddressButtonClicked();
-        QCOMPARE(statusTexts, QStringList{Text("Not Connected to any device")});
+        QCOMPARE(statusTexts, QStringList{"Not Connected to any device"});
         QCOMPARE(scripted::Events(), QStringList());
         QVERIFY(!button->isEnabled());
     }
@@ -238,8 +232,7 @@ private slots:
         scripted::FailSendsFrom(1);
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         tab->SendIpAddressButtonClicked();
-        QCOMPARE(scripted::Events(),
-            (QStringList{Text("sleep 10"), Text("send fails"), Text("sleep 100")}));
+        QCOMPARE(scripted::Events(), (QStringList{"sleep 10", "send fails", "sleep 100"}));
         QCOMPARE(statusTexts, (QStringList{ChangingAddress, AddressFailed}));
         QCOMPARE(spy.size(), 0);
         QVERIFY(!TheDeviceCommunication()->IsConnected());
@@ -258,12 +251,12 @@ private slots:
         QCOMPARE(spy.size(), 0);
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), NewAddress);
         QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), NewMask);
-        QCOMPARE(TheDeviceDatabase()->ConnectionStatusText(), Text("Not Connected "));
+        QCOMPARE(TheDeviceDatabase()->ConnectionStatusText(), "Not Connected ");
         // Nobody has told the tab: the next click does.
-        const auto* const button = tab->findChild<QPushButton*>(Text("btnSendIpAddress"));
+        const auto* const button = tab->findChild<QPushButton*>("btnSendIpAddress");
         QVERIFY(button->isEnabled());
         tab->SendIpAddressButtonClicked();
-        QCOMPARE(statusTexts.last(), Text("Not Connected to any device"));
+        QCOMPARE(statusTexts.last(), "Not Connected to any device");
         QVERIFY(!button->isEnabled());
     }
 
@@ -276,14 +269,14 @@ private slots:
         QTest::addColumn<QStringList>("texts");
         const QStringList newTexts{SettingMac, MacChanged};
         const QStringList oldTexts{SettingMac, ChangingMac, MacChanged};
-        const QString shortForm = Text("send 4346320D024C7E00012A");
-        const QString longForm = Text("send 4346320D") + Text("0000").repeated(20) +
-                                 Text("024C7E00012A") + Text("7F000001") + Text("FF000000");
+        const QString shortForm = "send 4346320D024C7E00012A";
+        const QString longForm = QString("send 4346320D") + QString("0000").repeated(20) +
+                                 QString("024C7E00012A") + QString("7F000001") + "FF000000";
         const QList<int> newSleeps{10, 100, 100};
         const QList<int> oldSleeps{10, 100};
-        QTest::newRow("3.10: short") << Text("3.10\r") << shortForm << 10 << newSleeps << newTexts;
-        QTest::newRow("3.0: short") << Text("3.0\r") << shortForm << 10 << newSleeps << newTexts;
-        QTest::newRow("2.99: long") << Text("2.99\r") << longForm << 131 << oldSleeps << oldTexts;
+        QTest::newRow("3.10: short") << "3.10\r" << shortForm << 10 << newSleeps << newTexts;
+        QTest::newRow("3.0: short") << "3.0\r" << shortForm << 10 << newSleeps << newTexts;
+        QTest::newRow("2.99: long") << "2.99\r" << longForm << 131 << oldSleeps << oldTexts;
         QTest::newRow("unknown: long") << QString() << longForm << 131 << oldSleeps << oldTexts;
     }
     void aMacAddressIsChangedInTheWayOfTheFirmware()
@@ -297,8 +290,8 @@ private slots:
         const QStringList done = SentAndSought();
         QCOMPARE(done.size(), 2);
         QVERIFY2(done.first().startsWith(frameBegins), qPrintable(done.first()));
-        QCOMPARE(done.first().size(), Text("send ").size() + 2 * frameBytes);
-        QCOMPARE(done.last(), Text("resolve 127.0.0.1"));
+        QCOMPARE(done.first().size(), QString("send ").size() + 2 * frameBytes);
+        QCOMPARE(done.last(), "resolve 127.0.0.1");
         QTEST(scripted::Sleeps(), "sleeps");
         QTEST(statusTexts, "texts");
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), NewMac);
@@ -308,7 +301,7 @@ private slots:
     {
         Field("txtNewMacAddress")->setText(OldMac);
         tab->SendMacAddressButtonClicked();
-        QCOMPARE(SentAndSought(), QStringList{Text("resolve 127.0.0.1")});
+        QCOMPARE(SentAndSought(), QStringList{"resolve 127.0.0.1"});
         QCOMPARE(statusTexts, (QStringList{SettingMac, MacChanged, MacChanged}));
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), OldMac);
     }
@@ -317,14 +310,15 @@ private slots:
     {
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("error");
-        QTest::newRow("empty") << QString() << Text("Invalid Mac address.");
-        QTest::newRow("half typed") << Text("02:4C:7E") << Text("Invalid Mac address.");
-        QTest::newRow("lower case") << Text("02:4c:7e:00:01:2a") << Text("Invalid Mac address.");
-        QTest::newRow("a letter in front")
-            << Text("A2:4C:7E:00:01:29")
-            << Text("Invalid Mac address. Do not set a broadcast address");
-        QTest::newRow("all ones") << Text("FF:FF:FF:FF:FF:FF")
-                                  << Text("Invalid Mac address. Do not set a broadcast address");
+        QTest::newRow("empty") << QString() << "Invalid Mac address.";
+        QTest::newRow("half typed") << "02:4C:7E"
+                                    << "Invalid Mac address.";
+        QTest::newRow("lower case") << "02:4c:7e:00:01:2a"
+                                    << "Invalid Mac address.";
+        QTest::newRow("a letter in front") << "A2:4C:7E:00:01:29"
+                                           << "Invalid Mac address. Do not set a broadcast address";
+        QTest::newRow("all ones") << "FF:FF:FF:FF:FF:FF"
+                                  << "Invalid Mac address. Do not set a broadcast address";
     }
     void aMacAddressThatIsNoneSendsNothing()
     {
@@ -341,9 +335,8 @@ private slots:
     {
         QTest::addColumn<QString>("version");
         QTest::addColumn<QStringList>("texts");
-        QTest::newRow("short form") << Text("3.10\r") << QStringList{SettingMac, MacFailed};
-        QTest::newRow("long form")
-            << Text("2.50\r") << QStringList{SettingMac, ChangingMac, MacFailed};
+        QTest::newRow("short form") << "3.10\r" << QStringList{SettingMac, MacFailed};
+        QTest::newRow("long form") << "2.50\r" << QStringList{SettingMac, ChangingMac, MacFailed};
     }
     void aMacAddressThatCannotBeSentStaysAsItWas()
     {
@@ -352,7 +345,7 @@ private slots:
         Field("txtNewMacAddress")->setText(NewMac);
         scripted::FailSendsFrom(1);
         tab->SendMacAddressButtonClicked();
-        QCOMPARE(SentAndSought(), QStringList{Text("send fails")});
+        QCOMPARE(SentAndSought(), QStringList{"send fails"});
         QTEST(statusTexts, "texts");
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), OldMac);
     }
@@ -372,8 +365,8 @@ private slots:
         Field("txtNewMacAddress")->setText(NewMac);
         tab->SendMacAddressButtonClicked();
         labels.sort();
-        QCOMPARE(labels, (QStringList{Text("Changing device MAC address... "),
-                             Text("Connecting to VX440 (Attempt 1) ...")}));
+        QCOMPARE(labels, (QStringList{"Changing device MAC address... ",
+                             "Connecting to VX440 (Attempt 1) ..."}));
         QVERIFY(tab->findChild<QProgressDialog*>() == nullptr);
     }
 };

@@ -10,11 +10,6 @@
 
 namespace {
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 } // namespace
 
 /// Units that are hosts of their own get another MAC address, and the whole network sees it.
@@ -36,32 +31,34 @@ private slots:
     {
         QTest::addColumn<QString>("address");
         QTest::addColumn<QString>("firmware");
-        QTest::newRow("new firmware") << Text("192.168.77.31") << Text("3.10");
-        QTest::newRow("old firmware") << Text("192.168.77.32") << Text("2.50");
+        QTest::newRow("new firmware") << "192.168.77.31"
+                                      << "3.10";
+        QTest::newRow("old firmware") << "192.168.77.32"
+                                      << "2.50";
     }
     void theToolReachesTheUnitUnderItsNewMacAddress()
     {
         QFETCH(QString, address);
         QFETCH(QString, firmware);
-        QVERIFY2(network.AddHost(address, Text("02:4c:7e:00:01:29")), qPrintable(network.Error()));
-        SimulatorProcess unit({Text("--interface"), Text("host"), Text("--firmware"), firmware},
-            address, network.InLatestHost());
+        QVERIFY2(network.AddHost(address, "02:4c:7e:00:01:29"), qPrintable(network.Error()));
+        SimulatorProcess unit(
+            {"--interface", "host", "--firmware", firmware}, address, network.InLatestHost());
         QVERIFY(unit.IsReady());
         ConnectTo(address);
-        QCOMPARE(TheDeviceDatabase()->GetMacAddress(), Text("02:4C:7E:00:01:29"));
+        QCOMPARE(TheDeviceDatabase()->GetMacAddress(), "02:4C:7E:00:01:29");
 
         auto* const field = Find<QLineEdit>("txtNewMacAddress");
-        QCOMPARE(field->text(), Text("02:4C:7E:00:01:29"));
-        field->setText(Text("02:4C:7E:00:01:AA"));
+        QCOMPARE(field->text(), "02:4C:7E:00:01:29");
+        field->setText("02:4C:7E:00:01:AA");
         qobject_cast<CTabIpConfiguration*>(field->parentWidget())->SendMacAddressButtonClicked();
-        QCOMPARE(StatusLine(), Text("Mac address changed successfully."));
-        QCOMPARE(ConnectionLine(), Text("Connected to ") + address);
-        QTRY_VERIFY(OwnNetwork::IpOutput(Text("neigh show ") + address)
-                        .contains(Text("02:4c:7e:00:01:aa")));
+        QCOMPARE(StatusLine(), "Mac address changed successfully.");
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + address);
+        QTRY_VERIFY(
+            OwnNetwork::IpOutput(QString("neigh show ") + address).contains("02:4c:7e:00:01:aa"));
 
         Click(Find<QWidget>("btnConnect"));
-        QCOMPARE(TheDeviceDatabase()->GetMacAddress(), Text("02:4C:7E:00:01:AA"));
-        QCOMPARE(unit.State(Text("mac")), Text("02:4C:7E:00:01:AA"));
+        QCOMPARE(TheDeviceDatabase()->GetMacAddress(), "02:4C:7E:00:01:AA");
+        QCOMPARE(unit.State("mac"), "02:4C:7E:00:01:AA");
     }
 };
 

@@ -32,9 +32,8 @@ private slots:
         QTest::addColumn<QString>("field");
         QTest::addColumn<int>("top");
         const auto row = [](const char* name, const char* text, int top) {
-            QTest::newRow(text) << QLatin1String("lbl") + QLatin1String(name)
-                                << QString::fromLatin1(text)
-                                << QLatin1String("txt") + QLatin1String(name) << top;
+            QTest::newRow(text) << QLatin1String("lbl") + name << QString::fromLatin1(text)
+                                << QLatin1String("txt") + name << top;
         };
         row("MacAddress", "Mac Address", 20);
         row("PartNumber", "Part number", 50);
@@ -57,9 +56,9 @@ private slots:
 
     void thePageHasItsSizes()
     {
-        const QWidget* const page = Field(QStringLiteral("txtMacAddress"))->parentWidget();
-        QCOMPARE(page->objectName(), QStringLiteral("TabInfo"));
-        QCOMPARE(page->windowTitle(), QStringLiteral("Form"));
+        const QWidget* const page = Field("txtMacAddress")->parentWidget();
+        QCOMPARE(page->objectName(), "TabInfo");
+        QCOMPARE(page->windowTitle(), "Form");
         QCOMPARE(page->minimumSize(), QSize(850, 310));
         QCOMPARE(page->maximumSize(), QSize(850, 340));
         QCOMPARE(page->baseSize(), QSize(850, 310));
@@ -67,9 +66,7 @@ private slots:
 
     void onlyTheMacAddressHasAMask()
     {
-        QCOMPARE(
-            Field(QStringLiteral("txtMacAddress"))->inputMask().section(QLatin1Char(';'), 0, 0),
-            QStringLiteral("HH:HH:HH:HH:HH:HH"));
+        QCOMPARE(Field("txtMacAddress")->inputMask().section(';', 0, 0), "HH:HH:HH:HH:HH:HH");
         for (const char* const field :
             {"txtPartNumber", "txtProductIndex", "txtSerialNumber", "txtVersionNumber"}) {
             QCOMPARE(Find<QLineEdit>(field)->inputMask(), QString());
@@ -79,38 +76,37 @@ private slots:
     void everyFieldFollowsItsColumn()
     {
         CDeviceDatabase* const database = TheDeviceDatabase();
-        database->SetMacAddress(QStringLiteral("02:4c:7e:0a:0b:0c"));
-        database->SetPartNumber(QStringLiteral("part"), 0);
-        database->SetProductIndex(QStringLiteral("index"), 0);
-        database->SetSerialNumber(QStringLiteral("123456789"), 0);
-        database->SetFirmwareVersion(QStringLiteral("3.10"));
-        database->SetPartNumber(QStringLiteral("other"), 1);
-        database->SetSerialNumber(QStringLiteral("other"), 1);
-        QCOMPARE(
-            Field(QStringLiteral("txtMacAddress"))->text(), QStringLiteral("02:4C:7E:0A:0B:0C"));
-        QCOMPARE(Field(QStringLiteral("txtPartNumber"))->text(), QStringLiteral("part"));
-        QCOMPARE(Field(QStringLiteral("txtProductIndex"))->text(), QStringLiteral("index"));
-        QCOMPARE(Field(QStringLiteral("txtSerialNumber"))->text(), QStringLiteral("123456"));
-        QCOMPARE(Field(QStringLiteral("txtVersionNumber"))->text(), QStringLiteral("3.10"));
+        database->SetMacAddress("02:4c:7e:0a:0b:0c");
+        database->SetPartNumber("part", 0);
+        database->SetProductIndex("index", 0);
+        database->SetSerialNumber("123456789", 0);
+        database->SetFirmwareVersion("3.10");
+        database->SetPartNumber("other", 1);
+        database->SetSerialNumber("other", 1);
+        QCOMPARE(Field("txtMacAddress")->text(), "02:4C:7E:0A:0B:0C");
+        QCOMPARE(Field("txtPartNumber")->text(), "part");
+        QCOMPARE(Field("txtProductIndex")->text(), "index");
+        QCOMPARE(Field("txtSerialNumber")->text(), "123456");
+        QCOMPARE(Field("txtVersionNumber")->text(), "3.10");
     }
 
     void aKeyInAFieldChangesNothing()
     {
-        TheDeviceDatabase()->SetPartNumber(QStringLiteral("part"), 0);
-        Click(Field(QStringLiteral("txtPartNumber")));
-        Type(QStringLiteral("x"));
-        QCOMPARE(Field(QStringLiteral("txtPartNumber"))->text(), QStringLiteral("part"));
+        TheDeviceDatabase()->SetPartNumber("part", 0);
+        Click(Field("txtPartNumber"));
+        Type("x");
+        QCOMPARE(Field("txtPartNumber")->text(), "part");
     }
 
     void theNextConnectEmptiesTheFieldsWhenTheUnitIsNotThere()
     {
-        TheDeviceDatabase()->SetPartNumber(QStringLiteral("part"), 0);
-        TheDeviceDatabase()->SetFirmwareVersion(QStringLiteral("3.10"));
+        TheDeviceDatabase()->SetPartNumber("part", 0);
+        TheDeviceDatabase()->SetFirmwareVersion("3.10");
         WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
-        ConnectTo(QStringLiteral("127.0.0.1")); // nobody listens there
-        QCOMPARE(Field(QStringLiteral("txtPartNumber"))->text(), QString());
-        QCOMPARE(Field(QStringLiteral("txtVersionNumber"))->text(), QString());
-        QCOMPARE(StatusLine(), QStringLiteral("Not connected to any device."));
+        ConnectTo("127.0.0.1"); // nobody listens there
+        QCOMPARE(Field("txtPartNumber")->text(), QString());
+        QCOMPARE(Field("txtVersionNumber")->text(), QString());
+        QCOMPARE(StatusLine(), "Not connected to any device.");
     }
 
     void aUnitWithoutAMacAddressInTheTableShowsNone()
@@ -119,7 +115,7 @@ private slots:
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), QString());
-        QCOMPARE(Field(QStringLiteral("txtSerialNumber"))->text(), QStringLiteral("000129"));
+        QCOMPARE(Field("txtSerialNumber")->text(), "000129");
         TheDeviceCommunication()->Disconnect();
     }
 };

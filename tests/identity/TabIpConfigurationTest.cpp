@@ -18,20 +18,15 @@
 
 namespace {
 
-const QString AddressChanged = QStringLiteral("Ip Address & Subset Mask changed successfully.");
-const QString AddressFailed = QStringLiteral("Ip Address & Subset Mask change failed.");
-const QString NoUnit = QStringLiteral("Not Connected to any device");
-const QString MacChanged = QStringLiteral("Mac address changed successfully.");
-const QString MacFailed = QStringLiteral("Mac address change failed.");
+const QString AddressChanged = "Ip Address & Subset Mask changed successfully.";
+const QString AddressFailed = "Ip Address & Subset Mask change failed.";
+const QString NoUnit = "Not Connected to any device";
+const QString MacChanged = "Mac address changed successfully.";
+const QString MacFailed = "Mac address change failed.";
 
-const QString Mask = QStringLiteral("255.255.255.0");
-const QString Mac = QStringLiteral("02:4C:7E:00:01:29");
-const QString NewMac = QStringLiteral("02:4C:7E:00:01:2A");
-
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
+const QString Mask = "255.255.255.0";
+const QString Mac = "02:4C:7E:00:01:29";
+const QString NewMac = "02:4C:7E:00:01:2A";
 
 QLineEdit* Field(const char* name)
 {
@@ -55,22 +50,22 @@ QString BarAddress()
 
 QString OctetsInHex(const QString& address)
 {
-    return QStringLiteral("%1")
+    return QString("%1")
         .arg(QHostAddress(address).toIPv4Address(), 8, 16, QLatin1Char('0'))
         .toUpper();
 }
 
 QString AddressCommand(const QString& address, const QString& mask)
 {
-    return Text("CF1 ") + OctetsInHex(address) + OctetsInHex(mask);
+    return QString("CF1 ") + OctetsInHex(address) + OctetsInHex(mask);
 }
 
 // Another loopback address that no other test uses.
 QString Elsewhere(const QString& address)
 {
-    QStringList octets = address.split(QLatin1Char('.'));
+    QStringList octets = address.split('.');
     octets[1] = QString::number(octets.at(1).toInt() + 100);
-    return octets.join(QLatin1Char('.'));
+    return octets.join('.');
 }
 
 // The link alone, without what the pages read.
@@ -81,7 +76,7 @@ void Link(const SimulatorProcess& unit)
     database->SetIpAddress(unit.Address());
     database->SetSubnetMask(Mask);
     database->SetMacAddress(Mac);
-    database->SetFirmwareVersion(Text("3.10\r"));
+    database->SetFirmwareVersion("3.10\r");
     ConnectToDevice(3, unit.Address());
     Tab()->ConnectionStatusChanged();
     database->SetApplicationStatus(QString());
@@ -132,7 +127,7 @@ private slots:
         QVERIFY(ChangeButton()->isVisible());
         for (const char* const hidden :
             {"lblMacAddress", "txtNewMacAddress", "btnSendMacAddress"}) {
-            QVERIFY2(Tab()->findChild<QWidget*>(Text(hidden))->isHidden(), hidden);
+            QVERIFY2(Tab()->findChild<QWidget*>(QString(hidden))->isHidden(), hidden);
         }
     }
 
@@ -143,7 +138,7 @@ private slots:
         QTest::addColumn<QString>("text");
         const auto row = [](const char* name, const char* type, const QRect& place,
                              const char* text) {
-            QTest::newRow(name) << Text(type) << place << Text(text);
+            QTest::newRow(name) << QString(type) << place << QString(text);
         };
         row("lblNewIpAddress", "QLabel", {20, 20, 80, 20}, "New IP Address");
         row("txtNewIpAddress", "QLineEdit", {120, 20, 160, 20}, "000.000.000.000");
@@ -158,10 +153,10 @@ private slots:
     void everyWidgetHasItsPlaceAndText()
     {
         QFETCH(QString, type);
-        const auto* const widget = Tab()->findChild<QWidget*>(Text(QTest::currentDataTag()));
-        QCOMPARE(Text(widget->metaObject()->className()), type);
+        const auto* const widget = Tab()->findChild<QWidget*>(QString(QTest::currentDataTag()));
+        QCOMPARE(QString(widget->metaObject()->className()), type);
         QTEST(widget->geometry(), "place");
-        const bool isField = type == Text("QLineEdit");
+        const bool isField = type == "QLineEdit";
         QTEST(widget->property(isField ? "inputMask" : "text").toString(), "text");
         QVERIFY(!isField || !qobject_cast<const QLineEdit*>(widget)->isReadOnly());
     }
@@ -169,8 +164,8 @@ private slots:
     void thePageIsOfAFixedSize()
     {
         const QSize size(850, 360);
-        QCOMPARE(Tab()->objectName(), Text("TabIpConfiguration"));
-        QCOMPARE(Tab()->windowTitle(), Text("Form"));
+        QCOMPARE(Tab()->objectName(), "TabIpConfiguration");
+        QCOMPARE(Tab()->windowTitle(), "Form");
         QCOMPARE(Tab()->minimumSize(), size);
         QCOMPARE(Tab()->maximumSize(), size);
         QCOMPARE(Tab()->baseSize(), size);
@@ -183,9 +178,8 @@ private slots:
         for (int method = type.methodOffset(); method < type.methodCount(); ++method) {
             methods.append(QString::fromLatin1(type.method(method).methodSignature()));
         }
-        QCOMPARE(methods,
-            (QStringList{Text("SignalIpChanged()"), Text("ConnectionStatusChanged()"),
-                Text("SendIpAddressButtonClicked()"), Text("SendMacAddressButtonClicked()")}));
+        QCOMPARE(methods, (QStringList{"SignalIpChanged()", "ConnectionStatusChanged()",
+                              "SendIpAddressButtonClicked()", "SendMacAddressButtonClicked()"}));
     }
 
     void theAmpersandOfTheButtonMakesNoShortcut() { QVERIFY(ChangeButton()->shortcut().isEmpty()); }
@@ -193,45 +187,45 @@ private slots:
     void theButtonForTheMacAddressLeadsNowhere()
     {
         auto* const button = Find<QPushButton>("btnSendMacAddress");
-        TheDeviceDatabase()->SetApplicationStatus(Text("as it was"));
+        TheDeviceDatabase()->SetApplicationStatus("as it was");
         button->setEnabled(true);
         button->click();
-        QCOMPARE(StatusLine(), Text("as it was"));
+        QCOMPARE(StatusLine(), "as it was");
         button->setEnabled(false);
     }
 
     void theFieldsFollowTheirColumns()
     {
-        TheDeviceDatabase()->SetIpAddress(Text("127.0.0.2"));
-        TheDeviceDatabase()->SetSubnetMask(Text("255.128.0.0"));
-        TheDeviceDatabase()->SetMacAddress(Text("02:4c:7e:0a:0b:0c"));
-        QCOMPARE(Field("txtNewIpAddress")->text(), Text("127.0.0.2"));
-        QCOMPARE(Field("txtNewSubnetMask")->text(), Text("255.128.0.0"));
-        QCOMPARE(Field("txtNewMacAddress")->text(), Text("02:4C:7E:0A:0B:0C"));
+        TheDeviceDatabase()->SetIpAddress("127.0.0.2");
+        TheDeviceDatabase()->SetSubnetMask("255.128.0.0");
+        TheDeviceDatabase()->SetMacAddress("02:4c:7e:0a:0b:0c");
+        QCOMPARE(Field("txtNewIpAddress")->text(), "127.0.0.2");
+        QCOMPARE(Field("txtNewSubnetMask")->text(), "255.128.0.0");
+        QCOMPARE(Field("txtNewMacAddress")->text(), "02:4C:7E:0A:0B:0C");
     }
 
     void whatIsTypedStaysInTheFieldUntilTheModelSpeaks()
     {
-        TheDeviceDatabase()->SetIpAddress(Text("127.0.0.2"));
-        TheDeviceDatabase()->SetSubnetMask(Text("255.128.0.0"));
-        TypeAddressAndMask(Text("127.0.0.3"), Text("255.0.0.0"));
+        TheDeviceDatabase()->SetIpAddress("127.0.0.2");
+        TheDeviceDatabase()->SetSubnetMask("255.128.0.0");
+        TypeAddressAndMask("127.0.0.3", "255.0.0.0");
         Press(Qt::Key_Return);
         Press(Qt::Key_Tab);
-        QCOMPARE(Field("txtNewIpAddress")->text(), Text("127.0.0.3"));
-        QCOMPARE(Field("txtNewSubnetMask")->text(), Text("255.0.0.0"));
-        QCOMPARE(TheDeviceDatabase()->GetIpAddress(), Text("127.0.0.2"));
-        QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), Text("255.128.0.0"));
-        TheDeviceDatabase()->SetIpAddress(Text("127.0.0.2"));
-        QCOMPARE(Field("txtNewIpAddress")->text(), Text("127.0.0.2"));
-        QCOMPARE(Field("txtNewSubnetMask")->text(), Text("255.0.0.0"));
+        QCOMPARE(Field("txtNewIpAddress")->text(), "127.0.0.3");
+        QCOMPARE(Field("txtNewSubnetMask")->text(), "255.0.0.0");
+        QCOMPARE(TheDeviceDatabase()->GetIpAddress(), "127.0.0.2");
+        QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.128.0.0");
+        TheDeviceDatabase()->SetIpAddress("127.0.0.2");
+        QCOMPARE(Field("txtNewIpAddress")->text(), "127.0.0.2");
+        QCOMPARE(Field("txtNewSubnetMask")->text(), "255.0.0.0");
     }
 
     void aClickIntoAnEmptyFieldPutsTheCursorAtItsStart_data()
     {
         QTest::addColumn<QString>("digit");
-        QTest::newRow("txtNewIpAddress") << Text("1");
-        QTest::newRow("txtNewSubnetMask") << Text("2");
-        QTest::newRow("txtNewMacAddress") << Text("A");
+        QTest::newRow("txtNewIpAddress") << "1";
+        QTest::newRow("txtNewSubnetMask") << "2";
+        QTest::newRow("txtNewMacAddress") << "A";
     }
     void aClickIntoAnEmptyFieldPutsTheCursorAtItsStart()
     {
@@ -272,7 +266,7 @@ private slots:
         QVERIFY(Find<QPushButton>("btnSendMacAddress")->isHidden());
         QCOMPARE(Field("txtNewIpAddress")->text(), unit.Address());
         QCOMPARE(Field("txtNewSubnetMask")->text(), Mask);
-        QVERIFY(unit.Tell(Text("drop")));
+        QVERIFY(unit.Tell("drop"));
         ShowPage("Azimuth Configuration");
         Click(Find<QPushButton>("btnSendToDevice")); // notices the loss
         QVERIFY(!ChangeButton()->isEnabled());
@@ -281,31 +275,31 @@ private slots:
     void aUnitMovesAndIsConnectedToAtItsNewAddress_data()
     {
         QTest::addColumn<QString>("firmware");
-        QTest::newRow("new firmware") << Text("3.10");
-        QTest::newRow("old firmware") << Text("2.50");
+        QTest::newRow("new firmware") << "3.10";
+        QTest::newRow("old firmware") << "2.50";
     }
     void aUnitMovesAndIsConnectedToAtItsNewAddress()
     {
         QFETCH(QString, firmware);
-        SimulatorProcess unit({Text("--firmware"), firmware});
+        SimulatorProcess unit({"--firmware", firmware});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         unit.Forget();
         const QString moved = Elsewhere(unit.Address());
-        TypeAddressAndMask(moved, Text("255.0.0.0"));
+        TypeAddressAndMask(moved, "255.0.0.0");
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressChanged);
-        QCOMPARE(ConnectionLine(), Text("Connected to ") + moved);
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + moved);
         QCOMPARE(BarAddress(), moved);
         QCOMPARE(Field("txtNewIpAddress")->text(), moved);
-        QCOMPARE(Field("txtNewSubnetMask")->text(), Text("255.0.0.0"));
+        QCOMPARE(Field("txtNewSubnetMask")->text(), "255.0.0.0");
         QVERIFY(ChangeButton()->isEnabled());
-        QVERIFY(unit.Lines().contains(Text("ready %1:50000").arg(moved)));
-        QCOMPARE(unit.Commands(), QStringList{AddressCommand(moved, Text("255.0.0.0"))});
+        QVERIFY(unit.Lines().contains(QString("ready %1:50000").arg(moved)));
+        QCOMPARE(unit.Commands(), QStringList{AddressCommand(moved, "255.0.0.0")});
 
         Click(Find<QPushButton>("btnConnect"));
-        QCOMPARE(ConnectionLine(), Text("Connected to ") + moved);
-        QCOMPARE(Field("txtNewSubnetMask")->text(), Text("255.0.0.0"));
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + moved);
+        QCOMPARE(Field("txtNewSubnetMask")->text(), "255.0.0.0");
     }
 
     void aChangedMaskAloneTravelsWithTheAddressAndConnectsAnew()
@@ -314,13 +308,13 @@ private slots:
         QVERIFY(unit.IsReady());
         Link(unit);
         unit.Forget();
-        TypeAddressAndMask(unit.Address(), Text("255.255.0.0"));
+        TypeAddressAndMask(unit.Address(), "255.255.0.0");
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressChanged);
-        QCOMPARE(ConnectionLine(), Text("Connected to ") + unit.Address());
-        QCOMPARE(unit.Commands(), QStringList{AddressCommand(unit.Address(), Text("255.255.0.0"))});
-        QVERIFY(unit.WaitForLine(Text("connected ")));
-        QCOMPARE(unit.State(Text("mask")), Text("255.255.0.0"));
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
+        QCOMPARE(unit.Commands(), QStringList{AddressCommand(unit.Address(), "255.255.0.0")});
+        QVERIFY(unit.WaitForLine("connected "));
+        QCOMPARE(unit.State("mask"), "255.255.0.0");
     }
 
     void nothingToChangeSendsNothingAndTellsTheBar()
@@ -329,14 +323,14 @@ private slots:
         QVERIFY(unit.IsReady());
         Link(unit);
         unit.Forget();
-        Overtype(Field("txtIpAddress"), Text("127.0.0.77"));
+        Overtype(Field("txtIpAddress"), "127.0.0.77");
         const QSignalSpy spy(Tab(), &CTabIpConfiguration::SignalIpChanged);
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressChanged);
         QCOMPARE(spy.size(), 1);
         QCOMPARE(BarAddress(), unit.Address());
         QCOMPARE(unit.Commands(), QStringList());
-        QVERIFY(unit.Lines().filter(QLatin1String("connected")).isEmpty());
+        QVERIFY(unit.Lines().filter("connected").isEmpty());
     }
 
     void aTypedTextThatIsNoAddressSendsNothing_data()
@@ -344,12 +338,14 @@ private slots:
         QTest::addColumn<QString>("address");
         QTest::addColumn<QString>("mask");
         QTest::newRow("empty address") << QString() << Mask;
-        QTest::newRow("half an address") << Text("127.0.") << Mask;
-        QTest::newRow("an octet of 256") << Text("127.0.0.256") << Mask;
-        QTest::newRow("an octet of 08") << Text("127.0.0.08") << Mask;
-        QTest::newRow("empty mask") << Text("127.0.0.9") << QString();
-        QTest::newRow("half a mask") << Text("127.0.0.9") << Text("255.255");
-        QTest::newRow("a mask with 256") << Text("127.0.0.9") << Text("255.255.255.256");
+        QTest::newRow("half an address") << "127.0." << Mask;
+        QTest::newRow("an octet of 256") << "127.0.0.256" << Mask;
+        QTest::newRow("an octet of 08") << "127.0.0.08" << Mask;
+        QTest::newRow("empty mask") << "127.0.0.9" << QString();
+        QTest::newRow("half a mask") << "127.0.0.9"
+                                     << "255.255";
+        QTest::newRow("a mask with 256") << "127.0.0.9"
+                                         << "255.255.255.256";
     }
     void aTypedTextThatIsNoAddressSendsNothing()
     {
@@ -362,7 +358,7 @@ private slots:
         const QString bar = BarAddress();
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressFailed);
-        QCOMPARE(ConnectionLine(), Text("Connected to ") + unit.Address());
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
         QCOMPARE(BarAddress(), bar);
         QVERIFY(ChangeButton()->isEnabled());
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), unit.Address());
@@ -372,9 +368,9 @@ private slots:
     void anEmptyFieldHoldsNothingButThePointsOfItsMask()
     {
         Overtype(Field("txtNewIpAddress"), QString());
-        QCOMPARE(Field("txtNewIpAddress")->text(), Text("..."));
+        QCOMPARE(Field("txtNewIpAddress")->text(), "...");
         Field("txtNewMacAddress")->clear();
-        QCOMPARE(Field("txtNewMacAddress")->text(), Text(":::::"));
+        QCOMPARE(Field("txtNewMacAddress")->text(), ":::::");
     }
 
     void theLargestMaskIsTaken()
@@ -382,10 +378,10 @@ private slots:
         SimulatorProcess unit;
         QVERIFY(unit.IsReady());
         Link(unit);
-        TypeAddressAndMask(unit.Address(), Text("255.255.255.255"));
+        TypeAddressAndMask(unit.Address(), "255.255.255.255");
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressChanged);
-        QCOMPARE(unit.State(Text("mask")), Text("255.255.255.255"));
+        QCOMPARE(unit.State("mask"), "255.255.255.255");
     }
 
     void withoutALinkTheClickSaysSoAndDisablesTheButton()
@@ -408,10 +404,10 @@ private slots:
         Overtype(Field("txtIpAddress"), unit.Address());
         const QString moved = Elsewhere(unit.Address());
         TypeAddressAndMask(moved, Mask);
-        QVERIFY(unit.Tell(Text("drop")));
+        QVERIFY(unit.Tell("drop"));
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressFailed);
-        QCOMPARE(ConnectionLine(), Text("Not Connected "));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QCOMPARE(BarAddress(), unit.Address());
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), unit.Address());
         QVERIFY(!ChangeButton()->isEnabled());
@@ -420,18 +416,18 @@ private slots:
 
     void afterAFailedReconnectionTheNextConnectReachesTheUnitThatDidNotMove()
     {
-        SimulatorProcess unit({Text("--fault"), Text("refusing:CF1")});
+        SimulatorProcess unit({"--fault", "refusing:CF1"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         const QString moved = Elsewhere(unit.Address());
-        TypeAddressAndMask(moved, Text("255.0.0.0"));
+        TypeAddressAndMask(moved, "255.0.0.0");
         GiveTheNextAttemptUp();
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressFailed);
-        QCOMPARE(ConnectionLine(), Text("Not Connected "));
-        QCOMPARE(Find<QPushButton>("btnConnect")->text(), Text("Connect"));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
+        QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connect");
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), moved);
-        QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), Text("255.0.0.0"));
+        QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.0.0.0");
         QCOMPARE(BarAddress(), unit.Address());
         QVERIFY(ChangeButton()->isEnabled()); // nobody has told the page
         Click(ChangeButton());
@@ -439,7 +435,7 @@ private slots:
         QVERIFY(!ChangeButton()->isEnabled());
 
         Click(Find<QPushButton>("btnConnect"));
-        QCOMPARE(ConnectionLine(), Text("Connected to ") + unit.Address());
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
         QCOMPARE(Field("txtNewIpAddress")->text(), unit.Address());
         QCOMPARE(Field("txtNewSubnetMask")->text(), Mask);
         QVERIFY(ChangeButton()->isEnabled());
@@ -452,17 +448,17 @@ private slots:
         QVERIFY(unit.IsReady());
         Link(unit);
         Overtype(Field("txtIpAddress"), unit.Address());
-        const QString network = Elsewhere(unit.Address()).section(QLatin1Char('.'), 0, 2);
-        TypeAddressAndMask(network + Text(".010"), Mask);
+        const QString network = Elsewhere(unit.Address()).section('.', 0, 2);
+        TypeAddressAndMask(network + ".010", Mask);
         GiveTheNextAttemptUp();
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressFailed);
-        QCOMPARE(TheDeviceDatabase()->GetIpAddress(), network + Text(".8"));
-        QVERIFY(unit.WaitForLine(Text("ready %1.10:").arg(network)));
-        QCOMPARE(unit.Commands(), QStringList{AddressCommand(network + Text(".10"), Mask)});
-        ConnectTo(network + Text(".10"));
-        QCOMPARE(ConnectionLine(), Text("Connected to %1.10").arg(network));
-        QCOMPARE(unit.State(Text("address")), network + Text(".10"));
+        QCOMPARE(TheDeviceDatabase()->GetIpAddress(), network + ".8");
+        QVERIFY(unit.WaitForLine(QString("ready %1.10:").arg(network)));
+        QCOMPARE(unit.Commands(), QStringList{AddressCommand(network + ".10", Mask)});
+        ConnectTo(network + ".10");
+        QCOMPARE(ConnectionLine(), QString("Connected to %1.10").arg(network));
+        QCOMPARE(unit.State("address"), network + ".10");
     }
 
     void aUnitThatIsGoneFailsTheChange()
@@ -475,27 +471,26 @@ private slots:
         GiveTheNextAttemptUp();
         Click(ChangeButton());
         QCOMPARE(StatusLine(), AddressFailed);
-        QCOMPARE(ConnectionLine(), Text("Not Connected "));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
     }
 
     void theMacAddressTravelsInTheFormOfTheFirmware_data()
     {
         QTest::addColumn<QString>("firmware");
         QTest::addColumn<int>("bytes");
-        QTest::newRow("new firmware") << Text("3.10") << 6;
-        QTest::newRow("old firmware") << Text("2.50") << 127;
+        QTest::newRow("new firmware") << "3.10" << 6;
+        QTest::newRow("old firmware") << "2.50" << 127;
     }
     void theMacAddressTravelsInTheFormOfTheFirmware()
     {
         QFETCH(QString, firmware);
         QFETCH(int, bytes);
-        SimulatorProcess unit({Text("--firmware"), firmware, Text("--azimuth"),
-            Text("1,2,3,4,5,6,7,8,9,10"), Text("--polar"), Text("11,12,13,14,15,16,17,18,19,20")});
+        SimulatorProcess unit({"--firmware", firmware, "--azimuth", "1,2,3,4,5,6,7,8,9,10",
+            "--polar", "11,12,13,14,15,16,17,18,19,20"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         unit.Forget();
-        const QStringList kept{Text("azimuth"), Text("polar"), Text("part"), Text("serial"),
-            Text("address"), Text("mask")};
+        const QStringList kept{"azimuth", "polar", "part", "serial", "address", "mask"};
         QStringList before;
         for (const QString& key : kept) {
             before.append(unit.State(key));
@@ -503,12 +498,12 @@ private slots:
         unit.Forget();
         ChangeMacTo(NewMac);
         QCOMPARE(StatusLine(), MacChanged);
-        QCOMPARE(ConnectionLine(), Text("Connected to ") + unit.Address());
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), NewMac);
-        QVERIFY(unit.WaitForLine(Text("connected ")));
+        QVERIFY(unit.WaitForLine("connected "));
         QCOMPARE(unit.Commands().size(), 1);
-        QCOMPARE(unit.Commands().first().size(), Text("CF2 ").size() + 2 * bytes);
-        QCOMPARE(unit.State(Text("mac")), NewMac);
+        QCOMPARE(unit.Commands().first().size(), QString("CF2 ").size() + 2 * bytes);
+        QCOMPARE(unit.State("mac"), NewMac);
         QStringList after;
         for (const QString& key : kept) {
             after.append(unit.State(key));
@@ -524,7 +519,7 @@ private slots:
         unit.Forget();
         ChangeMacTo(Mac);
         QCOMPARE(StatusLine(), MacChanged);
-        QVERIFY(unit.WaitForLine(Text("connected ")));
+        QVERIFY(unit.WaitForLine("connected "));
         QCOMPARE(unit.Commands(), QStringList());
     }
 
@@ -532,9 +527,9 @@ private slots:
     {
         QTest::addColumn<QString>("typed");
         QTest::newRow("empty") << QString();
-        QTest::newRow("half typed") << Text("02:4C");
-        QTest::newRow("lower case") << Text("02:4c:7e:00:01:2a");
-        QTest::newRow("a letter in front") << Text("F2:4C:7E:00:01:2A");
+        QTest::newRow("half typed") << "02:4C";
+        QTest::newRow("lower case") << "02:4c:7e:00:01:2a";
+        QTest::newRow("a letter in front") << "F2:4C:7E:00:01:2A";
     }
     void aMacAddressThatIsNoneFailsWithoutACommand()
     {
@@ -551,8 +546,8 @@ private slots:
     void aMacAddressThatCannotBeSentFails_data()
     {
         QTest::addColumn<QString>("version");
-        QTest::newRow("new firmware") << Text("3.10\r");
-        QTest::newRow("old firmware") << Text("2.50\r");
+        QTest::newRow("new firmware") << "3.10\r";
+        QTest::newRow("old firmware") << "2.50\r";
     }
     void aMacAddressThatCannotBeSentFails()
     {
@@ -561,10 +556,10 @@ private slots:
         QVERIFY(unit.IsReady());
         Link(unit);
         TheDeviceDatabase()->SetFirmwareVersion(version);
-        QVERIFY(unit.Tell(Text("drop")));
+        QVERIFY(unit.Tell("drop"));
         ChangeMacTo(NewMac);
         QCOMPARE(StatusLine(), MacFailed);
-        QCOMPARE(ConnectionLine(), Text("Not Connected "));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), Mac);
         QCOMPARE(unit.Commands(), QStringList());
     }
@@ -578,7 +573,7 @@ private slots:
         GiveTheNextAttemptUp();
         ChangeMacTo(NewMac);
         QCOMPARE(StatusLine(), MacFailed);
-        QCOMPARE(ConnectionLine(), Text("Not Connected "));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), Mac);
     }
 };

@@ -69,7 +69,7 @@ void LetAttemptSucceed()
 
 int Attempts()
 {
-    return scripted::Events().count(QStringLiteral("open 1"));
+    return scripted::Events().count("open 1");
 }
 
 } // namespace
@@ -85,18 +85,17 @@ private slots:
         TheDeviceCommunication()->Disconnect();
         scripted::Reset();
         TheDeviceDatabase()->ResetData();
-        TheDeviceDatabase()->SetIpAddress(QStringLiteral("127.0.0.1"));
+        TheDeviceDatabase()->SetIpAddress("127.0.0.1");
     }
 
     void aFirstAttemptThatSucceedsEndsConnectedAfterAPassageThroughReconnecting()
     {
         LetAttemptSucceed();
         const StatusTexts status;
-        QVERIFY(ConnectToDevice(3, QStringLiteral("127.0.0.1")));
+        QVERIFY(ConnectToDevice(3, "127.0.0.1"));
         QVERIFY(TheDeviceCommunication()->IsConnected());
-        QCOMPARE(status.texts, (QStringList{QStringLiteral("Connecting to 127.0.0.1 ..."),
-                                   QStringLiteral("Reconnecting to 127.0.0.1"),
-                                   QStringLiteral("Connected to 127.0.0.1")}));
+        QCOMPARE(status.texts, (QStringList{"Connecting to 127.0.0.1 ...",
+                                   "Reconnecting to 127.0.0.1", "Connected to 127.0.0.1"}));
         QCOMPARE(ApplicationStatus(), QString());
         QCOMPARE(scripted::Sleeps(), QList<int>{100});
         QCOMPARE(Attempts(), 1);
@@ -105,9 +104,9 @@ private slots:
     void theDatabasesAddressDecidesAndNotTheArgument()
     {
         LetAttemptSucceed();
-        QVERIFY(ConnectToDevice(3, QStringLiteral("127.0.0.77")));
-        QVERIFY(scripted::Events().contains(QStringLiteral("resolve 127.0.0.1")));
-        QCOMPARE(TheDeviceDatabase()->GetIpAddress(), QStringLiteral("127.0.0.1"));
+        QVERIFY(ConnectToDevice(3, "127.0.0.77"));
+        QVERIFY(scripted::Events().contains("resolve 127.0.0.1"));
+        QCOMPARE(TheDeviceDatabase()->GetIpAddress(), "127.0.0.1");
     }
 
     void aSilentAddressIsTriedFourTimesFor200PollsOf100Ms()
@@ -123,12 +122,12 @@ private slots:
         QVERIFY(ConnectToDevice(3, QString()));
         QCOMPARE(Attempts(), 4);
         QCOMPARE(scripted::Sleeps(), QVector<int>(800, 100).toList());
-        QCOMPARE(labels, (QStringList{QStringLiteral("Connecting to VX440 (Attempt 1) ..."),
-                             QStringLiteral("Connecting to VX440 (Attemp 2) ..."),
-                             QStringLiteral("Connecting to VX440 (Attemp 3) ..."),
-                             QStringLiteral("Connecting to VX440 (Attemp 4) ...")}));
-        QCOMPARE(ApplicationStatus(), QStringLiteral("Connection failed! "));
-        QCOMPARE(ConnectionStatus(), QStringLiteral("Not Connected "));
+        QCOMPARE(
+            labels, (QStringList{"Connecting to VX440 (Attempt 1) ...",
+                        "Connecting to VX440 (Attemp 2) ...", "Connecting to VX440 (Attemp 3) ...",
+                        "Connecting to VX440 (Attemp 4) ..."}));
+        QCOMPARE(ApplicationStatus(), "Connection failed! ");
+        QCOMPARE(ConnectionStatus(), "Not Connected ");
     }
 
     void theLastLabelSpeaksOfAFifthAttempt()
@@ -143,7 +142,7 @@ private slots:
             });
         ConnectToDevice(3, QString());
         disconnect(connection);
-        QVERIFY(labels.contains(QStringLiteral("Connecting to VX440 (Attemp 5) ...")));
+        QVERIFY(labels.contains("Connecting to VX440 (Attemp 5) ..."));
     }
 
     void retriesOf0MakeOneAttempt()
@@ -160,7 +159,7 @@ private slots:
         QVERIFY(ConnectToDevice(0, QString()));
         TheDeviceCommunication()->wait();
         QCOMPARE(scripted::Sleeps().count(100), 200);
-        QCOMPARE(ApplicationStatus(), QStringLiteral("Connection failed! "));
+        QCOMPARE(ApplicationStatus(), "Connection failed! ");
     }
 
     void aSecondAttemptThatSucceedsIsTheLast()
@@ -177,15 +176,15 @@ private slots:
         QVERIFY(TheDeviceCommunication()->IsConnected());
         QCOMPARE(Attempts(), 2);
         QCOMPARE(scripted::Now(), 20100);
-        QCOMPARE(ConnectionStatus(), QStringLiteral("Connected to 127.0.0.1"));
+        QCOMPARE(ConnectionStatus(), "Connected to 127.0.0.1");
     }
 
     void anAddressThatDoesNotParseFailsWithoutAnAttempt_data()
     {
         QTest::addColumn<QString>("address");
-        QTest::newRow("bare mask") << QStringLiteral("...");
-        QTest::newRow("empty part") << QStringLiteral("192.168..1");
-        QTest::newRow("octet of 256") << QStringLiteral("192.168.0.256");
+        QTest::newRow("bare mask") << "...";
+        QTest::newRow("empty part") << "192.168..1";
+        QTest::newRow("octet of 256") << "192.168.0.256";
         QTest::newRow("empty") << QString();
     }
     void anAddressThatDoesNotParseFailsWithoutAnAttempt()
@@ -196,9 +195,8 @@ private slots:
         QVERIFY(!ConnectToDevice(3, address));
         QCOMPARE(Attempts(), 0);
         QCOMPARE(scripted::Sleeps(), QList<int>());
-        QCOMPARE(ApplicationStatus(), QStringLiteral("Connection failed! "));
-        QCOMPARE(status.texts,
-            (QStringList{QStringLiteral("Connecting to  ..."), QStringLiteral("Not Connected ")}));
+        QCOMPARE(ApplicationStatus(), "Connection failed! ");
+        QCOMPARE(status.texts, (QStringList{"Connecting to  ...", "Not Connected "}));
     }
 
     void aDialogThatIsClosedEndsTheAttempt()
@@ -212,7 +210,7 @@ private slots:
         QVERIFY(ConnectToDevice(3, QString()));
         QCOMPARE(Attempts(), 1);
         QCOMPARE(scripted::Sleeps().size(), 5);
-        QCOMPARE(ApplicationStatus(), QStringLiteral("Connection failed! "));
+        QCOMPARE(ApplicationStatus(), "Connection failed! ");
     }
 
     void afterAClosedDialogALateSuccessRaisesTheFlagUnderTheTextOfFailure()
@@ -228,8 +226,8 @@ private slots:
         scripted::SetConnectResult(scripted::ConnectResult::Succeeds);
         TheDeviceCommunication()->wait();
         QVERIFY(TheDeviceCommunication()->IsConnected());
-        QCOMPARE(ConnectionStatus(), QStringLiteral("Not Connected "));
-        QCOMPARE(ApplicationStatus(), QStringLiteral("Connection failed! "));
+        QCOMPARE(ConnectionStatus(), "Not Connected ");
+        QCOMPARE(ApplicationStatus(), "Connection failed! ");
     }
 
     void theDialogIsBusyAndShowsTheRemainingPolls()

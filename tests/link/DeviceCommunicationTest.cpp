@@ -71,44 +71,42 @@ private:
         };
         row(
             "CF1", [](auto& d) { return d.SendIpConfiguration(Eeprom.constData()); },
-            QStringLiteral("4346310D") + HexOf(Eeprom, 8), false);
+            QString("4346310D") + HexOf(Eeprom, 8), false);
         row(
-            "short CF2",
-            [](auto& d) { return d.SendMacAddress(QStringLiteral("02:4c:7e:0a:0B:ff")); },
-            QStringLiteral("4346320D024C7E0A0BFF"), false);
+            "short CF2", [](auto& d) { return d.SendMacAddress("02:4c:7e:0a:0B:ff"); },
+            "4346320D024C7E0A0BFF", false);
         row(
             "CF3", [](auto& d) { return d.SendFirmwareBlock(Block.constData()); },
-            QStringLiteral("4346330D") + HexOf(Block, 1220), true);
+            QString("4346330D") + HexOf(Block, 1220), true);
         row(
             "CF4", [](auto& d) { return d.SendFirmwareChecksum(Block.constData()); },
-            QStringLiteral("4346340D") + HexOf(Block, 8), false);
+            QString("4346340D") + HexOf(Block, 8), false);
         row(
             "CF5", [](auto& d) { return d.StartFirmwareUpdate(); },
-            QStringLiteral("4346350D") + QStringLiteral("00").repeated(255), false);
+            QString("4346350D") + QString("00").repeated(255), false);
         row(
             "CF6", [](auto& d) { return d.WriteEeprom(Eeprom.constData(), 1200); },
-            QStringLiteral("4346360D") + HexOf(Eeprom, 1202), true);
+            QString("4346360D") + HexOf(Eeprom, 1202), true);
         row(
-            "CF9", [](auto& d) { return d.SendOptions(QStringLiteral("a,b")); },
-            QStringLiteral("4346390D612C62"), true);
+            "CF9", [](auto& d) { return d.SendOptions("a,b"); }, "4346390D612C62", true);
         row(
-            "CF10", [](auto& d) { return d.SendOptionDescriptions(QStringLiteral("a,b")); },
-            QStringLiteral("434631300D612C62"), true);
+            "CF10", [](auto& d) { return d.SendOptionDescriptions("a,b"); }, "434631300D612C62",
+            true);
         row(
             "HCF",
             [](auto& d) {
                 return d.SendMotorConfiguration(0, {500, 3, 65535});
             },
-            QStringLiteral("4843460D01F40003FFFF"), false);
+            "4843460D01F40003FFFF", false);
         row(
             "VCF",
             [](auto& d) {
                 return d.SendMotorConfiguration(1, {500, 3, 65535});
             },
-            QStringLiteral("5643460D01F40003FFFF"), false);
+            "5643460D01F40003FFFF", false);
         row(
             "HCF without values", [](auto& d) { return d.SendMotorConfiguration(0, {}); },
-            QStringLiteral("4843460D"), false);
+            "4843460D", false);
     }
 
 private slots:
@@ -131,11 +129,10 @@ private slots:
         fresh.StartConnection("127.0.0.9");
         fresh.wait();
         QCOMPARE(scripted::Actions(),
-            (QStringList{QStringLiteral("open 1"), QStringLiteral("option reuse address"),
-                QStringLiteral("option out of band inline"), QStringLiteral("resolve 127.0.0.9"),
-                QStringLiteral("connect 50000"), QStringLiteral("nonblocking")}));
+            (QStringList{"open 1", "option reuse address", "option out of band inline",
+                "resolve 127.0.0.9", "connect 50000", "nonblocking"}));
         QVERIFY(fresh.IsConnected());
-        QCOMPARE(fresh.objectName(), QStringLiteral("CommunicationThread"));
+        QCOMPARE(fresh.objectName(), "CommunicationThread");
     }
 
     void aFailedAttemptLeavesTheFlagDownWithoutASignal()
@@ -152,7 +149,7 @@ private slots:
     {
         device->StartConnection("127.0.0.1");
         device->wait();
-        QCOMPARE(scripted::Actions().first(), QStringLiteral("close"));
+        QCOMPARE(scripted::Actions().first(), "close");
     }
 
     void aNewAttemptEndsAHangingOneAtOnce()
@@ -183,7 +180,7 @@ private slots:
         const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
         device->Disconnect();
         QVERIFY(!device->IsConnected());
-        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("close")});
+        QCOMPARE(scripted::Events(), QStringList{"close"});
         QCOMPARE(lost.count(), 0);
     }
 
@@ -223,9 +220,9 @@ private slots:
             }
         });
         QVERIFY(command(*device));
-        QStringList expected{QStringLiteral("sleep 10"), QStringLiteral("send ") + frame};
+        QStringList expected{"sleep 10", QString("send ") + frame};
         if (acknowledged) {
-            expected << QStringLiteral("sleep 1");
+            expected << "sleep 1";
             QCOMPARE(device->GetLastResult(), ushort(1));
         }
         QCOMPARE(scripted::Events(), expected);
@@ -291,7 +288,7 @@ private slots:
     void otherBytesAreResult2AtOnce()
     {
         scripted::WhenSent([](const QByteArray&) { scripted::Deliver("7\r"); });
-        QVERIFY(!device->SendOptions(QStringLiteral("a")));
+        QVERIFY(!device->SendOptions("a"));
         QCOMPARE(device->GetLastResult(), ushort(2));
         QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1}));
     }
@@ -302,14 +299,14 @@ private slots:
             scripted::Deliver("2\r");
             scripted::DeliverAfter(50, "1\r");
         });
-        QVERIFY(device->SendOptions(QStringLiteral("a")));
+        QVERIFY(device->SendOptions("a"));
         QCOMPARE(scripted::Sleeps().size(), 1 + 51);
     }
 
     void anAcknowledgementIsSeenAtTheFirstPollBehindIt()
     {
         scripted::WhenSent([](const QByteArray&) { scripted::DeliverAfter(300, "1\r"); });
-        QVERIFY(device->SendOptions(QStringLiteral("a")));
+        QVERIFY(device->SendOptions("a"));
         QCOMPARE(scripted::Sleeps().size(), 1 + 301);
     }
 
@@ -328,7 +325,7 @@ private slots:
             scripted::Deliver(digit);
             scripted::DeliverAfter(500, "\r");
         });
-        device->SendOptions(QStringLiteral("a"));
+        device->SendOptions("a");
         QCOMPARE(int(device->GetLastResult()), result);
         QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1}));
     }
@@ -336,7 +333,7 @@ private slots:
     void aFirmwareBlockThatCannotBeSentLeavesResult0()
     {
         scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
-        QVERIFY(device->SendOptions(QStringLiteral("a")));
+        QVERIFY(device->SendOptions("a"));
         QCOMPARE(device->GetLastResult(), ushort(1));
         scripted::FailSendsFrom(1);
         QVERIFY(!device->SendFirmwareBlock(CountedBytes(1220).constData()));
@@ -358,7 +355,7 @@ private slots:
         scripted::WhenSent([answer](const QByteArray&) { scripted::Deliver(answer); });
         QVERIFY(device->ValidateFirmware());
         QCOMPARE(int(device->GetLastResult()), result);
-        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346380D")});
+        QCOMPARE(scripted::Actions(), QStringList{"send 4346380D"});
     }
 
     void validationIsFalseWhenItCannotBeSent()
@@ -384,7 +381,7 @@ private slots:
         QFETCH(int, length);
         QFETCH(bool, sent);
         scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
-        const QString text(length, QLatin1Char('x'));
+        const QString text(length, 'x');
         QCOMPARE(
             descriptions ? device->SendOptionDescriptions(text) : device->SendOptions(text), sent);
         if (sent) {
@@ -398,15 +395,15 @@ private slots:
     void aTextOf65536CharactersIsSentAsItsHead()
     {
         scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
-        QVERIFY(device->SendOptions(QString(65536, QLatin1Char('x'))));
-        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346390D")});
+        QVERIFY(device->SendOptions(QString(65536, 'x')));
+        QCOMPARE(scripted::Actions(), QStringList{"send 4346390D"});
     }
 
     void aTextTravelsInAsManyBytesAsItHasCharacters()
     {
         scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
         QVERIFY(device->SendOptions(QString::fromUtf8("\xC3\xA4z"))); // "äz" is three bytes
-        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346390DC3A4")});
+        QCOMPARE(scripted::Actions(), QStringList{"send 4346390DC3A4"});
     }
 
     void theEepromWriteTakes1200BytesAndNoMore()
@@ -425,7 +422,7 @@ private slots:
         scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
         const uchar block[2] = {0x04, 0xB0};
         QVERIFY(device->WriteEeprom(block, 0));
-        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346360D04B0")});
+        QCOMPARE(scripted::Actions(), QStringList{"send 4346360D04B0"});
     }
 
     void anotherChannelThanTheMotorsIsNotSent_data()
@@ -443,39 +440,37 @@ private slots:
 
     void aMacAddressOf9CharactersIsNotSent()
     {
-        QVERIFY(!device->SendMacAddress(QStringLiteral("02:4C:7E:")));
+        QVERIFY(!device->SendMacAddress("02:4C:7E:"));
         QCOMPARE(scripted::Events(), QStringList());
     }
 
     void aMacAddressWithoutSixPartsIsSentAsZeros_data()
     {
         QTest::addColumn<QString>("mac");
-        QTest::newRow("ten characters") << QStringLiteral("02:4C:7E:0");
-        QTest::newRow("hyphens") << QStringLiteral("02-4C-7E-01-02-03");
-        QTest::newRow("seven parts") << QStringLiteral("02:4C:7E:01:02:03:04");
+        QTest::newRow("ten characters") << "02:4C:7E:0";
+        QTest::newRow("hyphens") << "02-4C-7E-01-02-03";
+        QTest::newRow("seven parts") << "02:4C:7E:01:02:03:04";
     }
     void aMacAddressWithoutSixPartsIsSentAsZeros()
     {
         QFETCH(QString, mac);
         QVERIFY(device->SendMacAddress(mac));
-        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 4346320D000000000000")});
+        QCOMPARE(scripted::Actions(), QStringList{"send 4346320D000000000000"});
     }
 
     void theLongConfigurationHasItsFieldsInPlace()
     {
-        const QString frame = LongConfiguration(QStringLiteral("ZELMA&KOVINTH,VX440,P/S\r"),
-            QStringLiteral("02:4c:7E:00:01:29"), QStringLiteral("192.168.0.129"),
-            QStringLiteral("255.255.255.0"), Parameters(0x0100), Parameters(0x0200));
+        const QString frame = LongConfiguration("ZELMA&KOVINTH,VX440,P/S\r", "02:4c:7E:00:01:29",
+            "192.168.0.129", "255.255.255.0", Parameters(0x0100), Parameters(0x0200));
         QString motors;
         for (const int first : {0x0100, 0x0200}) {
             for (int id = 0; id < 10; ++id) {
-                motors += QStringLiteral("%1").arg(first + id, 4, 16, QLatin1Char('0')).toUpper();
+                motors += QString("%1").arg(first + id, 4, 16, QLatin1Char('0')).toUpper();
             }
         }
         const QByteArray identity = QByteArray("ZELMA&KOVINTH,VX440,P/S\r").leftJustified(60, '\0');
-        QCOMPARE(frame, QStringLiteral("4346320D") + motors + QStringLiteral("024C7E000129") +
-                            QStringLiteral("C0A80081") + QStringLiteral("FFFFFF00") +
-                            QStringLiteral("00").repeated(13) +
+        QCOMPARE(frame, QString("4346320D") + motors + QString("024C7E000129") +
+                            QString("C0A80081") + QString("FFFFFF00") + QString("00").repeated(13) +
                             QString::fromLatin1(identity.toHex().toUpper()));
         QCOMPARE(frame.size(), 2 * 131);
     }
@@ -484,49 +479,47 @@ private slots:
     {
         QMap<int, ushort> motor0{{0, 1}, {9, 2}, {10, 0xAAAA}, {11, 0xBBBB}, {-1, 0xCCCC}};
         const QString frame = LongConfiguration({}, {}, {}, {}, motor0, {});
-        QCOMPARE(frame, QStringLiteral("4346320D0001") + QStringLiteral("0000").repeated(8) +
-                            QStringLiteral("0002") + QStringLiteral("00").repeated(107));
+        QCOMPARE(frame, QString("4346320D0001") + QString("0000").repeated(8) + QString("0002") +
+                            QString("00").repeated(107));
     }
 
     void anAddressThatDoesNotParseTravelsAs0()
     {
-        const QString frame =
-            LongConfiguration({}, {}, QStringLiteral("192.168.0.256"), QStringLiteral("x"), {}, {});
-        QCOMPARE(frame.mid(8 + 2 * 46, 16), QStringLiteral("0000000000000000"));
+        const QString frame = LongConfiguration({}, {}, "192.168.0.256", "x", {}, {});
+        QCOMPARE(frame.mid(8 + 2 * 46, 16), "0000000000000000");
     }
 
     void onlyTheFirst60CharactersOfTheIdentityTravel()
     {
-        const QString frame = LongConfiguration(QString(500, QLatin1Char('i')), {}, {}, {}, {}, {});
+        const QString frame = LongConfiguration(QString(500, 'i'), {}, {}, {}, {}, {});
         QCOMPARE(frame.size(), 2 * 131);
-        QCOMPARE(frame.mid(8 + 2 * 67), QStringLiteral("69").repeated(60));
+        QCOMPARE(frame.mid(8 + 2 * 67), QString("69").repeated(60));
     }
 
     void aMacAddressWithAnyNumberOfPartsStaysInTheBlock()
     {
-        const QString mac = QStringLiteral("11:").repeated(200) + QStringLiteral("11");
-        const QString frame = LongConfiguration(QStringLiteral("id"), mac,
-            QStringLiteral("1.2.3.4"), QStringLiteral("5.6.7.8"), {}, {});
+        const QString mac = QString("11:").repeated(200) + "11";
+        const QString frame = LongConfiguration("id", mac, "1.2.3.4", "5.6.7.8", {}, {});
         QCOMPARE(frame.size(), 2 * 131);
-        QCOMPARE(frame.mid(8 + 2 * 40, 28), QStringLiteral("1111111111110102030405060708"));
+        QCOMPARE(frame.mid(8 + 2 * 40, 28), "1111111111110102030405060708");
     }
 
     void theIdentityEndsWithItsCarriageReturn()
     {
         scripted::WhenSent([](const QByteArray&) { scripted::Deliver("A,B,C/D,3.10\rrest"); });
-        QCOMPARE(device->ReadIdentity(), QStringLiteral("A,B,C/D,3.10\r"));
+        QCOMPARE(device->ReadIdentity(), "A,B,C/D,3.10\r");
         QList<int> sleeps{Drain};
         for (int i = 0; i < 13; ++i) {
             sleeps << 1;
         }
         QCOMPARE(scripted::Sleeps(), sleeps);
-        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 2A49444E3F0D")});
+        QCOMPARE(scripted::Actions(), QStringList{"send 2A49444E3F0D"});
     }
 
     void theIdentityBeginsWithAZeroForEachMillisecondOfSilence()
     {
         scripted::WhenSent([](const QByteArray&) { scripted::DeliverAfter(3, "A\r"); });
-        QCOMPARE(device->ReadIdentity(), QString(3, QChar(0)) + QStringLiteral("A\r"));
+        QCOMPARE(device->ReadIdentity(), QString(3, QChar(0)) + "A\r");
     }
 
     void theIdentityRepeatsTheLastCharacterInAGap()
@@ -535,7 +528,7 @@ private slots:
             scripted::Deliver("AB");
             scripted::DeliverAfter(4, "C\r");
         });
-        QCOMPARE(device->ReadIdentity(), QStringLiteral("ABBBC\r"));
+        QCOMPARE(device->ReadIdentity(), "ABBBC\r");
     }
 
     void aSilentUnitHasAnIdentityOf2000Zeros()
@@ -562,21 +555,21 @@ private slots:
                 scripted::Deliver(QByteArray(2003, 'x'));
             }
         });
-        QCOMPARE(device->ReadIdentity(), QString(2000, QLatin1Char('x')));
+        QCOMPARE(device->ReadIdentity(), QString(2000, 'x'));
         scripted::ForgetEvents();
         device->SendMotorConfiguration(0, {});
         QCOMPARE(scripted::Sleeps(), (QList<int>{10, 10, 10, 10}));
-        QCOMPARE(device->ReadOptions(), QString(2000, QLatin1Char('x')));
+        QCOMPARE(device->ReadOptions(), QString(2000, 'x'));
     }
 
     void theOptionQueriesSendTheirTexts()
     {
         scripted::WhenSent([](const QByteArray&) { scripted::Deliver("x\r"); });
-        QCOMPARE(device->ReadOptions(), QStringLiteral("x\r"));
-        QCOMPARE(device->ReadOptionDescriptions(), QStringLiteral("x\r"));
-        QCOMPARE(scripted::Actions(),
-            (QStringList{QStringLiteral("send 4745543A4F5054494F4E3A494E5445524E414C3F0D"),
-                QStringLiteral("send 4745543A4F5054494F4E3A444553433F0D")}));
+        QCOMPARE(device->ReadOptions(), "x\r");
+        QCOMPARE(device->ReadOptionDescriptions(), "x\r");
+        QCOMPARE(
+            scripted::Actions(), (QStringList{"send 4745543A4F5054494F4E3A494E5445524E414C3F0D",
+                                     "send 4745543A4F5054494F4E3A444553433F0D"}));
     }
 
     void theOptionQueriesCollectOnlyWhatCame()
@@ -585,7 +578,7 @@ private slots:
             scripted::DeliverAfter(5, "A");
             scripted::DeliverAfter(9, "B\r");
         });
-        QCOMPARE(device->ReadOptions(), QStringLiteral("AB\r"));
+        QCOMPARE(device->ReadOptions(), "AB\r");
     }
 
     void theOptionsOfASilentUnitAreEmptyAfter2000Passes()
@@ -608,9 +601,7 @@ private slots:
         uchar buffer[5] = {1, 2, 3, 4, 5};
         QVERIFY(device->ReadConfiguration(buffer, 4));
         QCOMPARE(QByteArray(reinterpret_cast<char*>(buffer), 5), QByteArray("abcd\x05"));
-        QCOMPARE(scripted::Events(),
-            (QStringList{QStringLiteral("sleep 10"), QStringLiteral("send 4346300D"),
-                QStringLiteral("sleep 1000")}));
+        QCOMPARE(scripted::Events(), (QStringList{"sleep 10", "send 4346300D", "sleep 1000"}));
     }
 
     void aShortOrLateConfigurationIsFalseAndLeavesTheBuffer_data()
@@ -647,9 +638,8 @@ private slots:
         QVector<uchar> out{9};
         QVERIFY(device->ReadEeprom(request, out));
         QCOMPARE(out, (QVector<uchar>{9, 'a', 'b', 'c'}));
-        QCOMPARE(scripted::Events(),
-            (QStringList{QStringLiteral("sleep 10"), QStringLiteral("send 4346370D000304B0"),
-                QStringLiteral("sleep 1000")}));
+        QCOMPARE(
+            scripted::Events(), (QStringList{"sleep 10", "send 4346370D000304B0", "sleep 1000"}));
     }
 
     void theEepromReadTurnsTheLengthOfTheRequestIntoHostOrder()

@@ -19,10 +19,10 @@ constexpr int Serial = 10;
 
 void FillDeviceColumns()
 {
-    TheDeviceDatabase()->SetMacAddress(QStringLiteral("02:4C:7E:00:00:01"));
-    TheDeviceDatabase()->SetPartNumber(QStringLiteral("old"), 0);
-    TheDeviceDatabase()->SetSerialNumber(QStringLiteral("old"), 0);
-    TheDeviceDatabase()->SetFirmwareVersion(QStringLiteral("old"));
+    TheDeviceDatabase()->SetMacAddress("02:4C:7E:00:00:01");
+    TheDeviceDatabase()->SetPartNumber("old", 0);
+    TheDeviceDatabase()->SetSerialNumber("old", 0);
+    TheDeviceDatabase()->SetFirmwareVersion("old");
 }
 
 } // namespace
@@ -36,8 +36,8 @@ private slots:
     {
         scripted::Reset();
         TheDeviceDatabase()->ResetData();
-        TheDeviceDatabase()->SetIpAddress(QStringLiteral("127.0.0.1"));
-        TheDeviceDatabase()->SetSubnetMask(QStringLiteral("255.0.0.0"));
+        TheDeviceDatabase()->SetIpAddress("127.0.0.1");
+        TheDeviceDatabase()->SetSubnetMask("255.0.0.0");
         TheDeviceCommunication()->StartConnection("127.0.0.1");
         TheDeviceCommunication()->wait();
         scripted::ForgetEvents();
@@ -76,7 +76,7 @@ private slots:
         QTEST(Column(Part), "part");
         QTEST(Column(Serial), "serial");
         QTEST(Column(Version), "version");
-        QCOMPARE(scripted::Actions(), QStringList{QStringLiteral("send 2A49444E3F0D")});
+        QCOMPARE(scripted::Actions(), QStringList{"send 2A49444E3F0D"});
     }
 
     void withoutALinkTheFourColumnsAreEmptiedAndNothingIsSent()
@@ -101,8 +101,8 @@ private slots:
 
     void theIdentityForTheUnitHasNoVersion()
     {
-        QCOMPARE(BuildDeviceIdentity(QStringLiteral("1234.5678"), QStringLiteral("000123")),
-            QStringLiteral("ZELMA&KOVINTH,VX440,1234.5678/000123\r"));
+        QCOMPARE(
+            BuildDeviceIdentity("1234.5678", "000123"), "ZELMA&KOVINTH,VX440,1234.5678/000123\r");
     }
 
     void aChangeOfTheConfigurationWritesTheMotorsBackUnchanged()
@@ -111,48 +111,46 @@ private slots:
             TheDeviceDatabase()->SetMotorParameter(0, id, static_cast<ushort>(0x1100 + id));
             TheDeviceDatabase()->SetMotorParameter(1, id, static_cast<ushort>(0x2200 + id));
         }
-        QVERIFY(ChangeDeviceConfiguration(QStringLiteral("S"), QStringLiteral("P"),
-            QStringLiteral("02:4C:7E:00:01:29"), QStringLiteral("Board Data")));
-        QCOMPARE(Column(1), QStringLiteral("Changing Board Data ..."));
+        QVERIFY(ChangeDeviceConfiguration("S", "P", "02:4C:7E:00:01:29", "Board Data"));
+        QCOMPARE(Column(1), "Changing Board Data ...");
         const QString frame = scripted::Actions().value(0).mid(5);
-        QCOMPARE(frame.left(8), QStringLiteral("4346320D"));
-        QCOMPARE(frame.mid(8, 80), QStringLiteral("1100110111021103110411051106110711081109"
-                                                  "2200220122022203220422052206220722082209"));
-        QCOMPARE(frame.mid(88, 28), QStringLiteral("024C7E0001297F000001FF000000"));
+        QCOMPARE(frame.left(8), "4346320D");
+        QCOMPARE(frame.mid(8, 80), "1100110111021103110411051106110711081109"
+                                   "2200220122022203220422052206220722082209");
+        QCOMPARE(frame.mid(88, 28), "024C7E0001297F000001FF000000");
         QVERIFY(frame.endsWith(
             QString::fromLatin1(QByteArray("ZELMA&KOVINTH,VX440,P/S\r").toHex().toUpper()) +
-            QStringLiteral("00").repeated(36)));
+            QString("00").repeated(36)));
     }
 
     void theMacAddressOfOldFirmwareChangesWithTheStoredIdentity()
     {
-        TheDeviceDatabase()->SetPartNumber(QStringLiteral("P"), 0);
-        TheDeviceDatabase()->SetSerialNumber(QStringLiteral("S"), 0);
-        QString error = QStringLiteral("as it was");
-        QVERIFY(ChangeMacViaConfiguration(QStringLiteral("02:00:00:00:00:09"), error));
-        QCOMPARE(Column(1), QStringLiteral("Changing MAC Address ..."));
-        QCOMPARE(error, QStringLiteral("as it was"));
+        TheDeviceDatabase()->SetPartNumber("P", 0);
+        TheDeviceDatabase()->SetSerialNumber("S", 0);
+        QString error = "as it was";
+        QVERIFY(ChangeMacViaConfiguration("02:00:00:00:00:09", error));
+        QCOMPARE(Column(1), "Changing MAC Address ...");
+        QCOMPARE(error, "as it was");
         const QString frame = scripted::Actions().value(0).mid(5);
         QCOMPARE(frame.size(), 2 * 131);
-        QCOMPARE(frame.mid(88, 12), QStringLiteral("020000000009"));
+        QCOMPARE(frame.mid(88, 12), "020000000009");
         QVERIFY(frame.contains(QString::fromLatin1(QByteArray("P/S\r").toHex().toUpper())));
     }
 
     void theMacAddressOfNewFirmwareChangesAtOnceAndTakes100Ms()
     {
-        QString error = QStringLiteral("as it was");
-        QVERIFY(ChangeMacDirect(QStringLiteral("02:00:00:00:00:09"), error));
-        QCOMPARE(error, QStringLiteral("as it was"));
+        QString error = "as it was";
+        QVERIFY(ChangeMacDirect("02:00:00:00:00:09", error));
+        QCOMPARE(error, "as it was");
         QCOMPARE(scripted::Events(),
-            (QStringList{QStringLiteral("sleep 10"), QStringLiteral("send 4346320D020000000009"),
-                QStringLiteral("sleep 100")}));
+            (QStringList{"sleep 10", "send 4346320D020000000009", "sleep 100"}));
     }
 
     void aMacAddressThatIsTooShortIsNotSentAndTakes100Ms()
     {
         QString error;
-        QVERIFY(!ChangeMacDirect(QStringLiteral("02:00"), error));
-        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("sleep 100")});
+        QVERIFY(!ChangeMacDirect("02:00", error));
+        QCOMPARE(scripted::Events(), QStringList{"sleep 100"});
     }
 
     void theAddressThatTheUnitHasIsASuccessWithoutAFrame()
@@ -160,8 +158,7 @@ private slots:
         QString error;
         for (bool changed : {false, true}) {
             const bool before = changed;
-            QVERIFY(ChangeIpConfiguration(
-                QStringLiteral("127.0.0.1"), QStringLiteral("255.0.0.0"), error, &changed));
+            QVERIFY(ChangeIpConfiguration("127.0.0.1", "255.0.0.0", error, &changed));
             QCOMPARE(changed, before);
         }
         QCOMPARE(scripted::Events(), QStringList());
@@ -172,27 +169,29 @@ private slots:
         QTest::addColumn<QString>("ip");
         QTest::addColumn<QString>("mask");
         QTest::addColumn<QString>("frame");
-        QTest::newRow("address") << QStringLiteral("192.168.0.129") << QStringLiteral("255.0.0.0")
-                                 << QStringLiteral("send 4346310DC0A80081FF000000");
-        QTest::newRow("mask") << QStringLiteral("127.0.0.1") << QStringLiteral("255.255.255.0")
-                              << QStringLiteral("send 4346310D7F000001FFFFFF00");
-        QTest::newRow("leading zeros are decimal")
-            << QStringLiteral("010.020.030.040") << QStringLiteral("255.0.0.0")
-            << QStringLiteral("send 4346310D0A141E28FF000000");
-        QTest::newRow("too many parts")
-            << QStringLiteral("1.2.3.4.5.6.7.8.9") << QStringLiteral("255.0.0.0.7")
-            << QStringLiteral("send 4346310D01020304FF000000");
+        QTest::newRow("address") << "192.168.0.129"
+                                 << "255.0.0.0"
+                                 << "send 4346310DC0A80081FF000000";
+        QTest::newRow("mask") << "127.0.0.1"
+                              << "255.255.255.0"
+                              << "send 4346310D7F000001FFFFFF00";
+        QTest::newRow("leading zeros are decimal") << "010.020.030.040"
+                                                   << "255.0.0.0"
+                                                   << "send 4346310D0A141E28FF000000";
+        QTest::newRow("too many parts") << "1.2.3.4.5.6.7.8.9"
+                                        << "255.0.0.0.7"
+                                        << "send 4346310D01020304FF000000";
     }
     void anotherAddressOrMaskTravelsWithBoth()
     {
         QFETCH(QString, ip);
         QFETCH(QString, mask);
         QFETCH(QString, frame);
-        QString error = QStringLiteral("as it was");
+        QString error = "as it was";
         bool changed = false;
         QVERIFY(ChangeIpConfiguration(ip, mask, error, &changed));
         QVERIFY(changed);
-        QCOMPARE(error, QStringLiteral("as it was"));
+        QCOMPARE(error, "as it was");
         QCOMPARE(scripted::Actions(), QStringList{frame});
     }
 
@@ -201,8 +200,7 @@ private slots:
         scripted::FailSendsFrom(1);
         QString error;
         bool changed = false;
-        QVERIFY(!ChangeIpConfiguration(
-            QStringLiteral("1.2.3.4"), QStringLiteral("255.0.0.0"), error, &changed));
+        QVERIFY(!ChangeIpConfiguration("1.2.3.4", "255.0.0.0", error, &changed));
         QVERIFY(!changed);
         QVERIFY(!TheDeviceCommunication()->IsConnected());
     }

@@ -67,8 +67,8 @@ private slots:
         QVERIFY(unit.IsReady());
         QVERIFY(Connect(unit));
         TheDeviceCommunication()->Disconnect();
-        QFile taker(QDir::tempPath() +
-                    QStringLiteral("/vx440-taker-%1").arg(QCoreApplication::applicationPid()));
+        QFile taker(
+            QDir::tempPath() + QString("/vx440-taker-%1").arg(QCoreApplication::applicationPid()));
         QVERIFY(taker.open(QIODevice::ReadWrite)); // has the socket's number now
         const QSignalSpy lost(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost);
         QVERIFY(!TheDeviceCommunication()->SendMotorConfiguration(0, {1, 2, 3}));
@@ -82,8 +82,8 @@ private slots:
         SimulatorProcess unit;
         QVERIFY(unit.IsReady());
         QVERIFY(Connect(unit));
-        QVERIFY(unit.WaitForLine(QStringLiteral("connected ")));
-        QVERIFY(unit.Tell(QStringLiteral("drop")));
+        QVERIFY(unit.WaitForLine("connected "));
+        QVERIFY(unit.Tell("drop"));
         const QSignalSpy lost(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost);
         QVERIFY(!TheDeviceCommunication()->SendMotorConfiguration(0, {1}));
         QVERIFY(!TheDeviceCommunication()->IsConnected());
@@ -95,8 +95,8 @@ private slots:
         SimulatorProcess unit;
         QVERIFY(unit.IsReady());
         QVERIFY(Connect(unit));
-        QVERIFY(unit.WaitForLine(QStringLiteral("connected ")));
-        QVERIFY(unit.Tell(QStringLiteral("fault resetting:CF0")));
+        QVERIFY(unit.WaitForLine("connected "));
+        QVERIFY(unit.Tell("fault resetting:CF0"));
         uchar block[75] = {};
         QVERIFY(!TheDeviceCommunication()->ReadConfiguration(block, sizeof block));
         QVERIFY(!TheDeviceCommunication()->ReadConfiguration(block, sizeof block));

@@ -105,7 +105,7 @@ private slots:
     void sendGivesZeroAndNotACount()
     {
         QCOMPARE(stream.Send("abc", 3), 0);
-        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("send 616263")});
+        QCOMPARE(scripted::Events(), QStringList{"send 616263"});
     }
 
     void sendOfNothingTouchesNothing()
@@ -119,8 +119,7 @@ private slots:
     {
         scripted::TakeAtMost(2);
         QCOMPARE(stream.Send("abcde", 5), 0);
-        QCOMPARE(scripted::Events(), (QStringList{QStringLiteral("send 6162"),
-                                         QStringLiteral("send 6364"), QStringLiteral("send 65")}));
+        QCOMPARE(scripted::Events(), (QStringList{"send 6162", "send 6364", "send 65"}));
     }
 
     void sendFailsWithMinusOneAndIsNotTriedAgain()
@@ -128,8 +127,7 @@ private slots:
         scripted::TakeAtMost(2);
         scripted::FailSendsFrom(2);
         QCOMPARE(stream.Send("abcde", 5), -1);
-        QCOMPARE(scripted::Events(),
-            (QStringList{QStringLiteral("send 6162"), QStringLiteral("send fails")}));
+        QCOMPARE(scripted::Events(), (QStringList{"send 6162", "send fails"}));
     }
 };
 

@@ -26,17 +26,17 @@ private slots:
     {
         scripted::FailStart();
         QCOMPARE(ThrownBy(1), 1);
-        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("start 257")});
+        QCOMPARE(scripted::Events(), QStringList{"start 257"});
         scripted::Reset();
         QCOMPARE(ThrownBy(1), -1);
-        QCOMPARE(scripted::Events().first(), QStringLiteral("start 257"));
+        QCOMPARE(scripted::Events().first(), "start 257");
     }
 
     void aSecondSocketDoesNotStartTheSocketsAgain()
     {
         const RavoSocket first(1);
         const RavoSocket second(1);
-        QVERIFY(!scripted::Events().contains(QStringLiteral("start 257")));
+        QVERIFY(!scripted::Events().contains("start 257"));
     }
 
     void aTypeThatIsNeitherStreamNorDatagramThrowsInvalidType_data()
@@ -57,16 +57,14 @@ private slots:
     {
         const RavoSocket socket(1);
         QCOMPARE(scripted::Events(),
-            (QStringList{QStringLiteral("open 1"), QStringLiteral("option reuse address"),
-                QStringLiteral("option out of band inline")}));
+            (QStringList{"open 1", "option reuse address", "option out of band inline"}));
     }
 
     void aDatagramSocketGetsReuseAndBroadcast()
     {
         const RavoSocket socket(2);
         QCOMPARE(scripted::Events(),
-            (QStringList{QStringLiteral("open 2"), QStringLiteral("option reuse address"),
-                QStringLiteral("option broadcast")}));
+            (QStringList{"open 2", "option reuse address", "option broadcast"}));
     }
 
     void aSocketThatCannotBeOpenedThrowsSetupFailed()
@@ -79,13 +77,13 @@ private slots:
     {
         scripted::FailOptions();
         QCOMPARE(ThrownBy(1), 1);
-        QVERIFY(!scripted::Events().contains(QStringLiteral("close")));
+        QVERIFY(!scripted::Events().contains("close"));
     }
 
     void theDestructorDoesNotCloseTheSocket()
     {
         ThrownBy(1);
-        QVERIFY(!scripted::Events().contains(QStringLiteral("close")));
+        QVERIFY(!scripted::Events().contains("close"));
     }
 
     void connectGivesZeroOnSuccess()
@@ -93,8 +91,7 @@ private slots:
         RavoSocket socket(1);
         scripted::ForgetEvents();
         QCOMPARE(socket.Connect("127.0.0.1", 50000), ushort(0));
-        QCOMPARE(scripted::Events(),
-            (QStringList{QStringLiteral("resolve 127.0.0.1"), QStringLiteral("connect 50000")}));
+        QCOMPARE(scripted::Events(), (QStringList{"resolve 127.0.0.1", "connect 50000"}));
     }
 
     void connectToAnUnresolvableHostGives65535AndDoesNotConnect()
@@ -103,7 +100,7 @@ private slots:
         RavoSocket socket(1);
         scripted::ForgetEvents();
         QCOMPARE(int(socket.Connect("nobody.invalid", 50000)), 65535);
-        QCOMPARE(scripted::Events(), QStringList{QStringLiteral("resolve nobody.invalid")});
+        QCOMPARE(scripted::Events(), QStringList{"resolve nobody.invalid"});
     }
 
     void aRefusedConnectGives65535AfterAMillisecondAndLeavesTheSocketOpen()
@@ -112,8 +109,7 @@ private slots:
         RavoSocket socket(1);
         scripted::ForgetEvents();
         QCOMPARE(int(socket.Connect("127.0.0.1", 50000)), 65535);
-        QCOMPARE(scripted::Events().mid(1),
-            (QStringList{QStringLiteral("connect 50000"), QStringLiteral("sleep 1")}));
+        QCOMPARE(scripted::Events().mid(1), (QStringList{"connect 50000", "sleep 1"}));
     }
 };
 

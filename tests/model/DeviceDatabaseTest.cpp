@@ -63,21 +63,21 @@ constexpr TextSetter SettersOfBothSets[] = {
 void Fill(CDeviceDatabase& database)
 {
     database.SetConnectionStatus(0);
-    database.SetApplicationStatus(QStringLiteral("status"));
-    database.SetIpAddress(QStringLiteral("192.168.0.129"));
-    database.SetMacAddress(QStringLiteral("02:4C:7E:00:00:01"));
-    database.SetSubnetMask(QStringLiteral("255.255.255.0"));
-    database.SetFirmwareVersion(QStringLiteral("3.10"));
-    database.SetVariant(QStringLiteral("var"));
+    database.SetApplicationStatus("status");
+    database.SetIpAddress("192.168.0.129");
+    database.SetMacAddress("02:4C:7E:00:00:01");
+    database.SetSubnetMask("255.255.255.0");
+    database.SetFirmwareVersion("3.10");
+    database.SetVariant("var");
     for (const TextSetter& setter : SettersOfBothSets) {
         for (int set = 0; set < 2; ++set) {
-            (database.*setter.set)(QStringLiteral("c%1").arg(setter.columns[set]), set);
+            (database.*setter.set)(QString("c%1").arg(setter.columns[set]), set);
         }
     }
     database.SetMotorParameters(0, {100, 101, 102, 103, 104, 105, 106, 107, 108, 109, 110, 1});
     database.SetMotorParameters(1, {200, 201, 202, 203, 204, 205, 206, 207, 208, 209, 210, 2});
-    database.SetMotorValidationError(0, QStringLiteral("azimuth"));
-    database.SetMotorValidationError(1, QStringLiteral("polar"));
+    database.SetMotorValidationError(0, "azimuth");
+    database.SetMotorValidationError(1, "polar");
 }
 
 } // namespace
@@ -163,11 +163,11 @@ void DeviceDatabaseTest::aFreshModelShowsThatNothingIsConnected_data()
     for (int column = 0; column < 44; ++column) {
         QVariant value = QString();
         if (column == 0) {
-            value = QStringLiteral("Connect");
+            value = "Connect";
         } else if (column == 2) {
-            value = QStringLiteral("Not Connected ");
+            value = "Not Connected ";
         } else if (column == 31 || column == 43) {
-            value = QStringLiteral("Potentiometer");
+            value = "Potentiometer";
         } else if (column >= 20) {
             value = 0;
         }
@@ -188,7 +188,7 @@ void DeviceDatabaseTest::theProcessHasOneDatabaseFromTheStart()
 {
     QVERIFY(TheDeviceDatabase() != nullptr);
     QCOMPARE(TheDeviceDatabase(), TheDeviceDatabase());
-    QCOMPARE(TheDeviceDatabase()->ConnectionStatusText(), QStringLiteral("Not Connected "));
+    QCOMPARE(TheDeviceDatabase()->ConnectionStatusText(), "Not Connected ");
 }
 
 void DeviceDatabaseTest::aColumnShowsItsValue_data()
@@ -198,23 +198,23 @@ void DeviceDatabaseTest::aColumnShowsItsValue_data()
     const auto add = [](int column, const QVariant& value) {
         QTest::addRow("column %d", column) << column << value;
     };
-    add(0, QStringLiteral("Connected"));
-    add(1, QStringLiteral("status"));
-    add(2, QStringLiteral("Connected to 192.168.0.129"));
-    add(3, QStringLiteral("192.168.0.129"));
-    add(4, QStringLiteral("02:4C:7E:00:00:01"));
-    add(5, QStringLiteral("255.255.255.0"));
-    add(6, QStringLiteral("3.10"));
-    add(8, QStringLiteral("var"));
+    add(0, "Connected");
+    add(1, "status");
+    add(2, "Connected to 192.168.0.129");
+    add(3, "192.168.0.129");
+    add(4, "02:4C:7E:00:00:01");
+    add(5, "255.255.255.0");
+    add(6, "3.10");
+    add(8, "var");
     for (const int column : {7, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19}) {
-        add(column, QStringLiteral("c%1").arg(column));
+        add(column, QString("c%1").arg(column));
     }
     for (int id = 0; id < 11; ++id) {
         add(20 + id, 100 + id);
         add(32 + id, 200 + id);
     }
-    add(31, QStringLiteral("Pulse"));
-    add(43, QStringLiteral("Unknow Type"));
+    add(31, "Pulse");
+    add(43, "Unknow Type");
 }
 
 void DeviceDatabaseTest::aColumnShowsItsValue()
@@ -255,8 +255,8 @@ void DeviceDatabaseTest::theItemInterfaceRefusesWrites()
     CDeviceDatabase database;
     Fill(database);
     QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-    QVERIFY(!database.setData(database.index(0, 3), QStringLiteral("10.0.0.1")));
-    QCOMPARE(TextOf(database, 3), QStringLiteral("192.168.0.129"));
+    QVERIFY(!database.setData(database.index(0, 3), "10.0.0.1"));
+    QCOMPARE(TextOf(database, 3), "192.168.0.129");
     QVERIFY(!(database.flags(database.index(0, 3)) & Qt::ItemIsEditable));
     QCOMPARE(notifications.count(), 0);
 }
@@ -268,40 +268,32 @@ void DeviceDatabaseTest::aSetterNotifiesItsColumnAlsoForTheSameValue_data()
     const auto add = [](const QString& name, const Action& action, const Columns& columns) {
         QTest::newRow(qPrintable(name)) << action << columns;
     };
-    const QString text = QStringLiteral("text");
+    const QString text = "text";
     using Database = CDeviceDatabase;
-    add(QStringLiteral("SetConnectionStatus"), [](Database& d) { d.SetConnectionStatus(2); },
-        {0, 2});
-    add(QStringLiteral("SetApplicationStatus"), [=](Database& d) { d.SetApplicationStatus(text); },
-        {1});
-    add(QStringLiteral("SetIpAddress"),
-        [](Database& d) { d.SetIpAddress(QStringLiteral("10.0.0.1")); }, {3});
-    add(QStringLiteral("SetIpAddress with no address"), [=](Database& d) { d.SetIpAddress(text); },
-        {3});
-    add(QStringLiteral("SetMacAddress"), [=](Database& d) { d.SetMacAddress(text); }, {4});
-    add(QStringLiteral("SetSubnetMask"),
-        [](Database& d) { d.SetSubnetMask(QStringLiteral("255.0.0.0")); }, {5});
-    add(QStringLiteral("SetSubnetMask with no mask"), [=](Database& d) { d.SetSubnetMask(text); },
-        {5});
-    add(QStringLiteral("SetFirmwareVersion"), [=](Database& d) { d.SetFirmwareVersion(text); },
-        {6});
-    add(QStringLiteral("SetVariant"), [=](Database& d) { d.SetVariant(text, 0); }, {8});
+    add("SetConnectionStatus", [](Database& d) { d.SetConnectionStatus(2); }, {0, 2});
+    add("SetApplicationStatus", [=](Database& d) { d.SetApplicationStatus(text); }, {1});
+    add("SetIpAddress", [](Database& d) { d.SetIpAddress("10.0.0.1"); }, {3});
+    add("SetIpAddress with no address", [=](Database& d) { d.SetIpAddress(text); }, {3});
+    add("SetMacAddress", [=](Database& d) { d.SetMacAddress(text); }, {4});
+    add("SetSubnetMask", [](Database& d) { d.SetSubnetMask("255.0.0.0"); }, {5});
+    add("SetSubnetMask with no mask", [=](Database& d) { d.SetSubnetMask(text); }, {5});
+    add("SetFirmwareVersion", [=](Database& d) { d.SetFirmwareVersion(text); }, {6});
+    add("SetVariant", [=](Database& d) { d.SetVariant(text, 0); }, {8});
     for (const TextSetter& setter : SettersOfBothSets) {
         for (int set = 0; set < 2; ++set) {
-            add(QStringLiteral("%1 of set %2").arg(QLatin1String(setter.name)).arg(set),
+            add(QString("%1 of set %2").arg(setter.name).arg(set),
                 [=](Database& d) { (d.*setter.set)(text, set); }, {setter.columns[set]});
         }
     }
-    add(QStringLiteral("SetMotorParameter"), [](Database& d) { d.SetMotorParameter(1, 5, 9); },
-        {37});
-    add(QStringLiteral("SetMotorParameters, one for each value"),
+    add("SetMotorParameter", [](Database& d) { d.SetMotorParameter(1, 5, 9); }, {37});
+    add("SetMotorParameters, one for each value",
         [](Database& d) {
             d.SetMotorParameters(0, {7, 7, 7});
         },
         {20, 21, 22});
-    add(QStringLiteral("SetMotorParameters without a value"),
-        [](Database& d) { d.SetMotorParameters(0, Words()); }, {});
-    add(QStringLiteral("SetMotorValidationError notifies nothing"),
+    add("SetMotorParameters without a value", [](Database& d) { d.SetMotorParameters(0, Words()); },
+        {});
+    add("SetMotorValidationError notifies nothing",
         [=](Database& d) { d.SetMotorValidationError(0, text); }, {});
 }
 
@@ -348,11 +340,11 @@ void DeviceDatabaseTest::aSetOutsideOf0And1StoresNothing()
     Fill(database);
     QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
     for (const TextSetter& setter : SettersOfBothSets) {
-        (database.*setter.set)(QStringLiteral("other"), set);
+        (database.*setter.set)("other", set);
         QVERIFY2(notifications.isEmpty(), setter.name);
     }
     for (int column = 0; column < 44; ++column) {
-        QVERIFY(TextOf(database, column) != QStringLiteral("other"));
+        QVERIFY(TextOf(database, column) != "other");
     }
 }
 
@@ -360,7 +352,7 @@ void DeviceDatabaseTest::withoutASetTheFirstIsMeant()
 {
     CDeviceDatabase database;
     QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-    const QString text = QStringLiteral("text");
+    const QString text = "text";
     database.SetPartNumber(text);
     database.SetVariant(text);
     database.SetProductIndex(text);
@@ -386,8 +378,8 @@ void DeviceDatabaseTest::theVariantIsStoredForAnySet()
     CDeviceDatabase database;
     Fill(database);
     QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-    database.SetVariant(QStringLiteral("other"), set);
-    QCOMPARE(TextOf(database, 8), QStringLiteral("other"));
+    database.SetVariant("other", set);
+    QCOMPARE(TextOf(database, 8), "other");
     QCOMPARE(NotifiedColumns(notifications), Columns{8});
 }
 
@@ -415,7 +407,7 @@ void DeviceDatabaseTest::connectionStatusHasItsTexts()
 {
     QFETCH(int, code);
     CDeviceDatabase database;
-    database.SetIpAddress(QStringLiteral("192.168.0.129"));
+    database.SetIpAddress("192.168.0.129");
     database.SetConnectionStatus(code);
     QTEST(TextOf(database, 0), "button");
     QTEST(TextOf(database, 2), "line");
@@ -427,9 +419,9 @@ void DeviceDatabaseTest::connectionStatusLeavesAllElseAlone()
     CDeviceDatabase database;
     Fill(database);
     database.SetConnectionStatus(2);
-    QCOMPARE(TextOf(database, 1), QStringLiteral("status"));
-    QCOMPARE(TextOf(database, 3), QStringLiteral("192.168.0.129"));
-    QCOMPARE(TextOf(database, 19), QStringLiteral("c19"));
+    QCOMPARE(TextOf(database, 1), "status");
+    QCOMPARE(TextOf(database, 3), "192.168.0.129");
+    QCOMPARE(TextOf(database, 19), "c19");
     QCOMPARE(DataOf(database, 20), QVariant(100));
 }
 
@@ -468,19 +460,23 @@ void DeviceDatabaseTest::addressesAreNormalised()
 void DeviceDatabaseTest::theMacAddressIsStoredInUpperCase()
 {
     CDeviceDatabase database;
-    database.SetMacAddress(QStringLiteral("02:4c:7e:0a:bc:df"));
-    QCOMPARE(database.GetMacAddress(), QStringLiteral("02:4C:7E:0A:BC:DF"));
-    QCOMPARE(TextOf(database, 4), QStringLiteral("02:4C:7E:0A:BC:DF"));
+    database.SetMacAddress("02:4c:7e:0a:bc:df");
+    QCOMPARE(database.GetMacAddress(), "02:4C:7E:0A:BC:DF");
+    QCOMPARE(TextOf(database, 4), "02:4C:7E:0A:BC:DF");
 }
 
 void DeviceDatabaseTest::theSerialNumberIsCutToSixCharacters_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("stored");
-    QTest::newRow("nine") << QStringLiteral("123456789") << QStringLiteral("123456");
-    QTest::newRow("seven") << QStringLiteral("1234567") << QStringLiteral("123456");
-    QTest::newRow("six") << QStringLiteral("123456") << QStringLiteral("123456");
-    QTest::newRow("five") << QStringLiteral("12345") << QStringLiteral("12345");
+    QTest::newRow("nine") << "123456789"
+                          << "123456";
+    QTest::newRow("seven") << "1234567"
+                           << "123456";
+    QTest::newRow("six") << "123456"
+                         << "123456";
+    QTest::newRow("five") << "12345"
+                          << "12345";
     QTest::newRow("none") << QString() << QString();
 }
 
@@ -499,12 +495,12 @@ void DeviceDatabaseTest::theGettersGiveWhatWasStored()
 {
     CDeviceDatabase database;
     Fill(database);
-    QCOMPARE(database.GetIpAddress(), QStringLiteral("192.168.0.129"));
-    QCOMPARE(database.GetMacAddress(), QStringLiteral("02:4C:7E:00:00:01"));
-    QCOMPARE(database.GetSubnetMask(), QStringLiteral("255.255.255.0"));
-    QCOMPARE(database.GetPartNumber(), QStringLiteral("c7"));
-    QCOMPARE(database.GetSerialNumber(), QStringLiteral("c10"));
-    QCOMPARE(database.GetFirmwareVersion(), QStringLiteral("3.10"));
+    QCOMPARE(database.GetIpAddress(), "192.168.0.129");
+    QCOMPARE(database.GetMacAddress(), "02:4C:7E:00:00:01");
+    QCOMPARE(database.GetSubnetMask(), "255.255.255.0");
+    QCOMPARE(database.GetPartNumber(), "c7");
+    QCOMPARE(database.GetSerialNumber(), "c10");
+    QCOMPARE(database.GetFirmwareVersion(), "3.10");
 }
 
 void DeviceDatabaseTest::theFirmwareTextTellsTheGeneration_data()
@@ -572,8 +568,7 @@ void DeviceDatabaseTest::aMacAddressIsValidated_data()
     add("nothing", "", empty);
     for (const char* const first : {"A", "B", "C", "D", "E", "F", "a", "b", "c", "d", "e", "f"}) {
         QTest::addRow("begins with %s", first)
-            << QLatin1String(first) + QStringLiteral("2:4C:7E:00:00:01")
-            << QString::fromLatin1(broadcast);
+            << QLatin1String(first) + "2:4C:7E:00:00:01" << QString::fromLatin1(broadcast);
     }
     add("only the first letter counts", "f", broadcast);
     add("all ones", "FF:FF:FF:FF:FF:FF", broadcast);
@@ -594,9 +589,9 @@ void DeviceDatabaseTest::aMacAddressIsValidated()
     QFETCH(QString, error);
     const CDeviceDatabase database;
     const bool valid = error.isEmpty();
-    QString text = QStringLiteral("as before");
+    QString text = "as before";
     QCOMPARE(database.ValidateMacAddress(mac, text), valid);
-    QCOMPARE(text, valid ? QStringLiteral("as before") : error);
+    QCOMPARE(text, valid ? "as before" : error);
 }
 
 void DeviceDatabaseTest::aMissingParameterReads65535ThoughItsColumnShows0()
@@ -671,9 +666,9 @@ void DeviceDatabaseTest::theRotorTypeColumnShowsText_data()
 {
     QTest::addColumn<int>("value");
     QTest::addColumn<QString>("text");
-    QTest::newRow("0") << 0 << QStringLiteral("Potentiometer");
-    QTest::newRow("1") << 1 << QStringLiteral("Pulse");
-    QTest::newRow("2") << 2 << QStringLiteral("Unknow Type");
+    QTest::newRow("0") << 0 << "Potentiometer";
+    QTest::newRow("1") << 1 << "Pulse";
+    QTest::newRow("2") << 2 << "Unknow Type";
     QTest::newRow("3 is none") << 3 << QString();
     QTest::newRow("65535 is none") << 65535 << QString();
 }
@@ -766,10 +761,10 @@ void DeviceDatabaseTest::noSuchMotorIsLeftAlone()
     QCOMPARE(DataOf(database, 20), QVariant(100));
     QCOMPARE(DataOf(database, 32), QVariant(200));
 
-    database.SetMotorValidationError(motor, QStringLiteral("other"));
+    database.SetMotorValidationError(motor, "other");
     QCOMPARE(database.GetMotorValidationError(motor), QString());
-    QCOMPARE(database.GetMotorValidationError(0), QStringLiteral("azimuth"));
-    QCOMPARE(database.GetMotorValidationError(1), QStringLiteral("polar"));
+    QCOMPARE(database.GetMotorValidationError(0), "azimuth");
+    QCOMPARE(database.GetMotorValidationError(1), "polar");
 }
 
 void DeviceDatabaseTest::aValidationErrorIsKeptForEachMotor()
@@ -777,9 +772,9 @@ void DeviceDatabaseTest::aValidationErrorIsKeptForEachMotor()
     CDeviceDatabase database;
     QCOMPARE(database.GetMotorValidationError(0), QString());
     QCOMPARE(database.GetMotorValidationError(1), QString());
-    database.SetMotorValidationError(1, QStringLiteral("Invalid value for SMD"));
+    database.SetMotorValidationError(1, "Invalid value for SMD");
     QCOMPARE(database.GetMotorValidationError(0), QString());
-    QCOMPARE(database.GetMotorValidationError(1), QStringLiteral("Invalid value for SMD"));
+    QCOMPARE(database.GetMotorValidationError(1), "Invalid value for SMD");
     database.SetMotorValidationError(1, QString());
     QCOMPARE(database.GetMotorValidationError(1), QString());
 }
@@ -792,8 +787,7 @@ void DeviceDatabaseTest::resetForgetsAllButTheVariant()
 
     const CDeviceDatabase fresh;
     for (int column = 0; column < 44; ++column) {
-        const QVariant expected =
-            column == 8 ? QVariant(QStringLiteral("var")) : DataOf(fresh, column);
+        const QVariant expected = column == 8 ? QVariant("var") : DataOf(fresh, column);
         QCOMPARE(DataOf(database, column), expected);
     }
     for (const int motor : {0, 1}) {

@@ -12,13 +12,8 @@ constexpr int Positions = 22;
 constexpr int FirstOnTheWire = 2;
 constexpr int LastOnTheWire = 20;
 
-const QString Comma = QStringLiteral(",");
-const QString Semicolon = QStringLiteral(";");
-
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
+const QString Comma = ",";
+const QString Semicolon = ";";
 
 // The flat list of a record, with `filling` wherever there is no change.
 QVector<QString> List(const Changes& changes, const QString& filling)
@@ -39,7 +34,7 @@ QString OnTheWire(const QVector<QString>& list, const QString& separator)
 // What a unit answers that holds these at their positions, and nothing elsewhere.
 QString InternalText(const Changes& changes = {})
 {
-    return OnTheWire(List(changes, Text("0")), Comma);
+    return OnTheWire(List(changes, "0"), Comma);
 }
 
 QString DescriptionText(const Changes& changes = {})
@@ -51,25 +46,21 @@ QString Fields(const char* name, int count, const QString& separator)
 {
     QStringList fields;
     for (int field = 1; field <= count; ++field) {
-        fields.append(Text(name) + QString::number(field));
+        fields.append(QString(name) + QString::number(field));
     }
     return fields.join(separator);
 }
 
 // A unit with everything, and with other texts in each field.
-const Changes AllModules = {{2, Text("VX440-DCF")}, {3, Text("VX440-DCF")}, {4, Text("VX440-ATT")},
-    {5, Text("VX440-FIL")}, {6, Text("VX440-FIL")}, {7, Text("VX440-A1+A2")},
-    {8, Text("VX440-F11")}, {9, Text("VX440-F12")}, {10, Text("VX440-F13")},
-    {11, Text("VX440-F14")}, {12, Text("VX440-F15")}, {13, Text("VX440-F16")},
-    {14, Text("VX440-F21")}, {15, Text("VX440-F22")}, {16, Text("VX440-F23")},
-    {17, Text("VX440-F24")}, {18, Text("VX440-F25")}, {19, Text("ProSisTel")},
-    {20, Text("YAESU G-550")}};
-const Changes AllDescriptions = {{2, Text("first feed")}, {3, Text("second feed")},
-    {4, Text("a0,a3,a6,a10,a20,a40")}, {5, Text("bank one")}, {6, Text("bank two")},
-    {7, Text("stage one,stage two")}, {8, Text("d11")}, {9, Text("d12")}, {10, Text("d13")},
-    {11, Text("d14")}, {12, Text("d15")}, {13, Text("d16")}, {14, Text("d21")}, {15, Text("d22")},
-    {16, Text("d23")}, {17, Text("d24")}, {18, Text("d25")}, {19, Text("turns round")},
-    {20, Text("turns up")}};
+const Changes AllModules = {{2, "VX440-DCF"}, {3, "VX440-DCF"}, {4, "VX440-ATT"}, {5, "VX440-FIL"},
+    {6, "VX440-FIL"}, {7, "VX440-A1+A2"}, {8, "VX440-F11"}, {9, "VX440-F12"}, {10, "VX440-F13"},
+    {11, "VX440-F14"}, {12, "VX440-F15"}, {13, "VX440-F16"}, {14, "VX440-F21"}, {15, "VX440-F22"},
+    {16, "VX440-F23"}, {17, "VX440-F24"}, {18, "VX440-F25"}, {19, "ProSisTel"},
+    {20, "YAESU G-550"}};
+const Changes AllDescriptions = {{2, "first feed"}, {3, "second feed"}, {4, "a0,a3,a6,a10,a20,a40"},
+    {5, "bank one"}, {6, "bank two"}, {7, "stage one,stage two"}, {8, "d11"}, {9, "d12"},
+    {10, "d13"}, {11, "d14"}, {12, "d15"}, {13, "d16"}, {14, "d21"}, {15, "d22"}, {16, "d23"},
+    {17, "d24"}, {18, "d25"}, {19, "turns round"}, {20, "turns up"}};
 
 bool ParseAll(CDeviceOptions& options)
 {
@@ -85,7 +76,7 @@ QVector<Items> Shown(const CDeviceOptions& options)
 
 Changes With(Changes changes, int position, const char* text)
 {
-    changes[position] = Text(text);
+    changes[position] = QString(text);
     return changes;
 }
 
@@ -101,7 +92,7 @@ Items ItemsOf(const QStringList& texts)
 
 QStringList Split(const char* texts)
 {
-    return Text(texts).split(QLatin1Char('|'));
+    return QString(texts).split('|');
 }
 
 } // namespace
@@ -135,11 +126,11 @@ private slots:
         QCOMPARE(options.InternalOptions.size(), 22);
         QCOMPARE(options.OptionDescriptions.size(), 22);
         for (int field = 1; field <= 19; ++field) {
-            QCOMPARE(options.InternalOptions.at(field + 1), Text("i%1").arg(field));
-            QCOMPARE(options.OptionDescriptions.at(field + 1), Text("d%1").arg(field));
+            QCOMPARE(options.InternalOptions.at(field + 1), QString("i%1").arg(field));
+            QCOMPARE(options.OptionDescriptions.at(field + 1), QString("d%1").arg(field));
         }
         for (const int unused : {0, 1, 21}) {
-            QCOMPARE(options.InternalOptions.at(unused), Text("-"));
+            QCOMPARE(options.InternalOptions.at(unused), "-");
             QCOMPARE(options.OptionDescriptions.at(unused), QString());
         }
     }
@@ -149,8 +140,8 @@ private slots:
         QTest::addColumn<QString>("internal");
         QTest::addColumn<QString>("descriptions");
         QTest::newRow("a feed and an amplifier")
-            << Text("VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0")
-            << Text("12 V") + QString(18, QLatin1Char(';'));
+            << "VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0"
+            << QString("12 V") + QString(18, ';');
         QTest::newRow("everything") << InternalText(AllModules) << DescriptionText(AllDescriptions);
         QTest::newRow("nothing") << InternalText() << DescriptionText();
     }
@@ -229,7 +220,7 @@ private slots:
         QVERIFY(!options.ParseDeviceOptions(Fields("i", 20, Comma), Fields("d", 19, Semicolon)));
         QVERIFY(!options.DescriptionValid);
         QVERIFY(ParseAll(options));
-        const QString tooLong(700, QLatin1Char('x'));
+        const QString tooLong(700, 'x');
         QVERIFY(
             !options.ParseDeviceOptions(Fields("i", 20, Comma), DescriptionText({{8, tooLong}})));
         QVERIFY(options.DescriptionValid);
@@ -242,9 +233,9 @@ private slots:
         fields[3].clear();
         QVERIFY(options.ParseDeviceOptions(fields.join(Comma), DescriptionText()));
         QCOMPARE(options.InternalOptions.size(), 22);
-        QCOMPARE(options.InternalOptions.mid(2, 5),
-            (QVector<QString>{Text("i1"), Text("i2"), Text("i3"), Text("i5"), Text("i6")}));
-        QCOMPARE(options.InternalOptions.at(20), Text("i20"));
+        QCOMPARE(
+            options.InternalOptions.mid(2, 5), (QVector<QString>{"i1", "i2", "i3", "i5", "i6"}));
+        QCOMPARE(options.InternalOptions.at(20), "i20");
     }
 
     void anEmptyInternalFieldAmong19IsOneTooFew()
@@ -258,22 +249,21 @@ private slots:
     {
         CDeviceOptions options;
         QVERIFY(options.ParseDeviceOptions(
-            InternalText(), DescriptionText({{8, Text("eight")}, {20, Text("last")}})));
-        QCOMPARE(
-            options.OptionDescriptions, List({{8, Text("eight")}, {20, Text("last")}}, QString()));
+            InternalText(), DescriptionText({{8, "eight"}, {20, "last"}})));
+        QCOMPARE(options.OptionDescriptions, List({{8, "eight"}, {20, "last"}}, QString()));
     }
 
     void blanksAreTakenOutOfTheFields()
     {
         CDeviceOptions options;
         QVERIFY(options.ParseDeviceOptions(
-            InternalText({{2, Text("  VX440-DCF ")}, {3, Text("   ")}, {19, Text("\tG \n 550 ")}}),
-            DescriptionText({{2, Text(" twelve   volts ")}, {4, Text(" a , b ")}})));
-        QCOMPARE(options.InternalOptions.at(2), Text("VX440-DCF"));
+            InternalText({{2, "  VX440-DCF "}, {3, "   "}, {19, "\tG \n 550 "}}),
+            DescriptionText({{2, " twelve   volts "}, {4, " a , b "}})));
+        QCOMPARE(options.InternalOptions.at(2), "VX440-DCF");
         QCOMPARE(options.InternalOptions.at(3), QString()); // blanks alone are a field
-        QCOMPARE(options.InternalOptions.at(19), Text("G 550"));
-        QCOMPARE(options.OptionDescriptions.at(2), Text("twelve volts"));
-        QCOMPARE(options.OptionDescriptions.at(4), Text("a , b"));
+        QCOMPARE(options.InternalOptions.at(19), "G 550");
+        QCOMPARE(options.OptionDescriptions.at(2), "twelve volts");
+        QCOMPARE(options.OptionDescriptions.at(4), "a , b");
     }
 
     void theDescriptionsMayHaveSoManyCharacters_data()
@@ -290,9 +280,9 @@ private slots:
         CDeviceOptions options;
         QVERIFY(ParseAll(options));
         const auto shownBefore = Shown(options);
-        const QString half(characters / 2, QLatin1Char('x'));
-        const QString rest(characters - half.size(), QLatin1Char('y'));
-        const QString internal = InternalText({{19, Text("rotator")}});
+        const QString half(characters / 2, 'x');
+        const QString rest(characters - half.size(), 'y');
+        const QString internal = InternalText({{19, "rotator"}});
         const QString descriptions = DescriptionText({{8, half}, {20, rest}});
         QCOMPARE(descriptions.size(), characters + 18);
         QCOMPARE(options.ParseDeviceOptions(internal, descriptions), valid);
@@ -308,8 +298,8 @@ private slots:
     {
         QTest::addColumn<QVector<QString>>("descriptions");
         QTest::addColumn<bool>("valid");
-        const QString x664(664, QLatin1Char('x'));
-        const QString x665(665, QLatin1Char('x'));
+        const QString x664(664, 'x');
+        const QString x665(665, 'x');
         QTest::newRow("no entry") << QVector<QString>() << true;
         QTest::newRow("22 empty entries") << QVector<QString>(22) << true;
         QTest::newRow("one of 664") << QVector<QString>{x664} << true;
@@ -372,16 +362,18 @@ private slots:
         QTest::addColumn<Items>("items");
         const Items one = ItemsOf(Split("DC-Feed1|first feed"));
         const Items both = ItemsOf(Split("DC-Feed1|first feed|DC-Feed2|second feed"));
-        const QString feed = Text("VX440-DCF");
-        QTest::newRow("none") << Text("0") << Text("0") << Items();
-        QTest::newRow("the first") << feed << Text("0") << one;
+        const QString feed = "VX440-DCF";
+        QTest::newRow("none") << "0"
+                              << "0" << Items();
+        QTest::newRow("the first") << feed << "0" << one;
         QTest::newRow("both") << feed << feed << both;
-        QTest::newRow("the second without the first") << Text("0") << feed << Items();
-        QTest::newRow("the word none") << Text("none") << Text("none") << Items();
-        QTest::newRow("the second is the word none") << feed << Text("none") << one;
-        QTest::newRow("small letters") << Text("vx440-dcf") << feed << Items();
-        QTest::newRow("the second in small letters") << feed << Text("vx440-dcf") << one;
-        QTest::newRow("another module") << Text("VX440-ATT") << feed << Items();
+        QTest::newRow("the second without the first") << "0" << feed << Items();
+        QTest::newRow("the word none") << "none"
+                                       << "none" << Items();
+        QTest::newRow("the second is the word none") << feed << "none" << one;
+        QTest::newRow("small letters") << "vx440-dcf" << feed << Items();
+        QTest::newRow("the second in small letters") << feed << "vx440-dcf" << one;
+        QTest::newRow("another module") << "VX440-ATT" << feed << Items();
     }
     void theFeedsAreShown()
     {
@@ -398,18 +390,20 @@ private slots:
         QTest::addColumn<QString>("module");
         QTest::addColumn<QString>("description");
         QTest::addColumn<QStringList>("descriptions");
-        const QString fitted = Text("VX440-ATT");
-        QTest::newRow("six") << fitted << Text("a,b,c,d,e,f") << Split("a|b|c|d|e|f");
+        const QString fitted = "VX440-ATT";
+        QTest::newRow("six") << fitted << "a,b,c,d,e,f" << Split("a|b|c|d|e|f");
         QTest::newRow("none") << fitted << QString() << Split("|||||");
-        QTest::newRow("one") << fitted << Text("a") << Split("a|||||");
-        QTest::newRow("five") << fitted << Text("a,b,c,d,e") << Split("a|b|c|d|e|");
-        QTest::newRow("seven") << fitted << Text("a,b,c,d,e,f,g") << Split("a|b|c|d|e|f");
-        QTest::newRow("empty ones") << fitted << Text(",b,,d,,f") << Split("|b||d||f");
-        QTest::newRow("blanks inside")
-            << fitted << Text("a a, b,c ,d,e,f") << Split("a a| b|c |d|e|f");
-        QTest::newRow("not fitted") << Text("0") << Text("a,b,c,d,e,f") << QStringList();
-        QTest::newRow("the word none") << Text("none") << Text("a,b,c,d,e,f") << QStringList();
-        QTest::newRow("small letters") << Text("vx440-att") << Text("a,b,c,d,e,f") << QStringList();
+        QTest::newRow("one") << fitted << "a" << Split("a|||||");
+        QTest::newRow("five") << fitted << "a,b,c,d,e" << Split("a|b|c|d|e|");
+        QTest::newRow("seven") << fitted << "a,b,c,d,e,f,g" << Split("a|b|c|d|e|f");
+        QTest::newRow("empty ones") << fitted << ",b,,d,,f" << Split("|b||d||f");
+        QTest::newRow("blanks inside") << fitted << "a a, b,c ,d,e,f" << Split("a a| b|c |d|e|f");
+        QTest::newRow("not fitted") << "0"
+                                    << "a,b,c,d,e,f" << QStringList();
+        QTest::newRow("the word none") << "none"
+                                       << "a,b,c,d,e,f" << QStringList();
+        QTest::newRow("small letters") << "vx440-att"
+                                       << "a,b,c,d,e,f" << QStringList();
     }
     void theAttenuatorIsShown()
     {
@@ -434,7 +428,7 @@ private slots:
         QTest::addColumn<Items>("items");
         const auto row = [](const char* name, const char* module, const char* description,
                              const char* items) {
-            QTest::newRow(name) << Text(module) << Text(description) << ItemsOf(Split(items));
+            QTest::newRow(name) << QString(module) << QString(description) << ItemsOf(Split(items));
         };
         row("AMP", "VX440-AMP", "one,two", "Bypass||HF AMP||V/UHF AMP||SHF AMP|");
         row("A1", "VX440-A1", "one", "Bypass||Bypass||VX440-A1|one||");
@@ -472,14 +466,15 @@ private slots:
         QTest::addColumn<QString>("second");
         QTest::addColumn<bool>("firstShown");
         QTest::addColumn<bool>("secondShown");
-        const QString bank = Text("VX440-FIL");
-        QTest::newRow("none") << Text("0") << Text("0") << false << false;
-        QTest::newRow("the first") << bank << Text("0") << true << false;
+        const QString bank = "VX440-FIL";
+        QTest::newRow("none") << "0"
+                              << "0" << false << false;
+        QTest::newRow("the first") << bank << "0" << true << false;
         QTest::newRow("both") << bank << bank << true << true;
-        QTest::newRow("the second without the first") << Text("0") << bank << false << false;
-        QTest::newRow("the word none") << Text("none") << bank << false << false;
-        QTest::newRow("small letters") << Text("vx440-fil") << bank << false << false;
-        QTest::newRow("the second in small letters") << bank << Text("vx440-fil") << true << false;
+        QTest::newRow("the second without the first") << "0" << bank << false << false;
+        QTest::newRow("the word none") << "none" << bank << false << false;
+        QTest::newRow("small letters") << "vx440-fil" << bank << false << false;
+        QTest::newRow("the second in small letters") << bank << "vx440-fil" << true << false;
     }
     void theFilterBanksAreShown()
     {
@@ -506,10 +501,9 @@ private slots:
     {
         CDeviceOptions options;
         QVERIFY(options.ParseDeviceOptions(
-            InternalText(
-                {{5, Text("VX440-FIL")}, {6, Text("VX440-FIL")}, {8, Text("0")}, {9, Text("none")},
-                    {10, Text("vx440-f1")}, {11, Text("low pass")}, {14, Text("VX440-F")}}),
-            DescriptionText({{8, Text("eight")}})));
+            InternalText({{5, "VX440-FIL"}, {6, "VX440-FIL"}, {8, "0"}, {9, "none"},
+                {10, "vx440-f1"}, {11, "low pass"}, {14, "VX440-F"}}),
+            DescriptionText({{8, "eight"}})));
         QCOMPARE(options.Filter1Items, ItemsOf(Split("0|eight|none||vx440-f1||low pass||0||0|")));
         QCOMPARE(options.Filter2Items, ItemsOf(Split("VX440-F||0||0||0||0|")));
     }
@@ -518,7 +512,7 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         for (const char* const name : {"ProSisTel", "0", "none"}) {
-            QTest::newRow(name) << Text(name);
+            QTest::newRow(name) << QString(name);
         }
     }
     void theRotatorsAreAlwaysShown()
@@ -526,9 +520,9 @@ private slots:
         QFETCH(QString, name);
         CDeviceOptions options;
         QVERIFY(options.ParseDeviceOptions(InternalText({{19, name}, {20, name + name}}),
-            DescriptionText({{19, Text("round")}, {20, Text("up")}})));
-        QCOMPARE(options.AzimuthRotatorItems, (Items{{name, Text("round")}}));
-        QCOMPARE(options.PolarRotatorItems, (Items{{name + name, Text("up")}}));
+            DescriptionText({{19, "round"}, {20, "up"}})));
+        QCOMPARE(options.AzimuthRotatorItems, (Items{{name, "round"}}));
+        QCOMPARE(options.PolarRotatorItems, (Items{{name + name, "up"}}));
     }
 
     void aSecondReadingReplacesEveryList()
@@ -542,7 +536,7 @@ private slots:
         QCOMPARE(options.AttenuatorItems.size(), 6);
         QCOMPARE(options.AmplifierItems.size(), 4);
         QVERIFY(options.ParseDeviceOptions(InternalText(), DescriptionText()));
-        const Items blank{{Text("0"), QString()}};
+        const Items blank{{"0", QString()}};
         QCOMPARE(Shown(options),
             (QVector<Items>{Items(), Items(), Items(), Items(), Items(), blank, blank}));
     }
@@ -563,7 +557,7 @@ private slots:
         CDeviceOptions options;
         QVERIFY(ParseAll(options));
         const auto before = Shown(options);
-        options.InternalOptions.fill(Text("x"));
+        options.InternalOptions.fill("x");
         options.InternalValid = internalValid;
         options.DescriptionValid = descriptionValid;
         const bool valid = internalValid && descriptionValid;

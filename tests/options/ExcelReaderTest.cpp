@@ -13,18 +13,13 @@ namespace {
 
 using Matrix = QVector<QVector<QString>>;
 
-QString Text(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
 // Rows are separated by ";", cells by "|".
 Matrix MatrixOf(const char* text)
 {
     Matrix matrix;
-    const QStringList rows = Text(text).split(QLatin1Char(';'));
+    const QStringList rows = QString(text).split(';');
     for (const QString& row : rows) {
-        matrix.append(row.split(QLatin1Char('|')).toVector());
+        matrix.append(row.split('|').toVector());
     }
     return matrix;
 }
@@ -119,8 +114,8 @@ QString ExcelReaderTest::NewWorkbook(const WorkbookParts& parts)
 QString ExcelReaderTest::ReadWithinLimits(const QString& path)
 {
     QProcess reader;
-    QStringList words = Text(VX440_WITHIN_LIMITS).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    words << Text(VX440_READER) << path;
+    QStringList words = QString(VX440_WITHIN_LIMITS).split(' ', Qt::SkipEmptyParts);
+    words << QString(VX440_READER) << path;
     const QString program = words.takeFirst();
     reader.start(program, words);
     reader.waitForFinished(250'000);
@@ -129,7 +124,7 @@ QString ExcelReaderTest::ReadWithinLimits(const QString& path)
     }
     QStringList answers =
         QString::fromLocal8Bit(reader.readAllStandardOutput().replace("\r\n", "\n"))
-            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+            .split('\n', Qt::SkipEmptyParts);
     return answers.size() == 2 && answers.removeDuplicates() == 1 ? answers.first() : QString();
 }
 
@@ -177,16 +172,16 @@ void ExcelReaderTest::theWorkbookOf_data()
     };
     Matrix matrix;
     for (const Row& row : rows) {
-        matrix.append({Text(row.internal), Text(row.description)});
+        matrix.append({QString(row.internal), QString(row.description)});
     }
 
     QTest::addColumn<QString>("file");
     QTest::addColumn<Matrix>("matrix");
-    QTest::newRow("LibreOffice") << Text("libreoffice.xlsx") << matrix;
-    QTest::newRow("Gnumeric") << Text("gnumeric.xlsx") << matrix;
+    QTest::newRow("LibreOffice") << "libreoffice.xlsx" << matrix;
+    QTest::newRow("Gnumeric") << "gnumeric.xlsx" << matrix;
     matrix[11][1] = QString();
-    matrix[20][1] = Text("44259.5"); // with a time of the day
-    QTest::newRow("openpyxl") << Text("openpyxl.xlsx") << matrix;
+    matrix[20][1] = "44259.5"; // with a time of the day
+    QTest::newRow("openpyxl") << "openpyxl.xlsx" << matrix;
 }
 
 void ExcelReaderTest::theWorkbookOf()
@@ -194,7 +189,7 @@ void ExcelReaderTest::theWorkbookOf()
     QFETCH(QString, file);
     QFETCH(Matrix, matrix);
     CExcelReader reader;
-    QVERIFY(reader.ReadFile(Text(VX440_WORKBOOKS) + file));
+    QVERIFY(reader.ReadFile(QString(VX440_WORKBOOKS) + file));
     const Matrix sheet = reader.GetSheet(0);
     QCOMPARE(sheet.size(), matrix.size());
     for (int row = 0; row < matrix.size(); ++row) {
@@ -210,18 +205,18 @@ void ExcelReaderTest::theOtherSheetsOf_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<QVector<Matrix>>("sheets");
     QTest::newRow("LibreOffice: notes and none")
-        << Text("libreoffice.xlsx") << QVector<Matrix>{notes, Matrix()};
+        << "libreoffice.xlsx" << QVector<Matrix>{notes, Matrix()};
     QTest::newRow("Gnumeric: notes and none")
-        << Text("gnumeric.xlsx") << QVector<Matrix>{notes, Matrix()};
+        << "gnumeric.xlsx" << QVector<Matrix>{notes, Matrix()};
     QTest::newRow("openpyxl: a chart and notes")
-        << Text("openpyxl.xlsx") << QVector<Matrix>{Matrix(), notes};
+        << "openpyxl.xlsx" << QVector<Matrix>{Matrix(), notes};
 }
 
 void ExcelReaderTest::theOtherSheetsOf()
 {
     QFETCH(QString, file);
     CExcelReader reader;
-    QVERIFY(reader.ReadFile(Text(VX440_WORKBOOKS) + file));
+    QVERIFY(reader.ReadFile(QString(VX440_WORKBOOKS) + file));
     QVector<Matrix> sheets;
     for (quint16 index = 1; index < reader.GetSheetCount(); ++index) {
         sheets.append(reader.GetSheet(index));
@@ -289,7 +284,7 @@ void ExcelReaderTest::aChartIsASheetWithoutRows()
     SetSheets(parts, "<sheet name='Chart' r:id='c'/><sheet name='Sheet1' r:id='a'/>",
         "<Relationship Id='a' Type='TYPE/worksheet' Target='worksheets/sheet1.xml'/>"
         "<Relationship Id='c' Type='TYPE/chartsheet' Target='chart.xml'/>");
-    parts[QStringLiteral("xl/chart.xml")] = "<chartsheet/>";
+    parts["xl/chart.xml"] = "<chartsheet/>";
     CExcelReader reader;
     QVERIFY(reader.ReadFile(NewWorkbook(parts)));
     QCOMPARE(reader.GetSheetCount(), quint16(2));
@@ -314,7 +309,7 @@ void ExcelReaderTest::beyondTheSheetsThereIsNothing()
 
 void ExcelReaderTest::anySuffixDoes()
 {
-    const QString path = folder.filePath(Text("options.cfg"));
+    const QString path = folder.filePath("options.cfg");
     QVERIFY(WriteZip(path, WorkbookWithSheets({"<row><c><v>a</v></c></row>"})));
     CExcelReader reader;
     QVERIFY(reader.ReadFile(path));
@@ -323,7 +318,7 @@ void ExcelReaderTest::anySuffixDoes()
 
 void ExcelReaderTest::aTextFileNamedCfgIsRefused()
 {
-    QFile file(folder.filePath(Text("text.cfg")));
+    QFile file(folder.filePath("text.cfg"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QVERIFY(file.write("VX440-DCF,0\n") > 0);
     file.close();
@@ -347,9 +342,9 @@ void ExcelReaderTest::aHostileFileIs_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("answer");
-    const QString refused = Text("refused, sheets: 0, rows: -1, columns: -1");
+    const QString refused = "refused, sheets: 0, rows: -1, columns: -1";
     const auto row = [](const char* name, const QString& path, const char* answer) {
-        QTest::newRow(name) << path << Text(answer);
+        QTest::newRow(name) << path << QString(answer);
     };
     const auto refusedRow = [&](const char* name, const QString& path) {
         QTest::newRow(name) << path << refused;
@@ -362,7 +357,7 @@ void ExcelReaderTest::aHostileFileIs_data()
     refusedRow("not there", NewPath());
     refusedRow("a folder", folder.path());
     refusedRow("no zip", NewFile("no zip"));
-    refusedRow("endless", Text("/dev/zero"));
+    refusedRow("endless", "/dev/zero");
     refusedRow("a hundred million zeros", NewFile(QByteArray(100'000'000, '\0')));
 
     // Places far away: the first sheet's matrix is not made, any other one's does not count.
@@ -406,7 +401,7 @@ void ExcelReaderTest::aHostileFileIs_data()
     WorkbookParts large = WorkbookWithSheets({TwentyTwoRows()});
     QByteArray gigabyte(1 << 30, ' ');
     gigabyte += "<worksheet/>";
-    large[Text("xl/worksheets/sheet1.xml")].swap(gigabyte);
+    large["xl/worksheets/sheet1.xml"].swap(gigabyte);
     refusedRow("a gigabyte", NewWorkbook(large));
     large.clear();
 
@@ -417,7 +412,7 @@ void ExcelReaderTest::aHostileFileIs_data()
                   (QByteArray("&lol") + before + ";").repeated(10) + "'>";
     }
     WorkbookParts laughing = WorkbookWithSheets({QByteArray()});
-    laughing[Text("xl/worksheets/sheet1.xml")] =
+    laughing["xl/worksheets/sheet1.xml"] =
         laughs + "]><worksheet><sheetData><row><c><v>&lol9;</v></c></row></sheetData></worksheet>";
     refusedRow("a thousand million laughs", NewWorkbook(laughing));
 
@@ -433,7 +428,7 @@ void ExcelReaderTest::aHostileFileIs_data()
     WorkbookParts deep = WorkbookWithSheets({TwentyTwoRows()});
     while (deep.size() < 1000) {
         const QString number = QString::number(deep.size());
-        deep[(number + Text("/x").repeated(126)).left(255)] = QByteArray();
+        deep[(number + QString("/x").repeated(126)).left(255)] = QByteArray();
     }
     row("a hundred thousand folders in folders", NewWorkbook(deep),
         "read, sheets: 1, rows: 22, columns: 1");
@@ -456,14 +451,14 @@ void ExcelReaderTest::aHostileFileIs()
     QFETCH(QString, path);
     QVERIFY(!path.isEmpty());
     QTEST(ReadWithinLimits(path), "answer");
-    if (path.startsWith(folder.path() + QLatin1Char('/'))) {
+    if (path.startsWith(folder.path() + '/')) {
         QFile::remove(path);
     }
 }
 
 void ExcelReaderTest::aWorkbookCutShortIsRefused()
 {
-    QFile file(Text(VX440_WORKBOOKS "libreoffice.xlsx"));
+    QFile file(QString(VX440_WORKBOOKS "libreoffice.xlsx"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray content = file.readAll();
     for (int length = 1; length < content.size(); length += 61) {
@@ -487,10 +482,10 @@ void ExcelReaderTest::aFileClosedToTheUserIsRefused()
 void ExcelReaderTest::aPipeIsRefused()
 {
     const QString path = NewPath();
-    if (QProcess::execute(Text("mkfifo"), {path}) != 0) {
+    if (QProcess::execute("mkfifo", {path}) != 0) {
         QSKIP("this system has no pipes with a name");
     }
-    QCOMPARE(ReadWithinLimits(path), Text("refused, sheets: 0, rows: -1, columns: -1"));
+    QCOMPARE(ReadWithinLimits(path), "refused, sheets: 0, rows: -1, columns: -1");
 }
 
 QTEST_GUILESS_MAIN(ExcelReaderTest)

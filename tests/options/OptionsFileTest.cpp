@@ -7,25 +7,20 @@
 
 namespace {
 
-const QString InvalidFile = QStringLiteral("Error: Invalid options file!!");
-const QString TooLong = QStringLiteral("Error: Options description string too long!");
-const QString Untouched = QStringLiteral("as it was");
-
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
+const QString InvalidFile = "Error: Invalid options file!!";
+const QString TooLong = "Error: Options description string too long!";
+const QString Untouched = "as it was";
 
 QStringList Split(const char* texts)
 {
-    return Text(texts).split(QLatin1Char('|'));
+    return QString(texts).split('|');
 }
 
 QStringList Numbered(const char* name, int count)
 {
     QStringList texts;
     for (int index = 0; index < count; ++index) {
-        texts.append(Text(name) + QString::number(index));
+        texts.append(QString(name) + QString::number(index));
     }
     return texts;
 }
@@ -52,7 +47,7 @@ class OptionsFileTest : public WarningsFail
 private:
     QString NewPath(const char* suffix = ".xlsx")
     {
-        return folder.filePath(Text("f%1").arg(++paths) + Text(suffix));
+        return folder.filePath(QString("f%1").arg(++paths) + QString(suffix));
     }
 
     QString Workbook(const QStringList& names, const QStringList& descriptions = {})
@@ -78,10 +73,10 @@ private slots:
         for (int index = 0; index < 22; ++index) {
             const bool read = !QVector<int>{0, 1, 5, 6, 21}.contains(index);
             QCOMPARE(options.OptionDescriptions.at(index),
-                read ? Text("text %1").arg(index) : QString());
+                read ? QString("text %1").arg(index) : QString());
         }
-        QCOMPARE(options.AzimuthRotatorItems, (OptionItems{{Text("name 19"), Text("text 19")}}));
-        QCOMPARE(options.PolarRotatorItems, (OptionItems{{Text("name 20"), Text("text 20")}}));
+        QCOMPARE(options.AzimuthRotatorItems, (OptionItems{{"name 19", "text 19"}}));
+        QCOMPARE(options.PolarRotatorItems, (OptionItems{{"name 20", "text 20"}}));
     }
 
     void aWorkbookMakesAllSevenLists()
@@ -101,14 +96,12 @@ private slots:
             counts.append(items.size());
         }
         QCOMPARE(counts, (QVector<int>{2, 6, 6, 5, 4, 1, 1}));
-        QCOMPARE(options.AmplifierItems.last(),
-            (QPair<QString, QString>{Text("VX440-A2"), Text("two")}));
-        QCOMPARE(options.Filter2Items.first(),
-            (QPair<QString, QString>{Text("VX440-F21"), Text("d21")}));
-        QCOMPARE(options.GetInternalOptions(), names.mid(2, 19).join(QLatin1Char(',')));
+        QCOMPARE(options.AmplifierItems.last(), (QPair<QString, QString>{"VX440-A2", "two"}));
+        QCOMPARE(options.Filter2Items.first(), (QPair<QString, QString>{"VX440-F21", "d21"}));
+        QCOMPARE(options.GetInternalOptions(), names.mid(2, 19).join(','));
         QCOMPARE(options.GetOptionDescriptions(),
-            Text("12 V;24 V;a,b,c,d,e,f;;;one,two;"
-                 "d11;d12;d13;d14;d15;d16;d21;d22;d23;d24;d25;round;up"));
+            "12 V;24 V;a,b,c,d,e,f;;;one,two;"
+            "d11;d12;d13;d14;d15;d16;d21;d22;d23;d24;d25;round;up");
     }
 
     void aCellIsTakenWithoutItsBlanks_data()
@@ -116,13 +109,23 @@ private slots:
         QTest::addColumn<QString>("cell");
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("description");
-        QTest::newRow("no cell") << QString() << Text("0") << QString();
-        QTest::newRow("an empty cell") << Text("") << Text("0") << QString();
-        QTest::newRow("blanks") << Text("  \t ") << Text("0") << QString();
-        QTest::newRow("a name") << Text("VX440-DCF") << Text("VX440-DCF") << Text("VX440-DCF");
-        QTest::newRow("blanks around") << Text("  a ") << Text("a") << Text("a");
-        QTest::newRow("blanks inside") << Text("a  \n b") << Text("a b") << Text("a b");
-        QTest::newRow("none") << Text("none") << Text("none") << Text("none");
+        QTest::newRow("no cell") << QString() << "0" << QString();
+        QTest::newRow("an empty cell") << ""
+                                       << "0" << QString();
+        QTest::newRow("blanks") << "  \t "
+                                << "0" << QString();
+        QTest::newRow("a name") << "VX440-DCF"
+                                << "VX440-DCF"
+                                << "VX440-DCF";
+        QTest::newRow("blanks around") << "  a "
+                                       << "a"
+                                       << "a";
+        QTest::newRow("blanks inside") << "a  \n b"
+                                       << "a b"
+                                       << "a b";
+        QTest::newRow("none") << "none"
+                              << "none"
+                              << "none";
         QTest::newRow("an umlaut") << QString::fromUtf8("\xC3\xBC") << QString::fromUtf8("\xC3\xBC")
                                    << QString::fromUtf8("\xC3\xBC");
     }
@@ -139,15 +142,15 @@ private slots:
 
     void aBlankSecondFeedIsNotFitted()
     {
-        const QStringList names = With(Numbered("n", 22), 2, Text("VX440-DCF"));
+        const QStringList names = With(Numbered("n", 22), 2, "VX440-DCF");
         CDeviceOptions options;
         QString error;
         QVERIFY(
             options.ReadOptionsFile(Workbook(With(names, 3, QString()), Numbered("d", 22)), error));
-        QCOMPARE(options.DcFeedItems, (OptionItems{{Text("DC-Feed1"), Text("d2")}}));
-        QCOMPARE(options.InternalOptions.at(3), Text("0"));
+        QCOMPARE(options.DcFeedItems, (OptionItems{{"DC-Feed1", "d2"}}));
+        QCOMPARE(options.InternalOptions.at(3), "0");
         QVERIFY(options.ReadOptionsFile(
-            Workbook(With(names, 3, Text("VX440-DCF")), Numbered("d", 22)), error));
+            Workbook(With(names, 3, "VX440-DCF"), Numbered("d", 22)), error));
         QCOMPARE(options.DcFeedItems.size(), 2);
     }
 
@@ -157,12 +160,12 @@ private slots:
         QString error;
         const QStringList names = Numbered("n", 22);
         QVERIFY(options.ReadOptionsFile(
-            Workbook(With(names, 7, Text("VX440-AMP")), Numbered("d", 22)), error));
+            Workbook(With(names, 7, "VX440-AMP"), Numbered("d", 22)), error));
         QCOMPARE(options.AmplifierItems.size(), 4);
-        QVERIFY(options.ReadOptionsFile(
-            Workbook(With(names, 7, Text("none")), Numbered("d", 22)), error));
+        QVERIFY(
+            options.ReadOptionsFile(Workbook(With(names, 7, "none"), Numbered("d", 22)), error));
         QVERIFY(options.AmplifierItems.isEmpty());
-        QCOMPARE(options.GetInternalOptions().section(QLatin1Char(','), 5, 5), Text("0"));
+        QCOMPARE(options.GetInternalOptions().section(',', 5, 5), "0");
     }
 
     void aFileIsJudged_data()
@@ -184,8 +187,8 @@ private slots:
         const QStringList texts = Numbered("d", 22);
         const QStringList texts23 = Numbered("d", 23);
         const QStringList empty = Split("|||||||||||||||||||||");
-        const QString x643(643, QLatin1Char('x'));
-        const QString x644(644, QLatin1Char('x'));
+        const QString x643(643, 'x');
+        const QString x644(644, 'x');
         row("22 rows", names, texts, Untouched, 22, 22, true);
         row("21 rows", names.mid(1), texts.mid(1), InvalidFile, 21, 21, false);
         row("23 rows", names23, texts23, InvalidFile, 23, 22, false);
@@ -260,7 +263,7 @@ private slots:
         CDeviceOptions options;
         QString error;
         QVERIFY(options.ReadOptionsFile(path, error));
-        QCOMPARE(options.InternalOptions.at(20), Text("n20"));
+        QCOMPARE(options.InternalOptions.at(20), "n20");
     }
 
     void eachColumnIsReadOnItsOwn()
@@ -282,11 +285,10 @@ private slots:
         QString error;
         QVERIFY(!options.ReadOptionsFile(Workbook(Numbered("n", 23), Numbered("d", 23)), error));
         // Too few fields: what the file gave stands, and is judged again.
-        QVERIFY(!options.ParseDeviceOptions(Text("0,0"), QString()));
+        QVERIFY(!options.ParseDeviceOptions("0,0", QString()));
         QCOMPARE(options.InternalOptions.size(), 23);
-        QVERIFY(options.ParseDeviceOptions(
-            Numbered("n", 19).join(QLatin1Char(',')), QString(18, QLatin1Char(';'))));
-        QCOMPARE(options.AzimuthRotatorItems, (OptionItems{{Text("n17"), QString()}}));
+        QVERIFY(options.ParseDeviceOptions(Numbered("n", 19).join(','), QString(18, ';')));
+        QCOMPARE(options.AzimuthRotatorItems, (OptionItems{{"n17", QString()}}));
     }
 };
 

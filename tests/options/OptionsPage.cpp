@@ -9,24 +9,19 @@
 #include <QPushButton>
 #include <QtTest>
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 QStringList Split(const char* texts)
 {
-    return Text(texts).split(QLatin1Char('|'));
+    return QString(texts).split('|');
 }
 
 QStringList UnitWith(const QString& options, const QString& descriptions)
 {
-    return {Text("--options"), options, Text("--option-descriptions"), descriptions};
+    return {"--options", options, "--option-descriptions", descriptions};
 }
 
 QStringList UnitWith(const char* options, const char* descriptions)
 {
-    return UnitWith(Text(options), Text(descriptions));
+    return UnitWith(QString(options), QString(descriptions));
 }
 
 QStringList FullUnit()
@@ -43,12 +38,12 @@ bool Connect(const SimulatorProcess& unit)
 
 QGroupBox* Box(const QWidget& page, int group)
 {
-    return page.findChild<QGroupBox*>(Text(BoxOf[group]));
+    return page.findChild<QGroupBox*>(QString(BoxOf[group]));
 }
 
 QPushButton* Button(const QWidget& page, const char* name)
 {
-    return page.findChild<QPushButton*>(Text(name));
+    return page.findChild<QPushButton*>(QString(name));
 }
 
 QVector<QLineEdit*> Lines(const QWidget& page, int group)

@@ -9,7 +9,6 @@ class QLineEdit;
 class QPushButton;
 class SimulatorProcess;
 
-QString Text(const char* text);
 /// The texts between the bars.
 QStringList Split(const char* texts);
 

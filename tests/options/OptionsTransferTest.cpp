@@ -17,12 +17,12 @@ constexpr const char* DescriptionsNotSent = "Failed to send option descriptions 
 
 QString Hex(const QString& text)
 {
-    return Text(text.toLatin1().toHex().toUpper().constData());
+    return QString(text.toLatin1().toHex().toUpper().constData());
 }
 
 QString Sent(const char* mnemonic, const QString& text)
 {
-    return text.isEmpty() ? Text(mnemonic) : Text(mnemonic) + QLatin1Char(' ') + Hex(text);
+    return text.isEmpty() ? QString(mnemonic) : QString(mnemonic) + QLatin1Char(' ') + Hex(text);
 }
 
 // What the progress dialog of a flow says and shows, from the moment that it comes up.
@@ -77,8 +77,8 @@ private slots:
         CTabOptions page(nullptr);
         QVERIFY(Connect(unit));
         const ProgressWatch progress([&] { page.ReadOptionsFromDeviceButtonClicked(); });
-        QCOMPARE(progress.label, Text("Reading options from device ... "));
-        QCOMPARE(progress.status, Text("Reading options from device ..."));
+        QCOMPARE(progress.label, "Reading options from device ... ");
+        QCOMPARE(progress.status, "Reading options from device ...");
         QCOMPARE(progress.minimum, 0);
         QCOMPARE(progress.maximum, 100);
         QCOMPARE(progress.values, (QVector<int>{10, 20, 40, 100}));
@@ -89,7 +89,7 @@ private slots:
     {
         CTabOptions page(nullptr);
         const ProgressWatch progress([&] { page.ReadOptionsFromDeviceButtonClicked(); });
-        QCOMPARE(StatusLine(), Text(ReadFailed));
+        QCOMPARE(StatusLine(), QString(ReadFailed));
         QCOMPARE(progress.values, (QVector<int>{10, 100}));
         QVERIFY(Box(page, 0)->layout() == nullptr);
         QVERIFY(!Button(page, "btnReadOptionsFromDevice")->isEnabled());
@@ -106,7 +106,7 @@ private slots:
         QTest::addColumn<bool>("valid");
         const auto row = [](const char* name, const char* fault, bool before, bool success,
                              bool shown, bool valid) {
-            QTest::newRow(name) << Text(fault) << before << success << shown << valid;
+            QTest::newRow(name) << QString(fault) << before << success << shown << valid;
         };
         const bool no = false;
         const bool yes = true;
@@ -138,9 +138,9 @@ private slots:
         if (readBefore) {
             page.ReadOptionsFromDeviceButtonClicked();
         }
-        QVERIFY(unit.Tell(Text("fault ") + fault));
+        QVERIFY(unit.Tell(QString("fault ") + fault));
         page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(success ? ReadDone : ReadFailed));
+        QCOMPARE(StatusLine(), QString(success ? ReadDone : ReadFailed));
         QCOMPARE(Shown(page), shown ? FullGroups() : QVector<QStringList>(Groups));
         QVERIFY(Button(page, "btnReadOptionsFromDevice")->isEnabled());
         QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), valid);
@@ -150,17 +150,18 @@ private slots:
     // It is taken for the descriptions, which follow it.
     void anAnswerThatComesTooLateIsForgottenByTheNextRead()
     {
-        const SimulatorProcess unit(FullUnit()
-                                    << Text("--slow-ms") << Text("3500") << Text("--fault")
-                                    << Text("slow:GET:OPTION:INTERNAL?:1"));
+        const SimulatorProcess unit(FullUnit() << "--slow-ms"
+                                               << "3500"
+                                               << "--fault"
+                                               << "slow:GET:OPTION:INTERNAL?:1");
         CTabOptions page(nullptr);
         QVERIFY(Connect(unit));
         page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(ReadFailed));
+        QCOMPARE(StatusLine(), QString(ReadFailed));
         page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(ReadDone));
+        QCOMPARE(StatusLine(), QString(ReadDone));
         QCOMPARE(Shown(page), FullGroups());
-        QCOMPARE(Lines(page, 0).first()->toolTip(), Text("12 V"));
+        QCOMPARE(Lines(page, 0).first()->toolTip(), "12 V");
     }
 
     void aStringOfTheWrongLengthIsRefused_data()
@@ -168,18 +169,18 @@ private slots:
         QTest::addColumn<QString>("options");
         QTest::addColumn<QString>("descriptions");
         QTest::addColumn<bool>("success");
-        const QString empty = Text(NoOptions);
-        QTest::newRow("18 options") << empty.mid(2) << Text(NoDescriptions) << false;
-        QTest::newRow("20 options") << empty + Text(",0") << Text(NoDescriptions) << false;
-        QTest::newRow("no options") << QString() << Text(NoDescriptions) << false;
+        const QString empty = QString(NoOptions);
+        QTest::newRow("18 options") << empty.mid(2) << QString(NoDescriptions) << false;
+        QTest::newRow("20 options") << empty + ",0" << QString(NoDescriptions) << false;
+        QTest::newRow("no options") << QString() << QString(NoDescriptions) << false;
         QTest::newRow("an empty option")
-            << Text(",") + empty.mid(2) << Text(NoDescriptions) << false;
+            << QString(",") + empty.mid(2) << QString(NoDescriptions) << false;
         QTest::newRow("643 characters")
-            << empty << QString(643, QLatin1Char('x')) + Text(NoDescriptions) << true;
+            << empty << QString(643, 'x') + QString(NoDescriptions) << true;
         QTest::newRow("644 characters")
-            << empty << QString(644, QLatin1Char('x')) + Text(NoDescriptions) << false;
+            << empty << QString(644, 'x') + QString(NoDescriptions) << false;
         QTest::newRow("longer than is read")
-            << QString(1970, QLatin1Char('x')) + empty << Text(NoDescriptions) << false;
+            << QString(1970, 'x') + empty << QString(NoDescriptions) << false;
     }
     void aStringOfTheWrongLengthIsRefused()
     {
@@ -190,20 +191,20 @@ private slots:
         CTabOptions page(nullptr);
         QVERIFY(Connect(unit));
         page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(success ? ReadDone : ReadFailed));
+        QCOMPARE(StatusLine(), QString(success ? ReadDone : ReadFailed));
         QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), success);
         QCOMPARE(Shown(page), success ? EmptyGroups() : QVector<QStringList>(Groups));
     }
 
     void lineFeedsAndZerosAreTakenOutOfTheAnswers()
     {
-        const QString options = Text(NoOptions).replace(0, 1, Text("VX440\n-DCF\n"));
-        const SimulatorProcess unit(UnitWith(options, Text("a\nb\n") + Text(NoDescriptions)));
+        const QString options = QString(NoOptions).replace(0, 1, "VX440\n-DCF\n");
+        const SimulatorProcess unit(UnitWith(options, QString("a\nb\n") + QString(NoDescriptions)));
         CTabOptions page(nullptr);
         QVERIFY(Connect(unit));
         page.ReadOptionsFromDeviceButtonClicked();
         QCOMPARE(Shown(page, 0), Split("DC-Feed1"));
-        QCOMPARE(Lines(page, 0).first()->toolTip(), Text("ab"));
+        QCOMPARE(Lines(page, 0).first()->toolTip(), "ab");
     }
 
     void sendingGivesTheUnitBothStrings()
@@ -214,11 +215,11 @@ private slots:
         page.ReadOptionsFromDeviceButtonClicked();
         unit.Forget();
         const ProgressWatch progress([&] { page.SendOptionsToDeviceButtonClicked(); });
-        QCOMPARE(StatusLine(), Text(SendDone));
-        QCOMPARE(unit.Commands(),
-            (QStringList{Sent("CF9", Text(FullOptions)), Sent("CF10", Text(FullDescriptions))}));
-        QCOMPARE(progress.label, Text("Sending options to device ... "));
-        QCOMPARE(progress.status, Text("Sending options to device ..."));
+        QCOMPARE(StatusLine(), QString(SendDone));
+        QCOMPARE(unit.Commands(), (QStringList{Sent("CF9", QString(FullOptions)),
+                                      Sent("CF10", QString(FullDescriptions))}));
+        QCOMPARE(progress.label, "Sending options to device ... ");
+        QCOMPARE(progress.status, "Sending options to device ...");
         QCOMPARE(progress.minimum, 0);
         QCOMPARE(progress.maximum, 100);
         QCOMPARE(progress.values, (QVector<int>{1, 20, 50, 100}));
@@ -234,9 +235,9 @@ private slots:
         page.ReadOptionsFromDeviceButtonClicked();
         QVERIFY(Connect(second));
         page.SendOptionsToDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(SendDone));
-        QCOMPARE(second.State(Text("options")), Text(FullOptions));
-        QCOMPARE(second.State(Text("option-descriptions")), Text(FullDescriptions));
+        QCOMPARE(StatusLine(), QString(SendDone));
+        QCOMPARE(second.State("options"), QString(FullOptions));
+        QCOMPARE(second.State("option-descriptions"), QString(FullDescriptions));
         CTabOptions other(nullptr);
         other.ReadOptionsFromDeviceButtonClicked();
         QCOMPARE(Shown(other), FullGroups());
@@ -246,7 +247,7 @@ private slots:
     {
         CTabOptions page(nullptr);
         const ProgressWatch progress([&] { page.SendOptionsToDeviceButtonClicked(); });
-        QCOMPARE(StatusLine(), Text(OptionsNotSent));
+        QCOMPARE(StatusLine(), QString(OptionsNotSent));
         QCOMPARE(progress.values, (QVector<int>{1, 20, 100}));
     }
 
@@ -256,8 +257,8 @@ private slots:
         CTabOptions page(nullptr);
         QVERIFY(Connect(unit));
         page.SendOptionsToDeviceButtonClicked(); // its button is disabled
-        QCOMPARE(StatusLine(), Text(SendDone));
-        QCOMPARE(unit.Commands(), (QStringList{Text("CF9"), Text("CF10")}));
+        QCOMPARE(StatusLine(), QString(SendDone));
+        QCOMPARE(unit.Commands(), (QStringList{"CF9", "CF10"}));
     }
 
     // Silence and a reset take the ten seconds that an acknowledgement is waited for.
@@ -270,8 +271,8 @@ private slots:
         QTest::addColumn<bool>("descriptionsKept");
         const auto row = [](const char* fault, const char* status, bool optionsKept,
                              bool descriptionsSent, bool descriptionsKept) {
-            QTest::newRow(fault) << Text(fault) << Text(status) << optionsKept << descriptionsSent
-                                 << descriptionsKept;
+            QTest::newRow(fault) << QString(fault) << QString(status) << optionsKept
+                                 << descriptionsSent << descriptionsKept;
         };
         row("refusing:CF9", OptionsNotSent, false, false, false);
         row("silent:CF9", OptionsNotSent, true, false, false);
@@ -293,21 +294,21 @@ private slots:
         QFETCH(bool, descriptionsSent);
         QFETCH(bool, descriptionsKept);
         SimulatorProcess full(FullUnit());
-        SimulatorProcess unit(UnitWith(NoOptions, NoDescriptions) << Text("--fault") << fault);
+        SimulatorProcess unit(UnitWith(NoOptions, NoDescriptions) << "--fault" << fault);
         CTabOptions page(nullptr);
         QVERIFY(Connect(full));
         page.ReadOptionsFromDeviceButtonClicked();
         QVERIFY(Connect(unit));
         page.SendOptionsToDeviceButtonClicked();
         QTEST(StatusLine(), "status");
-        QStringList sent{Sent("CF9", Text(FullOptions))};
+        QStringList sent{Sent("CF9", QString(FullOptions))};
         if (descriptionsSent) {
-            sent.append(Sent("CF10", Text(FullDescriptions)));
+            sent.append(Sent("CF10", QString(FullDescriptions)));
         }
         QCOMPARE(unit.Commands(), sent);
-        QCOMPARE(unit.State(Text("options")), Text(optionsKept ? FullOptions : NoOptions));
-        QCOMPARE(unit.State(Text("option-descriptions")),
-            Text(descriptionsKept ? FullDescriptions : NoDescriptions));
+        QCOMPARE(unit.State("options"), QString(optionsKept ? FullOptions : NoOptions));
+        QCOMPARE(unit.State("option-descriptions"),
+            QString(descriptionsKept ? FullDescriptions : NoDescriptions));
     }
 
     // In a frame the text stands behind the mnemonic and a carriage return.
@@ -317,10 +318,10 @@ private slots:
         QTest::addColumn<int>("descriptionsFrame");
         QTest::addColumn<QString>("status");
         QTest::addColumn<int>("sent");
-        QTest::newRow("options of 1199") << 1199 << 100 << Text(SendDone) << 2;
-        QTest::newRow("options of 1200") << 1200 << 100 << Text(OptionsNotSent) << 0;
-        QTest::newRow("descriptions of 1199") << 100 << 1199 << Text(SendDone) << 2;
-        QTest::newRow("descriptions of 1200") << 100 << 1200 << Text(DescriptionsNotSent) << 1;
+        QTest::newRow("options of 1199") << 1199 << 100 << QString(SendDone) << 2;
+        QTest::newRow("options of 1200") << 1200 << 100 << QString(OptionsNotSent) << 0;
+        QTest::newRow("descriptions of 1199") << 100 << 1199 << QString(SendDone) << 2;
+        QTest::newRow("descriptions of 1200") << 100 << 1200 << QString(DescriptionsNotSent) << 1;
     }
     void aFrameOf1200BytesIsNotSent()
     {
@@ -329,9 +330,9 @@ private slots:
         QFETCH(QString, status);
         QFETCH(int, sent);
         const QString options =
-            QString(optionsFrame - 4, QLatin1Char('x')).replace(1, 36, Text(NoOptions).mid(1));
+            QString(optionsFrame - 4, 'x').replace(1, 36, QString(NoOptions).mid(1));
         const QString descriptions =
-            Text(NoDescriptions) + QString(descriptionsFrame - 5 - 18, QLatin1Char('y'));
+            QString(NoDescriptions) + QString(descriptionsFrame - 5 - 18, 'y');
         SimulatorProcess unit(UnitWith(options, descriptions));
         CTabOptions page(nullptr);
         QVERIFY(Connect(unit));

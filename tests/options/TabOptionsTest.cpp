@@ -68,13 +68,12 @@ FileDialog ChooseFile(const QString& path, const std::function<void()>& flow)
 // The full unit's options as a workbook.
 QStringList FullNames()
 {
-    return QStringList{Text("a"), Text("b")} + Text(FullOptions).split(QLatin1Char(',')) +
-           QStringList{Text("c")};
+    return QStringList{"a", "b"} + QString(FullOptions).split(',') + QStringList{"c"};
 }
 
 QStringList FullTexts()
 {
-    return QStringList{QString(), QString()} + Text(FullDescriptions).split(QLatin1Char(';'));
+    return QStringList{QString(), QString()} + QString(FullDescriptions).split(';');
 }
 
 } // namespace
@@ -118,7 +117,7 @@ private slots:
     void thePageHasItsSizes()
     {
         const CTabOptions page(nullptr);
-        QCOMPARE(page.objectName(), Text("TabOptions"));
+        QCOMPARE(page.objectName(), "TabOptions");
         QCOMPARE(page.size(), QSize(850, 340));
         QCOMPARE(page.minimumSize(), QSize(850, 310));
         QCOMPARE(page.maximumSize(), QSize(850, 340));
@@ -143,7 +142,7 @@ private slots:
     void everyWidgetHasItsPlace()
     {
         const CTabOptions page(nullptr);
-        const auto* const widget = page.findChild<QWidget*>(Text(QTest::currentDataTag()));
+        const auto* const widget = page.findChild<QWidget*>(QString(QTest::currentDataTag()));
         QVERIFY(widget != nullptr);
         QTEST(widget->geometry(), "place");
     }
@@ -151,21 +150,21 @@ private slots:
     void everyBoxHasItsTitle_data()
     {
         QTest::addColumn<QString>("title");
-        QTest::newRow("boxDcf") << Text("VX440-DCF");
-        QTest::newRow("boxAtt") << Text("VX440-ATT");
-        QTest::newRow("boxFilter1") << Text("VX440-FIL 1");
-        QTest::newRow("boxFilter2") << Text("VX440-FIL 2");
-        QTest::newRow("boxAmp") << Text("VX440-AMP");
-        QTest::newRow("boxOptionAzimuthRotator") << Text("Azimuth rotator");
-        QTest::newRow("boxOptionPolarRotator") << Text("Pol/Eval rotator");
+        QTest::newRow("boxDcf") << "VX440-DCF";
+        QTest::newRow("boxAtt") << "VX440-ATT";
+        QTest::newRow("boxFilter1") << "VX440-FIL 1";
+        QTest::newRow("boxFilter2") << "VX440-FIL 2";
+        QTest::newRow("boxAmp") << "VX440-AMP";
+        QTest::newRow("boxOptionAzimuthRotator") << "Azimuth rotator";
+        QTest::newRow("boxOptionPolarRotator") << "Pol/Eval rotator";
     }
     void everyBoxHasItsTitle()
     {
         const auto* const box = Find<QGroupBox>(QTest::currentDataTag());
         QTEST(box->title(), "title");
         QVERIFY(box->alignment().testFlag(Qt::AlignHCenter));
-        QCOMPARE(box->styleSheet(),
-            Text("QGroupBox\n{\n    font-size: 12px;\n    font-weight: bold;\n}"));
+        QCOMPARE(
+            box->styleSheet(), "QGroupBox\n{\n    font-size: 12px;\n    font-weight: bold;\n}");
         QCOMPARE(box->font().pixelSize(), 12);
         QVERIFY(box->font().bold());
     }
@@ -173,22 +172,22 @@ private slots:
     void everyButtonHasItsTextAndItsParent_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::newRow("btnSendDeviceOptions") << Text("Send to device");
-        QTest::newRow("btnReadOptionsFromDevice") << Text("Read from device");
-        QTest::newRow("btnReadDeviceOptions") << Text("Read Options File");
+        QTest::newRow("btnSendDeviceOptions") << "Send to device";
+        QTest::newRow("btnReadOptionsFromDevice") << "Read from device";
+        QTest::newRow("btnReadDeviceOptions") << "Read Options File";
     }
     void everyButtonHasItsTextAndItsParent()
     {
         const auto* const button = Find<QPushButton>(QTest::currentDataTag());
         QTEST(button->text(), "text");
-        QCOMPARE(button->parentWidget()->objectName(), Text("widNewFirmwareItems"));
+        QCOMPARE(button->parentWidget()->objectName(), "widNewFirmwareItems");
         QVERIFY(!button->autoDefault());
     }
 
     void theNoticeIsBoldAndItalic()
     {
         const auto* const notice = Find<QLabel>("lblCompatibility");
-        QCOMPARE(notice->text(), Text("This tab is not compatible with this device!"));
+        QCOMPARE(notice->text(), "This tab is not compatible with this device!");
         QVERIFY(notice->font().bold());
         QVERIFY(notice->font().italic());
     }
@@ -196,13 +195,13 @@ private slots:
     void connectingShowsWhatTheUnitIsFittedWith_data()
     {
         QTest::addColumn<QString>("firmware");
-        QTest::newRow("new firmware") << Text("3.10");
-        QTest::newRow("old firmware") << Text("2.50");
+        QTest::newRow("new firmware") << "3.10";
+        QTest::newRow("old firmware") << "2.50";
     }
     void connectingShowsWhatTheUnitIsFittedWith()
     {
         QFETCH(QString, firmware);
-        const SimulatorProcess unit(FullUnit() << Text("--firmware") << firmware);
+        const SimulatorProcess unit(FullUnit() << "--firmware" << firmware);
         ConnectTo(unit.Address());
         ShowPage("Options");
         const CTabOptions& page = *PageOfTheWindow();
@@ -227,11 +226,11 @@ private slots:
         ShowPage("Options");
         unit.Forget();
         Click(Find<QPushButton>("btnReadOptionsFromDevice"));
-        QCOMPARE(StatusLine(), Text(ReadDone));
+        QCOMPARE(StatusLine(), QString(ReadDone));
         Find<QPushButton>("btnReadOptionsFromDevice")->setFocus();
         Press(Qt::Key_Space);
-        QCOMPARE(StatusLine(), Text(ReadDone));
-        const QStringList once{Text(QueryInternal), Text(QueryDescriptions)};
+        QCOMPARE(StatusLine(), QString(ReadDone));
+        const QStringList once{QString(QueryInternal), QString(QueryDescriptions)};
         QCOMPARE(unit.Commands(), once + once);
         QCOMPARE(Shown(*PageOfTheWindow()), FullGroups());
     }
@@ -268,7 +267,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(MainWindow()));
         QTest::mouseMove(MainWindow()->windowHandle(), middle);
         QTest::mouseMove(MainWindow()->windowHandle(), middle + QPoint(1, 1));
-        QTRY_COMPARE(QToolTip::text(), Text("10"));
+        QTRY_COMPARE(QToolTip::text(), "10");
         QToolTip::hideText();
     }
 
@@ -278,11 +277,11 @@ private slots:
         if (!HasDeviceFiles()) {
             QSKIP("this system has no pipes among its files");
         }
-        const QString pipe = folder.filePath(Text("pipe.png"));
-        QCOMPARE(QProcess::execute(Text("mkfifo"), {pipe}), 0);
-        const QString description = Text("<img src=\"%1\"><b>12</b> V").arg(pipe);
+        const QString pipe = folder.filePath("pipe.png");
+        QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
+        const QString description = QString("<img src=\"%1\"><b>12</b> V").arg(pipe);
         const SimulatorProcess unit(
-            UnitWith(Text(FullOptions), Text(FullDescriptions).replace(Text("12 V"), description)));
+            UnitWith(QString(FullOptions), QString(FullDescriptions).replace("12 V", description)));
         ConnectTo(unit.Address());
         ShowPage("Options");
         QLineEdit* const line = Lines(*PageOfTheWindow(), 0).first();
@@ -301,9 +300,9 @@ private slots:
         QLineEdit* const line = Lines(*PageOfTheWindow(), 0).first();
         QTRY_VERIFY(line->isVisible());
         Click(line);
-        Type(Text("x"));
+        Type("x");
         Press(Qt::Key_Delete);
-        QCOMPARE(line->text(), Text("DC-Feed1"));
+        QCOMPARE(line->text(), "DC-Feed1");
     }
 
     void everyLineIsForReadingOnlyAndHasItsDescription_data()
@@ -356,12 +355,12 @@ private slots:
     {
         QFETCH(QStringList, lines);
         const SimulatorProcess unit(UnitWith(
-            Text("0,0,0,0,0,%1,0,0,0,0,0,0,0,0,0,0,0,0,0").arg(Text(QTest::currentDataTag())),
-            Text(NoDescriptions)));
+            QString("0,0,0,0,0,%1,0,0,0,0,0,0,0,0,0,0,0,0,0").arg(QString(QTest::currentDataTag())),
+            QString(NoDescriptions)));
         CTabOptions page(nullptr);
         QVERIFY(Connect(unit));
         page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(ReadDone));
+        QCOMPARE(StatusLine(), QString(ReadDone));
         QCOMPARE(Shown(page, 4), lines);
         QVERIFY(Box(page, 4)->layout() != nullptr); // an empty one is set as well
         QVERIFY(qobject_cast<QVBoxLayout*>(Box(page, 4)->layout()) != nullptr);
@@ -376,10 +375,10 @@ private slots:
         page.ReadOptionsFromDeviceButtonClicked();
         QTRY_VERIFY(Lines(page, 6).first()->isVisible());
         const QRect place = Lines(page, 6).first()->geometry();
-        QVERIFY(TheDeviceCommunication()->SendOptions(Text(NoOptions)));
-        QVERIFY(TheDeviceCommunication()->SendOptionDescriptions(Text(NoDescriptions)));
+        QVERIFY(TheDeviceCommunication()->SendOptions(QString(NoOptions)));
+        QVERIFY(TheDeviceCommunication()->SendOptionDescriptions(QString(NoDescriptions)));
         page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(ReadDone));
+        QCOMPARE(StatusLine(), QString(ReadDone));
         QCOMPARE(Shown(page), EmptyGroups());
         for (int group = 0; group < Groups; ++group) {
             const int lines = Box(page, group)->findChildren<QLineEdit*>().size();
@@ -388,8 +387,8 @@ private slots:
         }
         QTRY_VERIFY(Lines(page, 6).first()->isVisible());
         const auto inBox = Box(page, 6)->findChildren<QLineEdit*>();
-        QCOMPARE(inBox.first()->text(), Text("TD552"));
-        QCOMPARE(inBox.first()->toolTip(), Text("up"));
+        QCOMPARE(inBox.first()->text(), "TD552");
+        QCOMPARE(inBox.first()->toolTip(), "up");
         QVERIFY(inBox.first()->isVisible());
         QCOMPARE(inBox.first()->geometry(), place);
         QCOMPARE(inBox.last()->text(), QString());
@@ -415,7 +414,8 @@ private slots:
         Click(Find<QPushButton>("btnReadOptionsFromDevice"));
         QVERIFY(tried);
         QVERIFY(PageOfTheWindow()->isVisible());
-        QCOMPARE(unit.Commands(), (QStringList{Text(QueryInternal), Text(QueryDescriptions)}));
+        QCOMPARE(
+            unit.Commands(), (QStringList{QString(QueryInternal), QString(QueryDescriptions)}));
     }
 
     void aLostLinkLeavesTheBoxesFilled()
@@ -423,9 +423,9 @@ private slots:
         SimulatorProcess unit(FullUnit());
         ConnectTo(unit.Address());
         ShowPage("Options");
-        QVERIFY(unit.Tell(Text("drop")));
+        QVERIFY(unit.Tell("drop"));
         Click(Find<QPushButton>("btnReadOptionsFromDevice"));
-        QCOMPARE(ConnectionLine(), Text("Not Connected "));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         const CTabOptions& page = *PageOfTheWindow();
         QCOMPARE(Shown(page), FullGroups());
         QVERIFY(!Button(page, "btnReadOptionsFromDevice")->isEnabled());
@@ -438,11 +438,11 @@ private slots:
         QTest::addColumn<QString>("firmware");
         QTest::addColumn<bool>("flag");
         QTest::addColumn<bool>("served");
-        QTest::newRow("old") << Text("2.99") << false << true;
-        QTest::newRow("new") << Text("3.0") << false << true;
-        QTest::newRow("old with the flag") << Text("2.99") << true << false;
+        QTest::newRow("old") << "2.99" << false << true;
+        QTest::newRow("new") << "3.0" << false << true;
+        QTest::newRow("old with the flag") << "2.99" << true << false;
         QTest::newRow("unknown with the flag") << QString() << true << false;
-        QTest::newRow("new with the flag") << Text("3.0") << true << true;
+        QTest::newRow("new with the flag") << "3.0" << true << true;
     }
     void theTabIsShutForOldUnitsWithTheFlagOnly()
     {
@@ -458,13 +458,13 @@ private slots:
         SetUnsupportedFlag(*database, flag);
         page.ConnectionStatusChanged();
         QCOMPARE(page.isEnabled(), served);
-        QCOMPARE(page.findChild<QLabel*>(Text("lblCompatibility"))->isVisible(), !served);
+        QCOMPARE(page.findChild<QLabel*>("lblCompatibility")->isVisible(), !served);
         QCOMPARE(unit.Commands().size(), served ? 2 : 0);
         QCOMPARE(Button(page, "btnReadOptionsFromDevice")->isEnabled(), served);
         SetUnsupportedFlag(*database, false);
         page.ConnectionStatusChanged(); // opens again
         QVERIFY(page.isEnabled());
-        QVERIFY(!page.findChild<QLabel*>(Text("lblCompatibility"))->isVisible());
+        QVERIFY(!page.findChild<QLabel*>("lblCompatibility")->isVisible());
         QCOMPARE(Shown(page), FullGroups());
     }
 
@@ -473,12 +473,12 @@ private slots:
         SimulatorProcess unit(FullUnit());
         ConnectTo(unit.Address());
         ShowPage("Options");
-        QVERIFY(unit.Tell(Text("drop")));
+        QVERIFY(unit.Tell("drop"));
         auto* const button = Find<QPushButton>("btnSendDeviceOptions");
         button->show();
         Click(button);
-        QCOMPARE(StatusLine(), Text(OptionsNotSent));
-        QCOMPARE(ConnectionLine(), Text("Not Connected "));
+        QCOMPARE(StatusLine(), QString(OptionsNotSent));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QVERIFY(!button->isEnabled());
         button->hide();
     }
@@ -486,8 +486,8 @@ private slots:
     void aWorkbookIsChosenAndShown_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::newRow("xlsx") << Text("unit.xlsx");
-        QTest::newRow("cfg") << Text("options.cfg");
+        QTest::newRow("xlsx") << "unit.xlsx";
+        QTest::newRow("cfg") << "options.cfg";
     }
     void aWorkbookIsChosenAndShown()
     {
@@ -503,10 +503,10 @@ private slots:
         button->show();
         const FileDialog dialog = ChooseFile(path, [button] { Click(button); });
         button->hide();
-        QCOMPARE(dialog.title, Text("Select Options File"));
-        QCOMPARE(dialog.filters, QStringList{Text("*.xlsx *.cfg")});
+        QCOMPARE(dialog.title, "Select Options File");
+        QCOMPARE(dialog.filters, QStringList{"*.xlsx *.cfg"});
         QCOMPARE(dialog.mode, QFileDialog::ExistingFile);
-        QCOMPARE(StatusLine(), Text("Options read from file successfully."));
+        QCOMPARE(StatusLine(), "Options read from file successfully.");
         QCOMPARE(Shown(page), FullGroups());
         QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
     }
@@ -515,18 +515,17 @@ private slots:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("status");
-        const QString cut = folder.filePath(Text("cut.xlsx"));
+        const QString cut = folder.filePath("cut.xlsx");
         QVERIFY(WriteOptionsWorkbook(cut, FullNames().mid(1), FullTexts()));
-        const QString narrow = folder.filePath(Text("narrow.xlsx"));
+        const QString narrow = folder.filePath("narrow.xlsx");
         QVERIFY(WriteOptionsWorkbook(narrow, FullNames()));
-        const QString text = folder.filePath(Text("text.cfg"));
+        const QString text = folder.filePath("text.cfg");
         QFile file(text);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("VX440-DCF\n") > 0);
-        QTest::newRow("a cancelled dialog") << QString() << Text(InvalidFile);
-        QTest::newRow("a text") << text << Text(InvalidFile);
-        QTest::newRow("21 rows") << cut << Text(InvalidFile);
-        QTest::newRow("one column")
-            << narrow << Text("Error: Options description string too long!");
+        QTest::newRow("a cancelled dialog") << QString() << QString(InvalidFile);
+        QTest::newRow("a text") << text << QString(InvalidFile);
+        QTest::newRow("21 rows") << cut << QString(InvalidFile);
+        QTest::newRow("one column") << narrow << "Error: Options description string too long!";
     }
     void aFileThatCannotBeReadLeavesTheBoxes()
     {
@@ -539,13 +538,13 @@ private slots:
         ChooseFile(path, [&page] { page.ReadOptionsFileButtonClicked(); });
         QTEST(StatusLine(), "status");
         QCOMPARE(Shown(page), FullGroups());
-        const bool sendable = Text(QTest::currentDataTag()) == Text("one column");
+        const bool sendable = QString(QTest::currentDataTag()) == "one column";
         QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), sendable);
     }
 
     void aWorkbookIsReadWithoutAUnitButCannotBeSent()
     {
-        const QString path = folder.filePath(Text("alone.xlsx"));
+        const QString path = folder.filePath("alone.xlsx");
         QVERIFY(WriteOptionsWorkbook(path, FullNames(), FullTexts()));
         CTabOptions page(nullptr);
         ChooseFile(path, [&page] { page.ReadOptionsFileButtonClicked(); });
@@ -555,9 +554,9 @@ private slots:
 
     void aWorkbooksOptionsComeBackFromTheUnit()
     {
-        const QString path = folder.filePath(Text("sent.xlsx"));
+        const QString path = folder.filePath("sent.xlsx");
         QStringList names = FullNames();
-        names[9] = Text("none"); // travels as 0
+        names[9] = "none"; // travels as 0
         names[15] = QString();
         QVERIFY(WriteOptionsWorkbook(path, names, FullTexts()));
         SimulatorProcess unit(UnitWith(NoOptions, NoDescriptions));
@@ -566,22 +565,22 @@ private slots:
         CTabOptions& page = *PageOfTheWindow();
         ChooseFile(path, [&page] { page.ReadOptionsFileButtonClicked(); });
         auto fromFile = Shown(page);
-        QCOMPARE(fromFile[2][1], Text("none"));
+        QCOMPARE(fromFile[2][1], "none");
         auto* const button = Find<QPushButton>("btnSendDeviceOptions");
         button->show();
         Click(button);
         button->hide();
-        QCOMPARE(StatusLine(), Text(SendDone));
-        names[9] = Text("0");
-        names[15] = Text("0");
-        QCOMPARE(unit.State(Text("options")), QStringList(names.mid(2, 19)).join(QLatin1Char(',')));
+        QCOMPARE(StatusLine(), QString(SendDone));
+        names[9] = "0";
+        names[15] = "0";
+        QCOMPARE(unit.State("options"), QStringList(names.mid(2, 19)).join(','));
         // The banks themselves have no description in a workbook.
-        QCOMPARE(unit.State(Text("option-descriptions")),
-            Text(FullDescriptions).replace(Text(";0;0;"), Text(";;;")));
+        QCOMPARE(
+            unit.State("option-descriptions"), QString(FullDescriptions).replace(";0;0;", ";;;"));
 
         CTabOptions other(nullptr);
         other.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), Text(ReadDone));
+        QCOMPARE(StatusLine(), QString(ReadDone));
         fromFile[2][1].clear(); // the unit has no name for a filter that is not there
         QCOMPARE(Shown(other), fromFile);
         for (int group = 0; group < Groups; ++group) {
@@ -601,7 +600,7 @@ private slots:
         button->show();
         unit.Forget();
         Click(button);
-        QCOMPARE(StatusLine(), Text(SendDone));
+        QCOMPARE(StatusLine(), QString(SendDone));
         QCOMPARE(unit.Commands().size(), 2);
         button->hide();
     }

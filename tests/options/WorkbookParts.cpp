@@ -6,8 +6,8 @@
 
 namespace {
 
-const QString WorkbookPart = QStringLiteral("xl/workbook.xml");
-const QString RelationshipsPart = QStringLiteral("xl/_rels/workbook.xml.rels");
+const QString WorkbookPart = "xl/workbook.xml";
+const QString RelationshipsPart = "xl/_rels/workbook.xml.rels";
 
 QByteArray WithTypes(QByteArray relationships)
 {
@@ -55,9 +55,9 @@ QByteArray WorksheetPart(const QByteArray& rows)
 WorkbookParts WorkbookWithSheets(const QVector<QByteArray>& rowsOfSheets)
 {
     WorkbookParts parts;
-    parts[QStringLiteral("[Content_Types].xml")] =
+    parts["[Content_Types].xml"] =
         "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\"/>";
-    parts[QStringLiteral("_rels/.rels")] = Relationships(
+    parts["_rels/.rels"] = Relationships(
         "<Relationship Id=\"rId1\" Type=\"TYPE/officeDocument\" Target=\"xl/workbook.xml\"/>");
     QByteArray sheets;
     QByteArray relationships;
@@ -68,8 +68,7 @@ WorkbookParts WorkbookWithSheets(const QVector<QByteArray>& rowsOfSheets)
         relationships += "<Relationship Id=\"rId" + number +
                          "\" Type=\"TYPE/worksheet\" Target=\"worksheets/sheet" + number +
                          ".xml\"/>";
-        parts[QStringLiteral("xl/worksheets/sheet%1.xml").arg(i)] =
-            WorksheetPart(rowsOfSheets.at(i - 1));
+        parts[QString("xl/worksheets/sheet%1.xml").arg(i)] = WorksheetPart(rowsOfSheets.at(i - 1));
     }
     SetSheets(parts, sheets, relationships);
     return parts;
@@ -85,14 +84,14 @@ void SetSharedStrings(WorkbookParts& parts, const QByteArray& items)
 {
     AddRelationship(parts,
         "<Relationship Id=\"strings\" Type=\"TYPE/sharedStrings\" Target=\"sharedStrings.xml\"/>");
-    parts[QStringLiteral("xl/sharedStrings.xml")] = MainPart("sst", items);
+    parts["xl/sharedStrings.xml"] = MainPart("sst", items);
 }
 
 void SetStyles(WorkbookParts& parts, const QByteArray& elements)
 {
     AddRelationship(
         parts, "<Relationship Id=\"styles\" Type=\"TYPE/styles\" Target=\"styles.xml\"/>");
-    parts[QStringLiteral("xl/styles.xml")] = MainPart("styleSheet", elements);
+    parts["xl/styles.xml"] = MainPart("styleSheet", elements);
 }
 
 bool WriteZip(const QString& path, const WorkbookParts& parts)

@@ -15,8 +15,8 @@
 
 namespace {
 
-const QString FirstHost = QStringLiteral("192.168.77.20");
-const QString SecondHost = QStringLiteral("192.168.77.130");
+const QString FirstHost = "192.168.77.20";
+const QString SecondHost = "192.168.77.130";
 
 QString IpText(quint32 address)
 {
@@ -101,10 +101,8 @@ private slots:
         QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
         QVERIFY2(network.Lay(), qPrintable(network.Error()));
         if (!OwnNetwork::IsUnprivileged()) {
-            QVERIFY2(network.AddHost(FirstHost, QStringLiteral("02:4c:7e:00:00:20")),
-                qPrintable(network.Error()));
-            QVERIFY2(network.AddHost(SecondHost, QStringLiteral("aa:bb:cc:00:01:30")),
-                qPrintable(network.Error()));
+            QVERIFY2(network.AddHost(FirstHost, "02:4c:7e:00:00:20"), qPrintable(network.Error()));
+            QVERIFY2(network.AddHost(SecondHost, "aa:bb:cc:00:01:30"), qPrintable(network.Error()));
         }
     }
 
@@ -135,18 +133,16 @@ private slots:
         MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:00:09 dev silent nud permanent");
         MustRun("neigh add 10.3.0.2 lladdr 02:4c:7e:00:00:02 dev silent nud permanent");
         MustRun("neigh add 192.168.77.100 lladdr 02:4c:7e:00:01:00 dev silent nud permanent");
-        QCOMPARE(AddressesInTable(),
-            (QStringList{QStringLiteral("10.3.0.2"), QStringLiteral("10.20.0.1"),
-                QStringLiteral("192.168.77.9"), QStringLiteral("192.168.77.100"),
-                QStringLiteral("192.168.77.200")}));
-        QCOMPARE(MacInTable(QStringLiteral("192.168.77.100")), QByteArray("02:4c:7e:00:01:00"));
+        QCOMPARE(AddressesInTable(), (QStringList{"10.3.0.2", "10.20.0.1", "192.168.77.9",
+                                         "192.168.77.100", "192.168.77.200"}));
+        QCOMPARE(MacInTable("192.168.77.100"), QByteArray("02:4c:7e:00:01:00"));
         QCOMPARE(ReadTable(false).size(), 5);
     }
 
     void aWholeNetworkOfRowsIsRead()
     {
         for (int octet = 2; octet <= 254; ++octet) {
-            MustRun(QStringLiteral("neigh add 192.168.77.%1 lladdr 02:4c:7e:00:00:%2 dev silent")
+            MustRun(QString("neigh add 192.168.77.%1 lladdr 02:4c:7e:00:00:%2 dev silent")
                         .arg(octet)
                         .arg(octet, 2, 16, QLatin1Char('0'))
                         .toLatin1());
@@ -155,7 +151,7 @@ private slots:
         QCOMPARE(rows.size(), 253);
         for (int octet = 2; octet <= 254; ++octet) {
             const platform::NeighbourRow& row = rows[octet - 2];
-            QCOMPARE(IpText(row.ipAddress), QStringLiteral("192.168.77.%1").arg(octet));
+            QCOMPARE(IpText(row.ipAddress), QString("192.168.77.%1").arg(octet));
             QCOMPARE(int(row.physicalAddress[5]), octet);
             QCOMPARE(row.physicalAddressLength, 6U);
         }
@@ -177,18 +173,17 @@ private slots:
 
     void aRowWithoutALinkLayerAddressReadsAsZeros()
     {
-        QVERIFY(Resolve(QStringLiteral("192.168.77.66")).error != 0);
-        QCOMPARE(MacInTable(QStringLiteral("192.168.77.66")), QByteArray("00:00:00:00:00:00"));
+        QVERIFY(Resolve("192.168.77.66").error != 0);
+        QCOMPARE(MacInTable("192.168.77.66"), QByteArray("00:00:00:00:00:00"));
     }
 
     void theKernelsOwnEntriesAreLeftOut()
     {
         QUdpSocket socket;
-        socket.writeDatagram("x", QHostAddress(QStringLiteral("127.0.0.1")), 9);
-        socket.writeDatagram("x", QHostAddress(QStringLiteral("224.0.0.1")), 9);
-        socket.writeDatagram("x", QHostAddress(QStringLiteral("192.168.77.255")), 9);
-        QVERIFY(OwnNetwork::IpOutput(QStringLiteral("-4 neigh show nud noarp"))
-                    .contains(QLatin1String("NOARP")));
+        socket.writeDatagram("x", QHostAddress("127.0.0.1"), 9);
+        socket.writeDatagram("x", QHostAddress("224.0.0.1"), 9);
+        socket.writeDatagram("x", QHostAddress("192.168.77.255"), 9);
+        QVERIFY(OwnNetwork::IpOutput("-4 neigh show nud noarp").contains("NOARP"));
         QCOMPARE(AddressesInTable(), QStringList());
     }
 
@@ -198,7 +193,7 @@ private slots:
         MustRun("neigh add 192.168.77.10 lladdr 02:4c:7e:00:00:0a dev silent nud permanent");
         const QVector<platform::NeighbourRow> rows = ReadTable();
         QCOMPARE(platform::DeleteNeighbour(rows[0]), 0U);
-        QCOMPARE(AddressesInTable(), QStringList{QStringLiteral("192.168.77.10")});
+        QCOMPARE(AddressesInTable(), QStringList{"192.168.77.10"});
         QCOMPARE(platform::DeleteNeighbour(rows[0]), unsigned(ENOENT));
     }
 
@@ -255,9 +250,8 @@ private slots:
 
     void aGivenSourceMustBeAnAddressOfThisMachine()
     {
-        QCOMPARE(Resolve(FirstHost, 6, Address(QStringLiteral("192.168.77.1"))).error, 0U);
-        QCOMPARE(Resolve(FirstHost, 6, Address(QStringLiteral("192.168.77.2"))).error,
-            unsigned(EADDRNOTAVAIL));
+        QCOMPARE(Resolve(FirstHost, 6, Address("192.168.77.1")).error, 0U);
+        QCOMPARE(Resolve(FirstHost, 6, Address("192.168.77.2")).error, unsigned(EADDRNOTAVAIL));
     }
 
     void anEntryThatIsKnownIsAnAnswer_data()
@@ -272,32 +266,32 @@ private slots:
     {
         QFETCH(QByteArray, state);
         MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:00:09 dev silent nud " + state);
-        const Answer answer = Resolve(QStringLiteral("192.168.77.9"));
+        const Answer answer = Resolve("192.168.77.9");
         QCOMPARE(answer.error, 0U);
         QCOMPARE(answer.bytes, QByteArray("02:4c:7e:00:00:09:ff:ff"));
     }
 
     void aSilentAddressFailsWhenTheKernelGivesUp()
     {
-        const Answer answer = Resolve(QStringLiteral("192.168.77.66"));
+        const Answer answer = Resolve("192.168.77.66");
         QCOMPARE(answer.error, unsigned(EHOSTUNREACH));
         QCOMPARE(answer.bytes, QByteArray("ff:ff:ff:ff:ff:ff:ff:ff"));
         // A second try is a new one: the kernel's remembered failure is no answer.
-        QCOMPARE(Resolve(QStringLiteral("192.168.77.66")).error, unsigned(EHOSTUNREACH));
+        QCOMPARE(Resolve("192.168.77.66").error, unsigned(EHOSTUNREACH));
     }
 
     void anAddressThatIsNotOnAnAttachedNetworkIsNotEvenTried_data()
     {
         QTest::addColumn<QString>("ip");
-        QTest::addRow("behind a gateway") << QStringLiteral("10.1.2.3");
-        QTest::addRow("without a route") << QStringLiteral("172.16.0.1");
-        QTest::addRow("refused by a route") << QStringLiteral("172.17.0.1");
-        QTest::addRow("own address") << QStringLiteral("192.168.77.1");
-        QTest::addRow("loopback") << QStringLiteral("127.0.0.1");
-        QTest::addRow("broadcast of the network") << QStringLiteral("192.168.77.255");
-        QTest::addRow("broadcast") << QStringLiteral("255.255.255.255");
-        QTest::addRow("multicast") << QStringLiteral("224.0.0.1");
-        QTest::addRow("no address") << QStringLiteral("no address");
+        QTest::addRow("behind a gateway") << "10.1.2.3";
+        QTest::addRow("without a route") << "172.16.0.1";
+        QTest::addRow("refused by a route") << "172.17.0.1";
+        QTest::addRow("own address") << "192.168.77.1";
+        QTest::addRow("loopback") << "127.0.0.1";
+        QTest::addRow("broadcast of the network") << "192.168.77.255";
+        QTest::addRow("broadcast") << "255.255.255.255";
+        QTest::addRow("multicast") << "224.0.0.1";
+        QTest::addRow("no address") << "no address";
     }
 
     void anAddressThatIsNotOnAnAttachedNetworkIsNotEvenTried()
@@ -315,13 +309,13 @@ private slots:
     {
         QElapsedTimer timer;
         timer.start();
-        Resolve(QStringLiteral("192.168.77.66"));
+        Resolve("192.168.77.66");
         const qint64 one = timer.restart();
         std::atomic<int> unreachable{0};
         std::vector<std::thread> threads;
         for (int octet = 150; octet < 190; ++octet) {
             threads.emplace_back([octet, &unreachable] {
-                const QString ip = QStringLiteral("192.168.77.%1").arg(octet);
+                const QString ip = QString("192.168.77.%1").arg(octet);
                 unreachable += Resolve(ip).error == EHOSTUNREACH ? 1 : 0;
             });
         }

@@ -24,12 +24,12 @@ private slots:
         QTest::addColumn<int>("lineLength");
         QTest::addColumn<double>("mostKb");
         QTest::addColumn<QString>("told");
-        const QString read = QStringLiteral("Read file successfully.");
+        const QString read = "Read file successfully.";
         // Two bytes a character, and room to grow; and some memory for the window.
         QTest::newRow("lines of 50 bytes") << 50 << 4.0 * 1024 << read;
         QTest::newRow("lines of a megabyte") << 1000 * 1000 << 12.0 * 1024 << read;
-        QTest::newRow("no line feed at all") << HundredMegabytes << 4.0 * 2 * LongestLine / 1024
-                                             << QStringLiteral("Invalid line:xxx");
+        QTest::newRow("no line feed at all")
+            << HundredMegabytes << 4.0 * 2 * LongestLine / 1024 << "Invalid line:xxx";
     }
     void aFileOfAHundredMegabytesTakesWhatItsLongestLineDoes()
     {
@@ -55,7 +55,7 @@ private:
 
     QString MakeFile(int size, int lineLength)
     {
-        QFile file(folder.filePath(QStringLiteral("%1.txt").arg(lineLength)));
+        QFile file(folder.filePath(QString("%1.txt").arg(lineLength)));
         const QByteArray line = QByteArray(lineLength - 1, 'x') + '\n';
         bool written = file.open(QIODevice::WriteOnly);
         for (int done = 0; done < size && written; done += lineLength) {

@@ -59,14 +59,9 @@ const QByteArray OldFile = Head + AzimuthLines + PolarLines;
 const QByteArray NewFile = Head + AzimuthLines + "Azimuth Slow Motion Speed (SMS)=31\n" +
                            PolarLines + "Polar Slow Motion Speed (SMS)=41\n";
 
-const QString EmptyFileName = QStringLiteral("Empty filename!!");
-const QString ReadDone = QStringLiteral("Read file successfully.");
-const QString WriteFailed = QStringLiteral("Could not write device configuration to file !!");
-
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
+const QString EmptyFileName = "Empty filename!!";
+const QString ReadDone = "Read file successfully.";
+const QString WriteFailed = "Could not write device configuration to file !!";
 
 CDeviceDatabase& Model()
 {
@@ -78,8 +73,8 @@ Widget* Child(int motor, const char* name)
 {
     const auto* const pages = Find<QTabWidget>("tabWidget");
     for (int page = 0; page < pages->count(); ++page) {
-        if (pages->tabText(page) == Text(TitleOf[motor])) {
-            return pages->widget(page)->findChild<Widget*>(Text(name));
+        if (pages->tabText(page) == QString(TitleOf[motor])) {
+            return pages->widget(page)->findChild<Widget*>(QString(name));
         }
     }
     return nullptr;
@@ -120,7 +115,7 @@ void Note(Asked& asked, const QFileDialog& dialog)
 {
     asked.title = dialog.windowTitle();
     asked.filters = dialog.nameFilters();
-    asked.name = dialog.findChild<QLineEdit*>(Text("fileNameEdit"))->text();
+    asked.name = dialog.findChild<QLineEdit*>("fileNameEdit")->text();
     asked.mode = dialog.acceptMode();
     asked.status = StatusLine();
     ++asked.times;
@@ -166,9 +161,9 @@ void AddMotorsAndGenerations()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<int>("lines");
     for (const int motor : {Azimuth, Polar}) {
-        QTest::addRow("%s old", NameOf[motor]) << motor << Text("2.99") << OldFile << 30;
+        QTest::addRow("%s old", NameOf[motor]) << motor << "2.99" << OldFile << 30;
         QTest::addRow("%s unknown", NameOf[motor]) << motor << QString() << OldFile << 30;
-        QTest::addRow("%s new", NameOf[motor]) << motor << Text("3.0") << NewFile << 32;
+        QTest::addRow("%s new", NameOf[motor]) << motor << "3.0" << NewFile << 32;
     }
 }
 
@@ -234,7 +229,7 @@ void ConfigurationFileTest::initTestCase()
 
 QString ConfigurationFileTest::NewPath()
 {
-    return folder.filePath(QStringLiteral("f%1.txt").arg(++paths));
+    return folder.filePath(QString("f%1.txt").arg(++paths));
 }
 
 QString ConfigurationFileTest::MakeFile(const QByteArray& content)
@@ -250,7 +245,7 @@ QString ConfigurationFileTest::MakeFile(const QByteArray& content)
 // One that an ordinary user can neither read nor write.
 QString ConfigurationFileTest::MakeLockedFile()
 {
-    const QString path = folder.filePath(Text("locked.txt"));
+    const QString path = folder.filePath("locked.txt");
     QFile file(path);
     if (!file.exists() && file.open(QIODevice::WriteOnly)) {
         file.write("Azimuth (SMD)=7\n");
@@ -262,16 +257,16 @@ QString ConfigurationFileTest::MakeLockedFile()
 void ConfigurationFileTest::Begin(const QString& firmware)
 {
     Model().SetFirmwareVersion(firmware);
-    Model().SetPartNumber(Text("PN-7"));
-    Model().SetSerialNumber(Text("SN0815"));
-    Model().SetMacAddress(Text("02:4c:7e:00:00:81"));
-    Model().SetIpAddress(Text("192.168.0.77"));
-    Model().SetSubnetMask(Text("255.255.255.0"));
+    Model().SetPartNumber("PN-7");
+    Model().SetSerialNumber("SN0815");
+    Model().SetMacAddress("02:4c:7e:00:00:81");
+    Model().SetIpAddress("192.168.0.77");
+    Model().SetSubnetMask("255.255.255.0");
     for (const int motor : {Azimuth, Polar}) {
         Model().SetMotorParameters(motor, ModelWords[motor]);
         Model().SetMotorValidationError(motor, QString());
     }
-    Model().SetApplicationStatus(Text("before"));
+    Model().SetApplicationStatus("before");
 }
 
 void ConfigurationFileTest::aWrittenFileHoldsTheseBytes()
@@ -282,7 +277,7 @@ void ConfigurationFileTest::aWrittenFileHoldsTheseBytes()
     Begin(firmware);
     const QString path = NewPath();
     Write(motor, path);
-    QCOMPARE(StatusLine(), Text("Saved to file ") + path);
+    QCOMPARE(StatusLine(), QString("Saved to file ") + path);
     QCOMPARE(Content(path), content);
     QTEST(content.count('\n'), "lines");
 }
@@ -318,11 +313,11 @@ void ConfigurationFileTest::theSaveDialogAsks()
     Begin();
     const Asked asked = Write(motor, QString());
     QCOMPARE(asked.times, 1);
-    QCOMPARE(asked.title, Text("Select file to save configuration"));
+    QCOMPARE(asked.title, "Select file to save configuration");
     QCOMPARE(asked.name, QString());
     QCOMPARE(asked.mode, QFileDialog::AcceptSave);
-    QCOMPARE(asked.filters.join(QLatin1Char(' ')), Text("files *.txt"));
-    QCOMPARE(asked.status, Text("Preparing to write device configuration to file .."));
+    QCOMPARE(asked.filters.join(' '), "files *.txt");
+    QCOMPARE(asked.status, "Preparing to write device configuration to file ..");
 }
 
 void ConfigurationFileTest::theOpenDialogAsks()
@@ -331,11 +326,11 @@ void ConfigurationFileTest::theOpenDialogAsks()
     Begin();
     const Asked asked = Read(motor, QString());
     QCOMPARE(asked.times, 1);
-    QCOMPARE(asked.title, Text("Select Device Configuration file"));
+    QCOMPARE(asked.title, "Select Device Configuration file");
     QCOMPARE(asked.name, QString());
     QCOMPARE(asked.mode, QFileDialog::AcceptOpen);
-    QCOMPARE(asked.filters.join(QLatin1Char(' ')), Text("files *.txt"));
-    QCOMPARE(asked.status, Text("Reading Device configuration from file .."));
+    QCOMPARE(asked.filters.join(' '), "files *.txt");
+    QCOMPARE(asked.status, "Reading Device configuration from file ..");
 }
 
 void ConfigurationFileTest::aCancelledDialogChangesNothing()
@@ -354,8 +349,8 @@ void ConfigurationFileTest::whatIsTypedInEitherTableIsWritten()
 {
     QFETCH(int, motor);
     Begin();
-    Edit(Azimuth, 0)->setText(Text("71"));
-    Edit(Polar, 7)->setText(Text("72"));
+    Edit(Azimuth, 0)->setText("71");
+    Edit(Polar, 7)->setText("72");
     const QString path = NewPath();
     Write(motor, path);
     const QByteArray content = Content(path);
@@ -379,13 +374,13 @@ void ConfigurationFileTest::aCellOutOfRangeWritesNoFile()
     QFETCH(int, motor);
     QFETCH(int, badMotor);
     Begin();
-    Edit(badMotor, 0)->setText(Text("71"));
+    Edit(badMotor, 0)->setText("71");
     Edit(badMotor, 1)->setText(QString());
-    Edit(badMotor, 2)->setText(Text("73"));
+    Edit(badMotor, 2)->setText("73");
     ShowPage(TitleOf[motor]);
     Click(Child<QPushButton>(motor, "btnWriteToFile")); // no dialog: a dialog would not come back
-    QCOMPARE(StatusLine(),
-        Text("Invalid value for %1 Motion Hang Up Difference (MHD)!").arg(Text(NameOf[badMotor])));
+    QCOMPARE(StatusLine(), QString("Invalid value for %1 Motion Hang Up Difference (MHD)!")
+                               .arg(QString(NameOf[badMotor])));
     QCOMPARE(Stored(badMotor), With(ModelWords[badMotor], 0, 71));
 }
 
@@ -396,17 +391,21 @@ void ConfigurationFileTest::theAzimuthsErrorComesFirst()
     Edit(Polar, 0)->setText(QString());
     ShowPage(TitleOf[Polar]);
     Click(Child<QPushButton>(Polar, "btnWriteToFile"));
-    QCOMPARE(StatusLine(), Text("Invalid value for Azimuth Step Difference (SD)!"));
+    QCOMPARE(StatusLine(), "Invalid value for Azimuth Step Difference (SD)!");
 }
 
 void ConfigurationFileTest::aNameIsGivenItsSuffix_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("written");
-    QTest::newRow("with the suffix") << Text("a.txt") << Text("a.txt");
-    QTest::newRow("without one") << Text("b") << Text("b.txt");
-    QTest::newRow("another suffix") << Text("c.cfg") << Text("c.cfg.txt");
-    QTest::newRow("in upper case") << Text("d.TXT") << Text("d.TXT.txt");
+    QTest::newRow("with the suffix") << "a.txt"
+                                     << "a.txt";
+    QTest::newRow("without one") << "b"
+                                 << "b.txt";
+    QTest::newRow("another suffix") << "c.cfg"
+                                    << "c.cfg.txt";
+    QTest::newRow("in upper case") << "d.TXT"
+                                   << "d.TXT.txt";
 }
 
 void ConfigurationFileTest::aNameIsGivenItsSuffix()
@@ -415,7 +414,7 @@ void ConfigurationFileTest::aNameIsGivenItsSuffix()
     QFETCH(QString, written);
     Begin();
     Write(Azimuth, folder.filePath(name));
-    QCOMPARE(StatusLine(), Text("Saved to file ") + folder.filePath(written));
+    QCOMPARE(StatusLine(), QString("Saved to file ") + folder.filePath(written));
     QCOMPARE(Content(folder.filePath(written)), OldFile);
     QCOMPARE(QFile::exists(folder.filePath(name)), name == written);
 }
@@ -439,12 +438,12 @@ void ConfigurationFileTest::aFileThatCannotBeWrittenSaysSo_data()
     QTest::addColumn<int>("motor");
     QTest::addColumn<QString>("name");
     for (const int motor : {Azimuth, Polar}) {
-        QTest::addRow("%s no such folder", NameOf[motor]) << motor << Text("missing/a.txt");
-        QTest::addRow("%s a folder of that name", NameOf[motor]) << motor << Text("taken");
+        QTest::addRow("%s no such folder", NameOf[motor]) << motor << "missing/a.txt";
+        QTest::addRow("%s a folder of that name", NameOf[motor]) << motor << "taken";
         if (HasDeviceFiles()) {
-            QTest::addRow("%s a device", NameOf[motor]) << motor << Text("device");
+            QTest::addRow("%s a device", NameOf[motor]) << motor << "device";
         }
-        QTest::addRow("%s no permission", NameOf[motor]) << motor << Text("locked");
+        QTest::addRow("%s no permission", NameOf[motor]) << motor << "locked";
     }
 }
 
@@ -452,8 +451,8 @@ void ConfigurationFileTest::aFileThatCannotBeWrittenSaysSo()
 {
     QFETCH(int, motor);
     QFETCH(QString, name);
-    QDir(folder.path()).mkpath(Text("taken.txt"));
-    QFile::link(Text("/dev/null"), folder.filePath(Text("device.txt")));
+    QDir(folder.path()).mkpath("taken.txt");
+    QFile::link("/dev/null", folder.filePath("device.txt"));
     const QString locked = MakeLockedFile();
     if (locked.contains(name) && QFileInfo(locked).isWritable()) {
         QSKIP("this user may write every file");
@@ -461,7 +460,7 @@ void ConfigurationFileTest::aFileThatCannotBeWrittenSaysSo()
     Begin();
     Write(motor, folder.filePath(name));
     QCOMPARE(StatusLine(), WriteFailed);
-    QVERIFY(!QFile::exists(folder.filePath(Text("missing"))));
+    QVERIFY(!QFile::exists(folder.filePath("missing")));
 }
 
 // A file that goes while the dialog is up: the dialog itself takes none that is not there.
@@ -564,7 +563,7 @@ void ConfigurationFileTest::anInvalidLineStopsTheReading_data()
         "UnknownMotor SMD=5", "o SMD=5", "A b=5"};
     for (const int motor : {Azimuth, Polar}) {
         for (const char* const line : Lines) {
-            QTest::addRow("%s %s", NameOf[motor], line) << motor << Text(line);
+            QTest::addRow("%s %s", NameOf[motor], line) << motor << QString(line);
         }
     }
 }
@@ -576,7 +575,7 @@ void ConfigurationFileTest::anInvalidLineStopsTheReading()
     Begin();
     const QByteArray name = NameOf[motor];
     Read(motor, MakeFile(name + " (SMD)=7\n" + line.toLatin1() + "\r\n" + name + " (SS)=8\n"));
-    QCOMPARE(StatusLine(), Text("Invalid line:") + line);
+    QCOMPARE(StatusLine(), QString("Invalid line:") + line);
     QCOMPARE(Stored(motor), With(ModelWords[motor], 0, 7));
     QCOMPARE(Stored(1 - motor), ModelWords[1 - motor]);
 }
@@ -596,7 +595,7 @@ void ConfigurationFileTest::aLineWithoutEndIsShownAsFarAsItWasRead()
     const QByteArray line = start + QByteArray(2 * Longest, 'x');
     Begin();
     Read(Azimuth, MakeFile("Azimuth (SD)=8\n" + line + "\nAzimuth (OD)=9\n"));
-    QCOMPARE(StatusLine(), Text("Invalid line:") + Text(line.left(Longest)));
+    QCOMPARE(StatusLine(), QString("Invalid line:") + QString(line.left(Longest)));
     QCOMPARE(Stored(Azimuth), With(ModelWords[Azimuth], 2, 8));
 }
 
@@ -606,12 +605,12 @@ void ConfigurationFileTest::aPipeOrADeviceLeavesAnEmptyStatus_data()
         QSKIP("this system has neither pipes nor devices among its files");
     }
     QTest::addColumn<QString>("path");
-    const QString pipe = folder.filePath(Text("pipe.txt"));
-    if (QProcess::execute(Text("mkfifo"), {pipe}) == 0) {
+    const QString pipe = folder.filePath("pipe.txt");
+    if (QProcess::execute("mkfifo", {pipe}) == 0) {
         QTest::newRow("a pipe") << pipe;
     }
-    const QString device = folder.filePath(Text("endless.txt"));
-    if (QFile::link(Text("/dev/full"), device)) {
+    const QString device = folder.filePath("endless.txt");
+    if (QFile::link("/dev/full", device)) {
         QTest::newRow("a device") << device;
     }
 }
@@ -651,7 +650,7 @@ void ConfigurationFileTest::aReadFileKeepsTheRotorAndItsType()
 
 void ConfigurationFileTest::oldFirmwareTakesTheSpeedLineToo()
 {
-    Begin(Text("2.99"));
+    Begin("2.99");
     Read(Azimuth, MakeFile("Azimuth Slow Motion Speed (SMS)=55\n"));
     QCOMPARE(Stored(Azimuth), With(ModelWords[Azimuth], 10, 55));
 }

@@ -121,7 +121,7 @@ QString DifferenceTo(const Decoded& expected, const CDeviceParameters& parameter
         }
     }
     if (parameters.GetSubnetMask() != expected.subnetMask) {
-        return parameters.GetSubnetMask() + QStringLiteral(" instead of ") + expected.subnetMask;
+        return parameters.GetSubnetMask() + QString(" instead of ") + expected.subnetMask;
     }
     return QString();
 }
@@ -232,8 +232,8 @@ void DeviceParametersTest::theMaskIsReadAtItsOffset_data()
     QTest::addColumn<float>("firmware");
     QTest::addColumn<int>("size");
     QTest::addColumn<QString>("mask");
-    QTest::newRow("old at 50") << OldFirmware << OldBlockSize << QStringLiteral("150.151.152.153");
-    QTest::newRow("new at 58") << NewFirmware << NewBlockSize << QStringLiteral("158.159.160.161");
+    QTest::newRow("old at 50") << OldFirmware << OldBlockSize << "150.151.152.153";
+    QTest::newRow("new at 58") << NewFirmware << NewBlockSize << "158.159.160.161";
 }
 
 void DeviceParametersTest::theMaskIsReadAtItsOffset()
@@ -441,10 +441,9 @@ void DeviceParametersTest::randomBlocksDecodeAsTheManualSays()
         parameters.ParseDeviceBlock(WordsOf(block));
 
         const QString difference = DifferenceTo(expected, parameters);
-        QVERIFY2(
-            difference.isEmpty(), qPrintable(QStringLiteral("block %1: ").arg(i) + difference));
+        QVERIFY2(difference.isEmpty(), qPrintable(QString("block %1: ").arg(i) + difference));
         QVERIFY2(block == expected.blockAfterwards,
-            qPrintable(QStringLiteral("block %1 is left otherwise").arg(i)));
+            qPrintable(QString("block %1 is left otherwise").arg(i)));
     }
 }
 

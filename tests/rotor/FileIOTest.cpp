@@ -19,14 +19,9 @@ const QByteArray Banner = "#---------------------------------------------\n"
 
 constexpr int HundredMegabytes = 100 * 1000 * 1000;
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 QString ReadLineOf(CFileIO& file, int* result = nullptr)
 {
-    QString line = QStringLiteral("untouched");
+    QString line = "untouched";
     const int answer = file.ReadLine(line);
     if (result != nullptr) {
         *result = answer;
@@ -117,7 +112,7 @@ void FileIOTest::aFileThatIsNotOpenNeitherReadsNorWrites()
     QCOMPARE(result, 0);
     QVERIFY(!file.IsAtEnd());
     QVERIFY(!file.WriteBanner());
-    QVERIFY(!file.WriteKeyValue(Text("key"), Text("value")));
+    QVERIFY(!file.WriteKeyValue("key", "value"));
     QCOMPARE(Content(path), QByteArray("a=1\n"));
 }
 
@@ -151,16 +146,16 @@ void FileIOTest::aPipeOrADeviceCannotBeOpened_data()
     }
     QTest::addColumn<QString>("path");
     const QString pipe = NewPath();
-    if (QProcess::execute(Text("mkfifo"), {pipe}) == 0) {
+    if (QProcess::execute("mkfifo", {pipe}) == 0) {
         QTest::newRow("a pipe") << pipe;
     }
     for (const char* const device : {"/dev/null", "/dev/zero", "/dev/full"}) {
-        if (QFile::exists(Text(device))) {
-            QTest::newRow(device) << Text(device);
+        if (QFile::exists(QString(device))) {
+            QTest::newRow(device) << QString(device);
         }
     }
     const QString link = NewPath();
-    if (QFile::link(Text("/dev/zero"), link)) {
+    if (QFile::link("/dev/zero", link)) {
         QTest::newRow("a link to a device") << link;
     }
 }
@@ -176,7 +171,7 @@ void FileIOTest::aPipeOrADeviceCannotBeOpened()
 
 void FileIOTest::aFileInAFolderThatIsNotThereCannotBeWritten()
 {
-    CFileIO file(NewPath() + Text("/file.txt"));
+    CFileIO file(NewPath() + "/file.txt");
     QVERIFY(!file.OpenForWrite());
     QVERIFY(!file.WriteBanner());
 }
@@ -184,11 +179,11 @@ void FileIOTest::aFileInAFolderThatIsNotThereCannotBeWritten()
 void FileIOTest::anyNameIsWrittenAndRead_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("umlauts") << QStringLiteral("\u00C4\u00D6\u00DC \u00E4\u00F6\u00FC\u00DF.txt");
-    QTest::newRow("letters of no code page") << QStringLiteral("\u0416 \u4E00 \u20AC.txt");
-    const QString part = QString(100, QLatin1Char('n'));
+    QTest::newRow("umlauts") << "\u00C4\u00D6\u00DC \u00E4\u00F6\u00FC\u00DF.txt";
+    QTest::newRow("letters of no code page") << "\u0416 \u4E00 \u20AC.txt";
+    const QString part = QString(100, 'n');
     QTest::newRow("more than 260 characters")
-        << QStringList({part, part, part, part + Text(".txt")}).join(QLatin1Char('/'));
+        << QStringList({part, part, part, part + ".txt"}).join('/');
 }
 
 void FileIOTest::anyNameIsWrittenAndRead()
@@ -199,12 +194,12 @@ void FileIOTest::anyNameIsWrittenAndRead()
     {
         CFileIO file(path);
         QVERIFY(file.OpenForWrite());
-        QVERIFY(file.WriteKeyValue(Text("a"), Text("1")));
+        QVERIFY(file.WriteKeyValue("a", "1"));
     }
     QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Files), {QFileInfo(name).fileName()});
     CFileIO file(path);
     QVERIFY(file.OpenForRead());
-    QCOMPARE(ReadLineOf(file), Text("a=1"));
+    QCOMPARE(ReadLineOf(file), "a=1");
 }
 
 void FileIOTest::aFailedOpenLeavesTheFileClosed()
@@ -236,7 +231,7 @@ void FileIOTest::aFileIsReadLineByLine_data()
     // What each call gives until the end: "1:" with the line, or "0:".
     QTest::addColumn<QStringList>("lines");
     const auto row = [](const char* name, const QByteArray& content, const char* lines) {
-        QTest::newRow(name) << content << Text(lines).split(QLatin1Char('|'));
+        QTest::newRow(name) << content << QString(lines).split('|');
     };
     row("empty file", "", "0:");
     row("one line", "a=1\n", "1:a=1|0:");
@@ -291,7 +286,7 @@ void FileIOTest::theByteOrderMarkDecidesTheEncoding()
     QFETCH(QByteArray, content);
     CFileIO file(NewFile(content));
     QVERIFY(file.OpenForRead());
-    QCOMPARE(ReadLineOf(file), QStringLiteral("k=\u00E9"));
+    QCOMPARE(ReadLineOf(file), "k=\u00E9");
 }
 
 void FileIOTest::aLineHasAtMostSixteenMebibytes_data()
@@ -329,7 +324,7 @@ void FileIOTest::theEndIsMetOnlyBehindTheLastLine()
     CFileIO file(NewFile("a=1\n"));
     QVERIFY(file.OpenForRead());
     QVERIFY(!file.IsAtEnd());
-    QCOMPARE(ReadLineOf(file), Text("a=1"));
+    QCOMPARE(ReadLineOf(file), "a=1");
     QVERIFY(!file.IsAtEnd());
     QCOMPARE(ReadLineOf(file), QString());
     QVERIFY(file.IsAtEnd());
@@ -353,7 +348,7 @@ void FileIOTest::openingAgainBeginsAnew()
     for (int twice = 0; twice < 2; ++twice) {
         QVERIFY(file.OpenForRead());
         QVERIFY(!file.IsAtEnd());
-        QCOMPARE(ReadLineOf(file), Text("a=1"));
+        QCOMPARE(ReadLineOf(file), "a=1");
         QCOMPARE(ReadLineOf(file), QString());
         QVERIFY(file.IsAtEnd());
     }
@@ -373,10 +368,11 @@ void FileIOTest::aKeyAndItsValueAreOneLine_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("value");
     QTest::addColumn<QByteArray>("line");
-    QTest::newRow("no blank around the sign")
-        << Text("key") << Text("value") << QByteArray("key=value\n");
-    QTest::newRow("an empty value") << Text("key") << QString() << QByteArray("key=\n");
-    QTest::newRow("blanks are kept") << Text(" a b ") << Text(" c ") << QByteArray(" a b = c \n");
+    QTest::newRow("no blank around the sign") << "key"
+                                              << "value" << QByteArray("key=value\n");
+    QTest::newRow("an empty value") << "key" << QString() << QByteArray("key=\n");
+    QTest::newRow("blanks are kept") << " a b "
+                                     << " c " << QByteArray(" a b = c \n");
 }
 
 void FileIOTest::aKeyAndItsValueAreOneLine()
@@ -397,9 +393,9 @@ void FileIOTest::eachLineIsInTheFileWhenTheCallReturns()
     const QString path = NewPath();
     CFileIO file(path);
     QVERIFY(file.OpenForWrite());
-    QVERIFY(file.WriteKeyValue(Text("a"), Text("1")));
+    QVERIFY(file.WriteKeyValue("a", "1"));
     QCOMPARE(Content(path), QByteArray("a=1\n"));
-    QVERIFY(file.WriteKeyValue(Text("b"), Text("2")));
+    QVERIFY(file.WriteKeyValue("b", "2"));
     QCOMPARE(Content(path), QByteArray("a=1\nb=2\n"));
 }
 
@@ -424,8 +420,8 @@ void FileIOTest::aDiskThatIsFullAfterAnyByteFailsItsLine()
             QVERIFY(file.OpenForWrite());
             const FileSizeLimit limit(static_cast<quint64>(bytes));
             const bool first = file.WriteBanner();
-            const bool second = file.WriteKeyValue(Text("first"), Text("1"));
-            const bool third = file.WriteKeyValue(Text("second"), Text("22"));
+            const bool second = file.WriteKeyValue("first", "1");
+            const bool third = file.WriteKeyValue("second", "22");
             QCOMPARE(first, bytes >= Banner.size());
             QCOMPARE(second, bytes >= Banner.size() + 8);
             QCOMPARE(third, bytes >= whole.size());
@@ -444,10 +440,10 @@ void FileIOTest::afterAFailedLineNoOtherIsWritten()
     QVERIFY(file.OpenForWrite());
     {
         const FileSizeLimit limit(4);
-        QVERIFY(file.WriteKeyValue(Text("a"), Text("1")));
-        QVERIFY(!file.WriteKeyValue(Text("b"), Text("2")));
+        QVERIFY(file.WriteKeyValue("a", "1"));
+        QVERIFY(!file.WriteKeyValue("b", "2"));
     }
-    QVERIFY(!file.WriteKeyValue(Text("c"), Text("3")));
+    QVERIFY(!file.WriteKeyValue("c", "3"));
     QVERIFY(!file.WriteBanner());
     QCOMPARE(Content(path), QByteArray("a=1\n"));
 }

@@ -8,11 +8,6 @@ namespace {
 
 constexpr char FolderVariable[] = "VX440_TEST_FULL_DISK";
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 } // namespace
 
 class FullDiskTest : public QObject
@@ -35,20 +30,20 @@ void FullDiskTest::aLineThatFindsNoRoomFails()
         return;
     }
     const QString folder = QFile::decodeName(qgetenv(FolderVariable));
-    CFileIO file(folder + Text("/configuration.txt"));
+    CFileIO file(folder + "/configuration.txt");
     QVERIFY(file.OpenForWrite());
     QVERIFY(file.WriteBanner());
 
-    QFile rest(folder + Text("/rest"));
+    QFile rest(folder + "/rest");
     QVERIFY(FillSmallDisk(rest));
 
     // What is left of the file's own page still takes lines.
     int lines = 0;
-    while (lines <= DiskPage && file.WriteKeyValue(Text("key"), Text("value"))) {
+    while (lines <= DiskPage && file.WriteKeyValue("key", "value")) {
         ++lines;
     }
     QVERIFY(lines < DiskPage / 10);
-    QVERIFY(!file.WriteKeyValue(Text("key"), Text("value")));
+    QVERIFY(!file.WriteKeyValue("key", "value"));
 }
 
 QTEST_GUILESS_MAIN(FullDiskTest)

@@ -30,9 +30,9 @@ void RotorCatalogueTest::motorsAreNamedByIndex_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("name");
-    QTest::newRow("0") << 0 << QStringLiteral("Azimuth");
-    QTest::newRow("1") << 1 << QStringLiteral("Polar");
-    QTest::newRow("2 is no motor") << 2 << QStringLiteral("UnknownMotor");
+    QTest::newRow("0") << 0 << "Azimuth";
+    QTest::newRow("1") << 1 << "Polar";
+    QTest::newRow("2 is no motor") << 2 << "UnknownMotor";
 }
 
 void RotorCatalogueTest::motorsAreNamedByIndex()
@@ -45,9 +45,9 @@ void RotorCatalogueTest::rotorTypesAreNamedByCode_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("text");
-    QTest::newRow("0") << 0 << QStringLiteral("Potentiometer");
-    QTest::newRow("1") << 1 << QStringLiteral("Pulse");
-    QTest::newRow("2 as users know it") << 2 << QStringLiteral("Unknow Type");
+    QTest::newRow("0") << 0 << "Potentiometer";
+    QTest::newRow("1") << 1 << "Pulse";
+    QTest::newRow("2 as users know it") << 2 << "Unknow Type";
 }
 
 void RotorCatalogueTest::rotorTypesAreNamedByCode()

@@ -6,16 +6,11 @@
 
 namespace {
 
-const QString Untouched = QStringLiteral("untouched");
-
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
+const QString Untouched = "untouched";
 
 QString LineWithSeparatorAt(int position)
 {
-    return QString(position, QLatin1Char('k')) + QStringLiteral("=value");
+    return QString(position, 'k') + "=value";
 }
 
 } // namespace
@@ -59,7 +54,7 @@ void StringTokenizerTest::aLineIsTakenApartAtItsFirstSign_data()
         {"the shortest line", "k=", "k=", ""},
     };
     for (const auto& row : rows) {
-        QTest::newRow(row.name) << Text(row.line) << Text(row.key) << Text(row.value);
+        QTest::newRow(row.name) << QString(row.line) << QString(row.key) << QString(row.value);
     }
 }
 
@@ -78,10 +73,10 @@ void StringTokenizerTest::aLineWithoutATokenLeavesBothTextsAlone_data()
 {
     QTest::addColumn<QString>("line");
     QTest::newRow("empty") << QString();
-    QTest::newRow("no sign") << Text("key value");
-    QTest::newRow("begins with the sign") << Text("=value");
-    QTest::newRow("begins with the sign and has another") << Text("=a=b");
-    QTest::newRow("the sign alone") << Text("=");
+    QTest::newRow("no sign") << "key value";
+    QTest::newRow("begins with the sign") << "=value";
+    QTest::newRow("begins with the sign and has another") << "=a=b";
+    QTest::newRow("the sign alone") << "=";
 }
 
 void StringTokenizerTest::aLineWithoutATokenLeavesBothTextsAlone()

@@ -55,16 +55,11 @@ const Words UnitWords[] = {{1001, 1002, 1003, 1004, 1005, 1006, 1007, 1008, 1009
 const Words ModelWords[] = {{301, 302, 303, 304, 305, 306, 307, 308, 309, 310, 31, 0},
     {401, 402, 403, 404, 405, 406, 407, 408, 409, 410, 41, 1}};
 
-const QString NotConnected = QStringLiteral("Not connected to any device.");
-
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
+const QString NotConnected = "Not connected to any device.";
 
 QString WithName(const char* text, int motor)
 {
-    return Text(text).arg(Text(NameOf[motor]));
+    return QString(text).arg(QString(NameOf[motor]));
 }
 
 QString JoinedNumbers(const Words& words)
@@ -73,14 +68,14 @@ QString JoinedNumbers(const Words& words)
     for (const ushort word : words) {
         texts.append(QString::number(word));
     }
-    return texts.join(QLatin1Char(','));
+    return texts.join(',');
 }
 
 CTabMotorConfiguration* Page(int motor)
 {
     const auto* const pages = Find<QTabWidget>("tabWidget");
     for (int page = 0; page < pages->count(); ++page) {
-        if (pages->tabText(page) == Text(TitleOf[motor])) {
+        if (pages->tabText(page) == QString(TitleOf[motor])) {
             return qobject_cast<CTabMotorConfiguration*>(pages->widget(page));
         }
     }
@@ -90,7 +85,7 @@ CTabMotorConfiguration* Page(int motor)
 template<class Widget>
 Widget* Child(int motor, const char* name)
 {
-    return Page(motor)->findChild<Widget*>(Text(name));
+    return Page(motor)->findChild<Widget*>(QString(name));
 }
 
 QTableWidget* Table(int motor)
@@ -202,8 +197,8 @@ void Begin(int motor)
         TheDeviceDatabase()->SetMotorValidationError(any, QString());
         Table(any)->setCurrentCell(-1, -1);
     }
-    TheDeviceDatabase()->SetSubnetMask(QStringLiteral("255.255.255.252"));
-    TheDeviceDatabase()->SetApplicationStatus(QStringLiteral("before"));
+    TheDeviceDatabase()->SetSubnetMask("255.255.255.252");
+    TheDeviceDatabase()->SetApplicationStatus("before");
 }
 
 bool ButtonsAreEnabled(int motor, bool enabled)
@@ -380,11 +375,10 @@ private:
 
 void TabMotorConfigurationTest::initTestCase()
 {
-    const QStringList words{QStringLiteral("--azimuth"), JoinedNumbers(UnitWords[Azimuth]),
-        QStringLiteral("--polar"), JoinedNumbers(UnitWords[Polar]), QStringLiteral("--mask"),
-        QStringLiteral("255.255.0.0"), QStringLiteral("--firmware")};
-    newUnit = std::make_unique<SimulatorProcess>(words + QStringList{QStringLiteral("3.10")});
-    oldUnit = std::make_unique<SimulatorProcess>(words + QStringList{QStringLiteral("2.99")});
+    const QStringList words{"--azimuth", JoinedNumbers(UnitWords[Azimuth]), "--polar",
+        JoinedNumbers(UnitWords[Polar]), "--mask", "255.255.0.0", "--firmware"};
+    newUnit = std::make_unique<SimulatorProcess>(words + QStringList{"3.10"});
+    oldUnit = std::make_unique<SimulatorProcess>(words + QStringList{"2.99"});
     QVERIFY(newUnit->IsReady());
     QVERIFY(oldUnit->IsReady());
     QVERIFY(Page(Azimuth) != nullptr);
@@ -413,7 +407,7 @@ void TabMotorConfigurationTest::theProgramStartsWithTheBlankRotor()
     QFETCH(int, motor);
     QCOMPARE(Stored(motor), (Words{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}));
     QCOMPARE(TableTexts(motor), RowsOf(Words(12, 0)));
-    QCOMPARE(RotorType(motor), QStringLiteral("Pulse"));
+    QCOMPARE(RotorType(motor), "Pulse");
     QCOMPARE(Child<QComboBox>(motor, "listRotors")->currentIndex(), 0);
     QVERIFY(ButtonsAreEnabled(motor, false));
 }
@@ -446,8 +440,8 @@ void TabMotorConfigurationTest::aWidgetStandsInItsPlaceWithItsText_data()
     for (const int motor : Motors) {
         for (const auto& widget : widgets) {
             QTest::addRow("%s %s", NameOf[motor], widget.name)
-                << motor << Text(widget.name) << Text(widget.className) << widget.geometry
-                << Text(widget.text);
+                << motor << QString(widget.name) << QString(widget.className) << widget.geometry
+                << QString(widget.text);
         }
     }
 }
@@ -462,10 +456,10 @@ void TabMotorConfigurationTest::aWidgetStandsInItsPlaceWithItsText()
     const auto* const widget = Page(motor)->findChild<QWidget*>(name);
     QVERIFY(widget != nullptr);
     QVERIFY(widget->isVisible());
-    QCOMPARE(Text(widget->metaObject()->className()), className);
+    QCOMPARE(QString(widget->metaObject()->className()), className);
     QTEST(widget->geometry(), "geometry");
     QCOMPARE(widget->property("text").toString(), text);
-    if (className == QLatin1String("QLabel")) {
+    if (className == "QLabel") {
         QCOMPARE(widget->font().weight(), 75);
     }
 }
@@ -501,9 +495,9 @@ void TabMotorConfigurationTest::aRowHasItsHeaderEditAndBounds()
 {
     QFETCH(int, motor);
     QFETCH(int, row);
-    const QString percent = row == SpeedRow ? QStringLiteral("%") : QString();
+    const QString percent = row == SpeedRow ? "%" : QString();
     QCOMPARE(Table(motor)->verticalHeaderItem(row)->text(),
-        Text(NameOf[motor]) + QLatin1Char(' ') + Text(LabelOfRow[row]) + percent);
+        QString(NameOf[motor]) + QLatin1Char(' ') + QString(LabelOfRow[row]) + percent);
     QCOMPARE(Edit(motor, row)->objectName(), QString::number(row));
     const auto* const validator = qobject_cast<const QIntValidator*>(Edit(motor, row)->validator());
     QVERIFY(validator != nullptr);
@@ -518,7 +512,7 @@ void TabMotorConfigurationTest::aValueOfTheModelShowsInItsRowOnly()
     Begin(motor);
     TheDeviceDatabase()->SetMotorParameter(motor, ParameterOfRow[row], 99);
     QStringList expected = RowsOf(ModelWords[motor]);
-    expected[row] = QStringLiteral("99");
+    expected[row] = "99";
     QCOMPARE(TableTexts(motor), expected);
     QCOMPARE(TableTexts(1 - motor), RowsOf(ModelWords[1 - motor]));
 }
@@ -527,8 +521,7 @@ void TabMotorConfigurationTest::theRotorTypeFollowsTheModel()
 {
     QFETCH(int, motor);
     Begin(motor);
-    const QStringList texts{QStringLiteral("Potentiometer"), QStringLiteral("Pulse"),
-        QStringLiteral("Unknow Type"), QString()};
+    const QStringList texts{"Potentiometer", "Pulse", "Unknow Type", QString()};
     for (ushort type = 0; type < 4; ++type) {
         TheDeviceDatabase()->SetMotorParameter(motor, 11, type);
         QCOMPARE(RotorType(motor), texts.at(type));
@@ -546,8 +539,8 @@ void TabMotorConfigurationTest::aChosenRotorReplacesAllParameters_data()
     const Words azimuth{70, 3, 22, 1, 2, 2, 0, 0, 500, 20, 50, 0};
     const Words yaesu{99, 3, 60, 1, 2, 5, 0, 0, 500, 20, 50, 0};
     const Words polar{200, 3, 60, 1, 2, 5, 0, 0, 500, 20, 50, 0};
-    const QString pulse = QStringLiteral("Pulse");
-    const QString potentiometer = QStringLiteral("Potentiometer");
+    const QString pulse = "Pulse";
+    const QString potentiometer = "Potentiometer";
     QTest::newRow("azimuth ProSisTel") << Azimuth << 1 << proSisTel << pulse;
     QTest::newRow("azimuth blank") << Azimuth << 0 << blank << pulse;
     QTest::newRow("azimuth YAESU G-2800") << Azimuth << 2 << azimuth << potentiometer;
@@ -579,7 +572,7 @@ void TabMotorConfigurationTest::aChosenRotorReplacesAllParameters()
     QCOMPARE(RotorType(motor), type);
     QCOMPARE(notified.columns, MotorColumns(motor, 12));
     QCOMPARE(Stored(1 - motor), ModelWords[1 - motor]);
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(StatusLine(), "before");
 }
 
 void TabMotorConfigurationTest::theListOffersTheRotorsOfItsMotor()
@@ -592,13 +585,11 @@ void TabMotorConfigurationTest::theListOffersTheRotorsOfItsMotor()
         }
         return texts;
     };
-    QCOMPARE(entries(Azimuth),
-        (QStringList{QString(), QStringLiteral("ProSisTel"), QStringLiteral("YAESU G-2800"),
-            QStringLiteral("Winder AR/A1003"), QStringLiteral("Winder AR/A1023"),
-            QStringLiteral("Winder AR/AE1049"), QStringLiteral("TD552")}));
+    QCOMPARE(
+        entries(Azimuth), (QStringList{QString(), "ProSisTel", "YAESU G-2800", "Winder AR/A1003",
+                              "Winder AR/A1023", "Winder AR/AE1049", "TD552"}));
     QCOMPARE(entries(Polar),
-        (QStringList{QString(), QStringLiteral("ProSisTel"), QStringLiteral("YAESU G-550"),
-            QStringLiteral("Winder AR/AE1049"), QStringLiteral("TD552")}));
+        (QStringList{QString(), "ProSisTel", "YAESU G-550", "Winder AR/AE1049", "TD552"}));
 }
 
 void TabMotorConfigurationTest::resetKeepsTheTypeAndTheSelection_data()
@@ -607,8 +598,8 @@ void TabMotorConfigurationTest::resetKeepsTheTypeAndTheSelection_data()
     QTest::addColumn<int>("entry");
     QTest::addColumn<Words>("words");
     QTest::addColumn<QString>("type");
-    const QString pulse = QStringLiteral("Pulse");
-    const QString potentiometer = QStringLiteral("Potentiometer");
+    const QString pulse = "Pulse";
+    const QString potentiometer = "Potentiometer";
     QTest::newRow("azimuth, pulse")
         << Azimuth << 1 << Words{30, 1, 250, 1, 1, 2, 0, 0, 2000, 30, 100, 1} << pulse;
     QTest::newRow("azimuth, potentiometer")
@@ -635,7 +626,7 @@ void TabMotorConfigurationTest::resetKeepsTheTypeAndTheSelection()
     QCOMPARE(TableTexts(motor), RowsOf(words));
     QCOMPARE(RotorType(motor), type);
     QCOMPARE(Child<QComboBox>(motor, "listRotors")->currentIndex(), entry);
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(StatusLine(), "before");
 }
 
 void TabMotorConfigurationTest::aTypedValueReachesTheModelOnlyWhenTheTableIsRead()
@@ -643,10 +634,10 @@ void TabMotorConfigurationTest::aTypedValueReachesTheModelOnlyWhenTheTableIsRead
     QFETCH(int, motor);
     QFETCH(int, row);
     Begin(motor);
-    Overtype(Edit(motor, row), QStringLiteral("87"));
+    Overtype(Edit(motor, row), "87");
     Click(Edit(motor, (row + 1) % Rows)); // leaving the field does not store either
     QCOMPARE(Stored(motor), ModelWords[motor]);
-    QCOMPARE(Edit(motor, row)->text(), QStringLiteral("87"));
+    QCOMPARE(Edit(motor, row)->text(), "87");
 
     const Notified notified;
     Page(motor)->ReadParamValuesFromUi();
@@ -655,7 +646,7 @@ void TabMotorConfigurationTest::aTypedValueReachesTheModelOnlyWhenTheTableIsRead
     QCOMPARE(Stored(motor), expected);
     QCOMPARE(Stored(1 - motor), ModelWords[1 - motor]);
     QCOMPARE(notified.columns, RowColumns(motor));
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(StatusLine(), "before");
 }
 
 void TabMotorConfigurationTest::anEmptyCellStopsTheReading()
@@ -678,11 +669,11 @@ void TabMotorConfigurationTest::anEmptyCellStopsTheReading()
     QCOMPARE(Stored(motor), expected);
     QCOMPARE(TableTexts(motor), texts);
     QCOMPARE(TheDeviceDatabase()->GetMotorValidationError(motor),
-        Text("Invalid value for %1 %2!").arg(Text(NameOf[motor]), Text(LabelOfRow[row])));
+        QString("Invalid value for %1 %2!").arg(QString(NameOf[motor]), QString(LabelOfRow[row])));
     QCOMPARE(TheDeviceDatabase()->GetMotorValidationError(1 - motor), QString());
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(StatusLine(), "before");
 
-    Overtype(Edit(motor, row), QStringLiteral("7"));
+    Overtype(Edit(motor, row), "7");
     Page(motor)->ReadParamValuesFromUi();
     QCOMPARE(TheDeviceDatabase()->GetMotorValidationError(motor), QString());
 }
@@ -704,7 +695,7 @@ void TabMotorConfigurationTest::oneTabsSignalReadsBothTables()
     QFETCH(int, motor);
     for (const int typed : Motors) {
         Begin(typed);
-        Overtype(Edit(typed, 1), QStringLiteral("87"));
+        Overtype(Edit(typed, 1), "87");
         QCOMPARE(int(Stored(typed).at(1)), int(ModelWords[typed].at(1)));
         emit Page(motor)->ReadFromUi();
         QCOMPARE(int(Stored(typed).at(1)), 87);
@@ -720,7 +711,7 @@ void TabMotorConfigurationTest::aDigitAboveTheMaximumIsRefusedWithoutAWarning_da
     for (const int motor : Motors) {
         const auto add = [motor](int row, const char* typed, const char* taken) {
             QTest::addRow("%s row %d %s", NameOf[motor], row, typed)
-                << motor << row << Text(typed) << Text(taken);
+                << motor << row << QString(typed) << QString(taken);
         };
         add(SpeedRow, "101", "10");
         add(SpeedRow, "100", "100");
@@ -743,7 +734,7 @@ void TabMotorConfigurationTest::aDigitAboveTheMaximumIsRefusedWithoutAWarning()
     QCOMPARE(Table(motor)->currentRow(), row);
     Overtype(Edit(motor, row), typed);
     QCOMPARE(Edit(motor, row)->text(), taken);
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(StatusLine(), "before");
 }
 
 void TabMotorConfigurationTest::aKeyInTheCurrentRowCutsAStoredValueToTheMaximum()
@@ -754,12 +745,12 @@ void TabMotorConfigurationTest::aKeyInTheCurrentRowCutsAStoredValueToTheMaximum(
     ClickRowHeader(motor, SpeedRow);
     Click(Edit(motor, SpeedRow));
     QCOMPARE(Table(motor)->currentRow(), SpeedRow);
-    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("200"));
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(Edit(motor, SpeedRow)->text(), "200");
+    QCOMPARE(StatusLine(), "before");
     const Notified notified;
     Press(Qt::Key_Home);
-    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("100"));
-    QCOMPARE(StatusLine(), QStringLiteral("Warning: SMS must be in in range 0 - 100"));
+    QCOMPARE(Edit(motor, SpeedRow)->text(), "100");
+    QCOMPARE(StatusLine(), "Warning: SMS must be in in range 0 - 100");
     QCOMPARE(notified.columns, QVector<int>{StatusColumn});
     QCOMPARE(int(Stored(motor).at(10)), 200);
 }
@@ -785,8 +776,8 @@ void TabMotorConfigurationTest::anyKeyInTheCurrentRowCutsAValueFromOutside()
     Click(Edit(motor, SpeedRow));
     QCOMPARE(Table(motor)->currentRow(), SpeedRow);
     Press(Qt::Key(key));
-    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("100"));
-    QCOMPARE(StatusLine(), QStringLiteral("Warning: SMS must be in in range 0 - 100"));
+    QCOMPARE(Edit(motor, SpeedRow)->text(), "100");
+    QCOMPARE(StatusLine(), "Warning: SMS must be in in range 0 - 100");
 }
 
 // Of the rows only the speed has a maximum that the model's values can pass.
@@ -794,7 +785,7 @@ void TabMotorConfigurationTest::inAnotherCurrentRowNoKeyLengthensOrSpoilsAValueF
 {
     QFETCH(int, motor);
     QFETCH(int, row);
-    const QString outside = row == SpeedRow ? QStringLiteral("200") : QStringLiteral("99999");
+    const QString outside = row == SpeedRow ? "200" : "99999";
     Begin(motor);
     QLineEdit* const edit = Edit(motor, row);
     Click(edit);
@@ -805,7 +796,7 @@ void TabMotorConfigurationTest::inAnotherCurrentRowNoKeyLengthensOrSpoilsAValueF
         Press(Qt::Key(key));
         QCOMPARE(edit->text(), outside);
     }
-    QGuiApplication::clipboard()->setText(QStringLiteral("5x"));
+    QGuiApplication::clipboard()->setText("5x");
     Press(Qt::Key_V, Qt::ControlModifier);
     QCOMPARE(edit->text(), outside);
     edit->selectAll();
@@ -813,8 +804,8 @@ void TabMotorConfigurationTest::inAnotherCurrentRowNoKeyLengthensOrSpoilsAValueF
     QCOMPARE(edit->text(), outside);
     edit->selectAll();
     Press(Qt::Key_5);
-    QCOMPARE(edit->text(), QStringLiteral("5"));
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(edit->text(), "5");
+    QCOMPARE(StatusLine(), "before");
 }
 
 void TabMotorConfigurationTest::inAnotherCurrentRowBackspaceShortensAValueFromOutside()
@@ -826,12 +817,12 @@ void TabMotorConfigurationTest::inAnotherCurrentRowBackspaceShortensAValueFromOu
     MakeCurrent(motor, 0);
     Press(Qt::Key_End);
     Press(Qt::Key_Backspace);
-    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("200"));
+    QCOMPARE(Edit(motor, SpeedRow)->text(), "200");
     Press(Qt::Key_Backspace);
-    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("20"));
+    QCOMPARE(Edit(motor, SpeedRow)->text(), "20");
     Press(Qt::Key_5);
-    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("20"));
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(Edit(motor, SpeedRow)->text(), "20");
+    QCOMPARE(StatusLine(), "before");
 }
 
 void TabMotorConfigurationTest::anEntryThatTheRotorListHasNotDoesNothing_data()
@@ -899,8 +890,8 @@ void TabMotorConfigurationTest::theCellTellsAScreenReaderWhatItsFieldHolds()
     Begin(motor);
     const QModelIndex cell = Table(motor)->model()->index(row, 0);
     QCOMPARE(cell.data(Qt::AccessibleTextRole).toString(), Edit(motor, row)->text());
-    Overtype(Edit(motor, row), QStringLiteral("7"));
-    QCOMPARE(cell.data(Qt::AccessibleTextRole).toString(), QStringLiteral("7"));
+    Overtype(Edit(motor, row), "7");
+    QCOMPARE(cell.data(Qt::AccessibleTextRole).toString(), "7");
     QCOMPARE(cell.data().toString(), QString());
 }
 
@@ -911,10 +902,10 @@ void TabMotorConfigurationTest::aReleasedKeyIsGuardedToo()
     Click(Edit(Azimuth, SpeedRow));
     MakeCurrent(Azimuth, 0);
     QTest::keyPress(MainWindow()->windowHandle(), Qt::Key_Home);
-    QCOMPARE(Edit(Azimuth, SpeedRow)->text(), QStringLiteral("200"));
+    QCOMPARE(Edit(Azimuth, SpeedRow)->text(), "200");
     MakeCurrent(Azimuth, SpeedRow);
     QTest::keyRelease(MainWindow()->windowHandle(), Qt::Key_Home);
-    QCOMPARE(Edit(Azimuth, SpeedRow)->text(), QStringLiteral("100"));
+    QCOMPARE(Edit(Azimuth, SpeedRow)->text(), "100");
 }
 
 void TabMotorConfigurationTest::withoutACurrentRowAKeyChangesNothing()
@@ -927,9 +918,9 @@ void TabMotorConfigurationTest::withoutACurrentRowAKeyChangesNothing()
     QCOMPARE(Table(motor)->currentRow(), -1);
     Press(Qt::Key_Home);
     Press(Qt::Key_End);
-    Type(QStringLiteral("1"));
-    QCOMPARE(Edit(motor, SpeedRow)->text(), QStringLiteral("200"));
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    Type("1");
+    QCOMPARE(Edit(motor, SpeedRow)->text(), "200");
+    QCOMPARE(StatusLine(), "before");
 }
 
 void TabMotorConfigurationTest::theCurrentRowAndNotTheEditsRowSetsTheMaximum()
@@ -939,23 +930,23 @@ void TabMotorConfigurationTest::theCurrentRowAndNotTheEditsRowSetsTheMaximum()
     Click(Edit(Azimuth, SpeedRow));
     MakeCurrent(Azimuth, 0);
     Press(Qt::Key_Home);
-    QCOMPARE(Edit(Azimuth, SpeedRow)->text(), QStringLiteral("200"));
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(Edit(Azimuth, SpeedRow)->text(), "200");
+    QCOMPARE(StatusLine(), "before");
 
     Click(Edit(Azimuth, 0));
     MakeCurrent(Azimuth, SpeedRow);
-    Type(QStringLiteral("5"));
-    QCOMPARE(Edit(Azimuth, 0)->text(), QStringLiteral("100"));
-    QCOMPARE(StatusLine(), QStringLiteral("Warning: SMS must be in in range 0 - 100"));
+    Type("5");
+    QCOMPARE(Edit(Azimuth, 0)->text(), "100");
+    QCOMPARE(StatusLine(), "Warning: SMS must be in in range 0 - 100");
 }
 
 void TabMotorConfigurationTest::aKeyTakesEffectOnce()
 {
     Begin(Azimuth);
-    Overtype(Edit(Azimuth, 0), QStringLiteral("1234"));
-    QCOMPARE(Edit(Azimuth, 0)->text(), QStringLiteral("1234"));
+    Overtype(Edit(Azimuth, 0), "1234");
+    QCOMPARE(Edit(Azimuth, 0)->text(), "1234");
     Press(Qt::Key_Backspace);
-    QCOMPARE(Edit(Azimuth, 0)->text(), QStringLiteral("123"));
+    QCOMPARE(Edit(Azimuth, 0)->text(), "123");
 }
 
 void TabMotorConfigurationTest::withoutALinkBothButtonsAreOffAndTheRestIsOn()
@@ -969,14 +960,14 @@ void TabMotorConfigurationTest::withoutALinkBothButtonsAreOffAndTheRestIsOn()
     }
     ClickSend(motor);
     ClickReceive(motor);
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(StatusLine(), "before");
 }
 
 void TabMotorConfigurationTest::sendingWithoutALinkSaysSo()
 {
     QFETCH(int, motor);
     Begin(motor);
-    Overtype(Edit(motor, 0), QStringLiteral("87"));
+    Overtype(Edit(motor, 0), "87");
     const Notified notified;
     Page(motor)->SendConfigurationButtonClicked();
     QCOMPARE(notified.texts,
@@ -1023,9 +1014,8 @@ void TabMotorConfigurationTest::connectingToNewFirmwareFillsBothTables()
     ShowPage(TitleOf[motor]);
     QCOMPARE(Stored(motor), UnitWords[motor]);
     QCOMPARE(TableTexts(motor), RowsOf(UnitWords[motor]));
-    QCOMPARE(RotorType(motor),
-        motor == Azimuth ? QStringLiteral("Pulse") : QStringLiteral("Potentiometer"));
-    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), QStringLiteral("255.255.0.0"));
+    QCOMPARE(RotorType(motor), motor == Azimuth ? "Pulse" : "Potentiometer");
+    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
     QVERIFY(WhatOldFirmwareLacksIsHidden(motor, false));
     QVERIFY(ButtonsAreEnabled(motor, true));
 }
@@ -1036,13 +1026,13 @@ void TabMotorConfigurationTest::newFirmwareIsSentItsTwelveWords_data()
     QTest::addColumn<int>("entry");
     QTest::addColumn<QString>("payload");
     QTest::newRow("azimuth ProSisTel")
-        << Azimuth << 1 << Text("01f40003009600010002000a0000000007d0001400320001");
+        << Azimuth << 1 << "01f40003009600010002000a0000000007d0001400320001";
     QTest::newRow("azimuth TD552")
-        << Azimuth << 6 << Text("0046000300160001000200020000000001f4001400320000");
+        << Azimuth << 6 << "0046000300160001000200020000000001f4001400320000";
     QTest::newRow("polar ProSisTel")
-        << Polar << 1 << Text("01f40003009600010002000a0000000007d0001400320001");
+        << Polar << 1 << "01f40003009600010002000a0000000007d0001400320001";
     QTest::newRow("polar YAESU G-550")
-        << Polar << 2 << Text("00630003003c0001000200050000000001f4001400320000");
+        << Polar << 2 << "00630003003c0001000200050000000001f4001400320000";
 }
 
 void TabMotorConfigurationTest::newFirmwareIsSentItsTwelveWords()
@@ -1057,10 +1047,10 @@ void TabMotorConfigurationTest::newFirmwareIsSentItsTwelveWords()
     const Notified notified;
     ClickSend(motor);
     QCOMPARE(StatusLine(), WithName("%1 Motor configuration sent successfully.", motor));
-    QVERIFY(newUnit->WaitForLine(Text(MnemonicOf[motor])));
+    QVERIFY(newUnit->WaitForLine(QString(MnemonicOf[motor])));
     QCOMPARE(newUnit->Commands().size(), 1);
     QCOMPARE(newUnit->Commands().first().toLower(),
-        Text(MnemonicOf[motor]).toLower() + QLatin1Char(' ') + payload);
+        QString(MnemonicOf[motor]).toLower() + QLatin1Char(' ') + payload);
     QCOMPARE(QByteArray(MnemonicOf[motor]).size() + 1 + payload.size() / 2, 28);
     QCOMPARE(notified.columns,
         QVector<int>{StatusColumn} + RowColumns(motor) + QVector<int>{StatusColumn});
@@ -1080,8 +1070,8 @@ void TabMotorConfigurationTest::whatIsTypedIsSent()
     }
     ClickSend(motor);
     QCOMPARE(StatusLine(), WithName("%1 Motor configuration sent successfully.", motor));
-    QVERIFY(newUnit->WaitForLine(Text(MnemonicOf[motor])));
-    QCOMPARE(newUnit->State(Text(NameOf[motor]).toLower()), JoinedNumbers(expected));
+    QVERIFY(newUnit->WaitForLine(QString(MnemonicOf[motor])));
+    QCOMPARE(newUnit->State(QString(NameOf[motor]).toLower()), JoinedNumbers(expected));
     QCOMPARE(Stored(motor), expected);
 }
 
@@ -1090,23 +1080,23 @@ void TabMotorConfigurationTest::aReceiveChangesItsMotorAndTheMask()
     QFETCH(int, motor);
     QVERIFY(Connect(*newUnit));
     // The unit may hold what an earlier function sent.
-    const QString held = newUnit->State(Text(NameOf[motor]).toLower());
+    const QString held = newUnit->State(QString(NameOf[motor]).toLower());
     newUnit->Forget();
     Begin(motor);
     const int entry = Child<QComboBox>(motor, "listRotors")->currentIndex();
     const Notified notified;
     ClickReceive(motor);
-    QCOMPARE(newUnit->Commands(), QStringList{QStringLiteral("CF0")});
+    QCOMPARE(newUnit->Commands(), QStringList{"CF0"});
     QCOMPARE(notified.columns, QVector<int>{StatusColumn} + MotorColumns(motor, 12) +
                                    (QVector<int>{MaskColumn, MaskColumn, StatusColumn}));
-    QCOMPARE(notified.texts, (QStringList{QStringLiteral("Recieving Configuration from Device .. "),
-                                 QStringLiteral("Device motor configuration read successfully!")}));
+    QCOMPARE(notified.texts, (QStringList{"Recieving Configuration from Device .. ",
+                                 "Device motor configuration read successfully!"}));
     QCOMPARE(JoinedNumbers(Stored(motor)), held);
     QCOMPARE(TableTexts(motor), RowsOf(Stored(motor)));
     QCOMPARE(Stored(1 - motor), ModelWords[1 - motor]);
-    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), QStringLiteral("255.255.0.0"));
+    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
     QCOMPARE(Child<QComboBox>(motor, "listRotors")->currentIndex(), entry);
-    QCOMPARE(StatusLine(), QStringLiteral("Device motor configuration read successfully!"));
+    QCOMPARE(StatusLine(), "Device motor configuration read successfully!");
 }
 
 void TabMotorConfigurationTest::aLoadReceivesAsTheButtonDoes()
@@ -1116,7 +1106,7 @@ void TabMotorConfigurationTest::aLoadReceivesAsTheButtonDoes()
     Begin(motor);
     const Notified notified;
     Page(motor)->ConnectionStatusChanged();
-    QCOMPARE(newUnit->Commands(), QStringList{QStringLiteral("CF0")});
+    QCOMPARE(newUnit->Commands(), QStringList{"CF0"});
     QCOMPARE(notified.columns, QVector<int>{StatusColumn} + MotorColumns(motor, 12) +
                                    (QVector<int>{MaskColumn, MaskColumn, StatusColumn}));
     QVERIFY(WhatOldFirmwareLacksIsHidden(motor, false));
@@ -1128,9 +1118,9 @@ void TabMotorConfigurationTest::anEmptyCellIsNotSentAndReadsAsAMissingLink()
     QFETCH(int, motor);
     QVERIFY(Connect(*newUnit));
     Begin(motor);
-    Overtype(Edit(motor, 2), QStringLiteral("87"));
+    Overtype(Edit(motor, 2), "87");
     Overtype(Edit(motor, 3), QString());
-    Overtype(Edit(motor, 4), QStringLiteral("88"));
+    Overtype(Edit(motor, 4), "88");
     ClickSend(motor);
     QCOMPARE(StatusLine(), NotConnected);
     QVERIFY(ButtonsAreEnabled(motor, true));
@@ -1139,13 +1129,13 @@ void TabMotorConfigurationTest::anEmptyCellIsNotSentAndReadsAsAMissingLink()
     QCOMPARE(Stored(motor), expected);
 
     // What is sent next is all that the unit gets.
-    Overtype(Edit(motor, 3), QStringLiteral("89"));
+    Overtype(Edit(motor, 3), "89");
     ClickSend(motor);
-    QVERIFY(newUnit->WaitForLine(Text(MnemonicOf[motor])));
+    QVERIFY(newUnit->WaitForLine(QString(MnemonicOf[motor])));
     QCOMPARE(newUnit->Commands().size(), 1);
     expected[5] = 89;
     expected[6] = 88;
-    QCOMPARE(newUnit->State(Text(NameOf[motor]).toLower()), JoinedNumbers(expected));
+    QCOMPARE(newUnit->State(QString(NameOf[motor]).toLower()), JoinedNumbers(expected));
 }
 
 void TabMotorConfigurationTest::aSpeedOf200IsNotSent()
@@ -1157,7 +1147,7 @@ void TabMotorConfigurationTest::aSpeedOf200IsNotSent()
     QCOMPARE(StatusLine(), NotConnected);
     ShowPage(TitleOf[Polar]);
     ClickSend(Polar);
-    QVERIFY(newUnit->WaitForLine(QStringLiteral("VCF")));
+    QVERIFY(newUnit->WaitForLine("VCF"));
     QCOMPARE(newUnit->Commands().size(), 1);
 }
 
@@ -1168,11 +1158,10 @@ void TabMotorConfigurationTest::aTabForNoMotorHasTheWrongNumberOfWords()
     CTabMotorConfiguration tab(nullptr, 2);
     const Notified notified;
     tab.SendConfigurationButtonClicked();
-    QCOMPARE(notified.texts,
-        (QStringList{QStringLiteral("Sending UnknownMotor Motor Configuration .. "),
-            QStringLiteral("Error! Invalid number of Motor configuration params.")}));
+    QCOMPARE(notified.texts, (QStringList{"Sending UnknownMotor Motor Configuration .. ",
+                                 "Error! Invalid number of Motor configuration params."}));
     ClickSend(Azimuth);
-    QVERIFY(newUnit->WaitForLine(QStringLiteral("HCF")));
+    QVERIFY(newUnit->WaitForLine("HCF"));
     QCOMPARE(newUnit->Commands().size(), 1);
 }
 
@@ -1180,11 +1169,11 @@ void TabMotorConfigurationTest::aFailedReceiveLeavesTheModelAlone_data()
 {
     QTest::addColumn<int>("motor");
     QTest::addColumn<QString>("fault");
-    QTest::newRow("azimuth, no answer") << Azimuth << Text("silent");
-    QTest::newRow("azimuth, half of the answer") << Azimuth << Text("short");
-    QTest::newRow("azimuth, an answer that is too late") << Azimuth << Text("slow");
-    QTest::newRow("polar, no answer") << Polar << Text("silent");
-    QTest::newRow("polar, a connection that is reset") << Polar << Text("resetting");
+    QTest::newRow("azimuth, no answer") << Azimuth << "silent";
+    QTest::newRow("azimuth, half of the answer") << Azimuth << "short";
+    QTest::newRow("azimuth, an answer that is too late") << Azimuth << "slow";
+    QTest::newRow("polar, no answer") << Polar << "silent";
+    QTest::newRow("polar, a connection that is reset") << Polar << "resetting";
 }
 
 void TabMotorConfigurationTest::aFailedReceiveLeavesTheModelAlone()
@@ -1193,16 +1182,16 @@ void TabMotorConfigurationTest::aFailedReceiveLeavesTheModelAlone()
     QFETCH(QString, fault);
     QVERIFY(Connect(*newUnit));
     Begin(motor);
-    QVERIFY(newUnit->Tell(QStringLiteral("fault ") + fault + QStringLiteral(":CF0:1")));
+    QVERIFY(newUnit->Tell(QString("fault ") + fault + ":CF0:1"));
     const Notified notified;
     ClickReceive(motor);
-    QVERIFY(newUnit->Tell(QStringLiteral("clear")));
+    QVERIFY(newUnit->Tell("clear"));
     QCOMPARE(notified.columns, (QVector<int>{StatusColumn, StatusColumn}));
-    QCOMPARE(notified.texts, (QStringList{QStringLiteral("Recieving Configuration from Device .. "),
-                                 QStringLiteral("Device motor configuration could not be read!")}));
+    QCOMPARE(notified.texts, (QStringList{"Recieving Configuration from Device .. ",
+                                 "Device motor configuration could not be read!"}));
     QCOMPARE(Stored(Azimuth), ModelWords[Azimuth]);
     QCOMPARE(Stored(Polar), ModelWords[Polar]);
-    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), QStringLiteral("255.255.255.252"));
+    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.255.252");
     QVERIFY(ButtonsAreEnabled(motor, true));
     TheDeviceCommunication()->Disconnect();
 }
@@ -1213,7 +1202,7 @@ void TabMotorConfigurationTest::aLinkThatWasClosedHereIsNoticedAtTheButton_data(
     QTest::addColumn<QString>("button");
     for (const int motor : Motors) {
         for (const char* const button : {"btnSendToDevice", "btnReceiveFromDevice"}) {
-            QTest::addRow("%s %s", NameOf[motor], button) << motor << Text(button);
+            QTest::addRow("%s %s", NameOf[motor], button) << motor << QString(button);
         }
     }
 }
@@ -1235,11 +1224,11 @@ void TabMotorConfigurationTest::aLinkLostAtASendStillReportsSuccess()
 {
     QVERIFY(Connect(*newUnit));
     Begin(Polar);
-    QVERIFY(newUnit->Tell(QStringLiteral("drop")));
+    QVERIFY(newUnit->Tell("drop"));
     ClickSend(Polar);
-    QCOMPARE(StatusLine(), QStringLiteral("Polar Motor configuration sent successfully."));
+    QCOMPARE(StatusLine(), "Polar Motor configuration sent successfully.");
     QVERIFY(!TheDeviceCommunication()->IsConnected());
-    QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+    QCOMPARE(ConnectionLine(), "Not Connected ");
     for (const int motor : Motors) {
         QVERIFY(ButtonsAreEnabled(motor, false));
     }
@@ -1250,24 +1239,24 @@ void TabMotorConfigurationTest::afterALossTheTablesStayAndWorkOnTheModel()
 {
     QVERIFY(Connect(*newUnit));
     Begin(Azimuth);
-    QVERIFY(newUnit->Tell(QStringLiteral("drop")));
+    QVERIFY(newUnit->Tell("drop"));
     ClickSend(Azimuth);
     QVERIFY(!TheDeviceCommunication()->IsConnected());
     for (const int motor : Motors) {
         QCOMPARE(TableTexts(motor), RowsOf(ModelWords[motor]));
         QVERIFY(WhatOldFirmwareLacksIsHidden(motor, false));
     }
-    QCOMPARE(TheDeviceDatabase()->GetFirmwareVersion().trimmed(), QStringLiteral("3.10"));
+    QCOMPARE(TheDeviceDatabase()->GetFirmwareVersion().trimmed(), "3.10");
 
     Begin(Azimuth);
     ClickSend(Azimuth);
     ClickReceive(Azimuth);
-    QCOMPARE(StatusLine(), QStringLiteral("before"));
+    QCOMPARE(StatusLine(), "before");
     Click(Child<QPushButton>(Azimuth, "btnReset"));
-    QCOMPARE(Edit(Azimuth, 0)->text(), QStringLiteral("30"));
+    QCOMPARE(Edit(Azimuth, 0)->text(), "30");
     ChooseRotor(Azimuth, 0);
     ChooseRotor(Azimuth, 1);
-    QCOMPARE(Edit(Azimuth, 0)->text(), QStringLiteral("500"));
+    QCOMPARE(Edit(Azimuth, 0)->text(), "500");
 }
 
 void TabMotorConfigurationTest::oldFirmwareHidesWhatItLacks()
@@ -1285,7 +1274,7 @@ void TabMotorConfigurationTest::oldFirmwareHidesWhatItLacks()
         QVERIFY2(Child<QWidget>(motor, name)->isEnabled(), name);
     }
     QCOMPARE(TableTexts(motor).mid(0, SpeedRow), RowsOf(UnitWords[motor]).mid(0, SpeedRow));
-    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), QStringLiteral("255.255.0.0"));
+    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
 }
 
 void TabMotorConfigurationTest::oldFirmwareIsSentItsTenWords_data()
@@ -1301,16 +1290,16 @@ void TabMotorConfigurationTest::oldFirmwareIsSentItsTenWords()
     QVERIFY(Connect(*oldUnit));
     Begin(motor);
     Page(motor)->ChangeRotorType(1); // the list is hidden
-    const QString payload = Text("01f40003009600010002000a0000000007d00014");
+    const QString payload = "01f40003009600010002000a0000000007d00014";
     for (int twice = 0; twice < 2; ++twice) {
         oldUnit->Forget();
         ClickSend(motor);
         QCOMPARE(StatusLine(), WithName("%1 Motor configuration sent successfully.", motor));
-        QVERIFY(oldUnit->WaitForLine(Text(MnemonicOf[motor])));
+        QVERIFY(oldUnit->WaitForLine(QString(MnemonicOf[motor])));
         // A word too many would stand in front of the second frame.
         QCOMPARE(oldUnit->Commands().size(), 1);
         QCOMPARE(oldUnit->Commands().first().toLower(),
-            Text(MnemonicOf[motor]).toLower() + QLatin1Char(' ') + payload);
+            QString(MnemonicOf[motor]).toLower() + QLatin1Char(' ') + payload);
     }
     QCOMPARE(QByteArray(MnemonicOf[motor]).size() + 1 + payload.size() / 2, 24);
 }
@@ -1319,19 +1308,19 @@ void TabMotorConfigurationTest::aReceiveFromOldFirmwareLeavesSpeedAndTypeAlone()
 {
     QFETCH(int, motor);
     QVERIFY(Connect(*oldUnit));
-    const QString held = oldUnit->State(Text(NameOf[motor]).toLower());
+    const QString held = oldUnit->State(QString(NameOf[motor]).toLower());
     oldUnit->Forget();
     Begin(motor);
     const Notified notified;
     ClickReceive(motor);
-    QCOMPARE(oldUnit->Commands(), QStringList{QStringLiteral("CF0")});
+    QCOMPARE(oldUnit->Commands(), QStringList{"CF0"});
     QCOMPARE(notified.columns, QVector<int>{StatusColumn} + MotorColumns(motor, 10) +
                                    (QVector<int>{MaskColumn, MaskColumn, StatusColumn}));
     QCOMPARE(JoinedNumbers(Stored(motor).mid(0, 10)), held);
     QCOMPARE(Stored(motor).mid(10), ModelWords[motor].mid(10));
     QCOMPARE(Stored(1 - motor), ModelWords[1 - motor]);
-    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), QStringLiteral("255.255.0.0"));
-    QCOMPARE(StatusLine(), QStringLiteral("Device motor configuration read successfully!"));
+    QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
+    QCOMPARE(StatusLine(), "Device motor configuration read successfully!");
 }
 
 void TabMotorConfigurationTest::newFirmwareShowsAgainWhatOldFirmwareHid()

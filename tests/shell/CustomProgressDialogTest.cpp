@@ -34,8 +34,8 @@ class CustomProgressDialogTest : public WarningsFail
 private slots:
     void itHasNoCancelButtonAndBlocksItsWindow()
     {
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, MainWindow());
-        QCOMPARE(dialog.labelText(), QStringLiteral("Working ..."));
+        CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
+        QCOMPARE(dialog.labelText(), "Working ...");
         QCOMPARE(dialog.minimum(), 0);
         QCOMPARE(dialog.maximum(), 100);
         QCOMPARE(dialog.windowModality(), Qt::WindowModal);
@@ -54,7 +54,7 @@ private slots:
     {
         QFETCH(int, maximum);
         QFETCH(int, value);
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, maximum, MainWindow());
+        CCustomProgressDialog dialog("Working ...", 0, maximum, MainWindow());
         QVERIFY(!dialog.isVisible());
         dialog.setValue(value);
         QVERIFY(dialog.isVisible());
@@ -76,7 +76,7 @@ private slots:
         QFETCH(int, minimum);
         QFETCH(int, maximum);
         QFETCH(int, value);
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), minimum, maximum, MainWindow());
+        CCustomProgressDialog dialog("Working ...", minimum, maximum, MainWindow());
         dialog.setValue(value);
         QFETCH(int, percent);
         const int filled = PercentFilled(dialog);
@@ -86,16 +86,15 @@ private slots:
     void itAndItsBarHaveNames()
     {
         for (QWidget* const parent : {static_cast<QWidget*>(nullptr), MainWindow()}) {
-            const CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, parent);
-            QCOMPARE(dialog.windowTitle(), QStringLiteral("Z&K VX440 Access Application"));
-            QCOMPARE(
-                dialog.findChild<QProgressBar*>()->accessibleName(), QStringLiteral("Working ..."));
+            const CCustomProgressDialog dialog("Working ...", 0, 100, parent);
+            QCOMPARE(dialog.windowTitle(), "Z&K VX440 Access Application");
+            QCOMPARE(dialog.findChild<QProgressBar*>()->accessibleName(), "Working ...");
         }
     }
 
     void escapeChangesNothing()
     {
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, MainWindow());
+        CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
         dialog.setValue(1);
         QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
         QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -105,7 +104,7 @@ private slots:
 
     void theTitleBarsButtonCancels()
     {
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, MainWindow());
+        CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
         dialog.setValue(1);
         CloseByTitleBar(&dialog);
         QVERIFY(!dialog.isVisible());
@@ -114,7 +113,7 @@ private slots:
 
     void withoutAParentItStillBlocksTheWindow()
     {
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 0);
+        CCustomProgressDialog dialog("Working ...", 0, 0);
         QVERIFY(dialog.parentWidget() == nullptr);
         dialog.setValue(1);
         QCOMPARE(dialog.windowHandle()->transientParent(), MainWindow()->windowHandle());
@@ -131,14 +130,14 @@ private slots:
     void itStaysAboveTheMainWindowWhateverElseIsOnShow()
     {
         QFETCH(bool, hidden);
-        QToolTip::showText(MainWindow()->pos(), QStringLiteral("a tip"), MainWindow());
-        QLabel tip(QStringLiteral("a tip"), nullptr, Qt::ToolTip);
+        QToolTip::showText(MainWindow()->pos(), "a tip", MainWindow());
+        QLabel tip("a tip", nullptr, Qt::ToolTip);
         tip.show();
         QMessageBox question(MainWindow());
         question.setModal(false);
         question.show();
         for (QWidget* const parent : {static_cast<QWidget*>(nullptr), MainWindow()}) {
-            CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, parent);
+            CCustomProgressDialog dialog("Working ...", 0, 100, parent);
             dialog.SetCloseButtonHidden(hidden);
             dialog.setValue(1);
             QCOMPARE(dialog.windowHandle()->transientParent(), MainWindow()->windowHandle());
@@ -150,7 +149,7 @@ private slots:
 
     void withItsCloseButtonHiddenNothingOfTheUsersClosesIt()
     {
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 100, MainWindow());
+        CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
         dialog.SetCloseButtonHidden(true);
         dialog.setValue(1);
         CloseByTitleBar(&dialog);
@@ -162,7 +161,7 @@ private slots:
 
     void hidingTheCloseButtonLeavesABareTitleBar()
     {
-        CCustomProgressDialog dialog(QStringLiteral("Working ..."), 0, 0, MainWindow());
+        CCustomProgressDialog dialog("Working ...", 0, 0, MainWindow());
         const Qt::WindowFlags before = dialog.windowFlags();
         dialog.SetCloseButtonHidden(false);
         QCOMPARE(dialog.windowFlags(), before);

@@ -68,16 +68,15 @@ private slots:
     void noTextMovesThePagesOrTheLineBesideIt_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::newRow("short") << QStringLiteral("Updating firmware ..");
-        QTest::newRow("300 line feeds")
-            << QStringLiteral("to v3.") + QString(300, QLatin1Char('\n')) + QStringLiteral("1");
+        QTest::newRow("short") << "Updating firmware ..";
+        QTest::newRow("300 line feeds") << QString("to v3.") + QString(300, '\n') + "1";
         QTest::newRow("300 line separators") << QString(300, QChar(QChar::LineSeparator));
         QTest::newRow("300 paragraphs") << QString(300, QChar(QChar::ParagraphSeparator));
-        QTest::newRow("300 carriage returns") << QString(300, QLatin1Char('\r'));
-        QTest::newRow("300 form feeds") << QString(300, QLatin1Char('\f'));
-        QTest::newRow("markup") << QStringLiteral("<h1>x</h1><br><br><br>");
-        QTest::newRow("a long word") << QString(100000, QLatin1Char('x'));
-        QTest::newRow("two hundred megabytes") << QString(200 * 1000 * 1000, QLatin1Char('x'));
+        QTest::newRow("300 carriage returns") << QString(300, '\r');
+        QTest::newRow("300 form feeds") << QString(300, '\f');
+        QTest::newRow("markup") << "<h1>x</h1><br><br><br>";
+        QTest::newRow("a long word") << QString(100000, 'x');
+        QTest::newRow("two hundred megabytes") << QString(200 * 1000 * 1000, 'x');
     }
     void noTextMovesThePagesOrTheLineBesideIt()
     {
@@ -98,18 +97,14 @@ private slots:
     {
         CElidedLabel label;
         label.resize(200, 20);
-        label.setText(
-            QStringLiteral("aaa ") + QString(5000, QLatin1Char('x')) + QStringLiteral(" zzz"));
+        label.setText(QString("aaa ") + QString(5000, 'x') + " zzz");
         const QImage whole = label.grab().toImage();
-        label.setText(
-            QStringLiteral("aaa ") + QString(300, QLatin1Char('x')) + QStringLiteral(" zzz"));
+        label.setText(QString("aaa ") + QString(300, 'x') + " zzz");
         QCOMPARE(label.grab().toImage(), whole);
-        label.setText(
-            QStringLiteral("aaa ") + QString(300, QLatin1Char('x')) + QStringLiteral(" zzy"));
+        label.setText(QString("aaa ") + QString(300, 'x') + " zzy");
         QVERIFY(label.grab().toImage() != whole);
         label.setText(label.fontMetrics().elidedText(
-            QStringLiteral("aaa ") + QString(300, QLatin1Char('x')) + QStringLiteral(" zzz"),
-            Qt::ElideMiddle, 200));
+            QString("aaa ") + QString(300, 'x') + " zzz", Qt::ElideMiddle, 200));
         QVERIFY(label.text().contains(Ellipsis));
         QCOMPARE(label.grab().toImage(), whole);
     }
@@ -118,17 +113,17 @@ private slots:
     {
         CElidedLabel label;
         label.resize(200, 20);
-        label.setText(QStringLiteral("a b c d"));
+        label.setText("a b c d");
         const QImage blanks = label.grab().toImage();
         QVERIFY(InkedColumns(blanks) > 0);
-        label.setText(QStringLiteral("a\nb\rc") + QChar(QChar::LineSeparator) + QLatin1Char('d'));
+        label.setText(QString("a\nb\rc") + QChar(QChar::LineSeparator) + 'd');
         QCOMPARE(label.grab().toImage(), blanks);
     }
 
     void aTextThatDoesNotFitIsWholeInItsTip()
     {
-        const QString path = QStringLiteral("Saved to file /") +
-                             QStringLiteral("folder <b>/").repeated(30) + QStringLiteral("a.txt");
+        const QString path =
+            QString("Saved to file /") + QString("folder <b>/").repeated(30) + "a.txt";
         SetStatus(path);
         AskForTip(StatusLabel());
         const QString tip = QToolTip::text();
@@ -138,7 +133,7 @@ private slots:
 
     void aTextThatFitsHasNoTip()
     {
-        SetStatus(QStringLiteral("Options read from device successfully."));
+        SetStatus("Options read from device successfully.");
         AskForTip(StatusLabel());
         QCOMPARE(QToolTip::text(), QString());
     }

@@ -67,7 +67,7 @@ private slots:
             before.append({widget, widget->font()});
         }
         const QFont application = QApplication::font();
-        QFont large(QStringLiteral("DejaVu Serif"), 30, QFont::Bold, true);
+        QFont large("DejaVu Serif", 30, QFont::Bold, true);
         large.setStretch(150);
         QApplication::setFont(large);
         for (const char* const name : {"QLabel", "QPushButton", "QLineEdit", "QTabBar", "QGroupBox",
@@ -94,7 +94,7 @@ private slots:
         const auto buttons = dialog.findChildren<QPushButton*>();
         QVERIFY(!buttons.isEmpty());
         for (const QPushButton* const button : buttons) {
-            QVERIFY(button->shortcut().isEmpty() == !button->text().contains(QLatin1Char('&')));
+            QVERIFY(button->shortcut().isEmpty() == !button->text().contains('&'));
         }
     }
 

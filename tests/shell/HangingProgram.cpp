@@ -30,13 +30,12 @@ void CloseProgressSoon()
 void Act(const QString& what, const QString& address)
 {
     WhenProgressShows(CloseProgressSoon);
-    if (what == QLatin1String("connect")) {
+    if (what == "connect") {
         ConnectTo(address);
     } else {
         ShowPage("Detect Z&K Device");
         Overtype(Find<QLineEdit>("txtStartIpAddress"), address);
-        Overtype(Find<QLineEdit>("txtEndIpAddress"),
-            address.section(QLatin1Char('.'), 0, 2) + QStringLiteral(".255"));
+        Overtype(Find<QLineEdit>("txtEndIpAddress"), address.section('.', 0, 2) + ".255");
         Click(Find<QPushButton>("btnFindDevices"));
     }
     CloseAll();

@@ -19,7 +19,7 @@ namespace {
 
 QString SilentAddress()
 {
-    return QStringLiteral("192.168.77.200");
+    return "192.168.77.200";
 }
 
 void FillRange(const char* start, const char* end)
@@ -56,17 +56,16 @@ private slots:
         QVERIFY2(network.Lay(), qPrintable(network.Error()));
         QVERIFY2(network.AddSilentHost(SilentAddress()), qPrintable(network.Error()));
         QVERIFY2(
-            network.AddHost(QStringLiteral("192.168.77.12"), QStringLiteral("02:4c:7e:0a:00:12")),
-            qPrintable(network.Error()));
+            network.AddHost("192.168.77.12", "02:4c:7e:0a:00:12"), qPrintable(network.Error()));
     }
 
     void theProcessEndsWithinASecondWhileAThreadHangs_data()
     {
         QTest::addColumn<QString>("what");
         QTest::addColumn<QString>("address");
-        QTest::newRow("in connect") << QStringLiteral("connect") << SilentAddress();
-        QTest::newRow("in a resolution")
-            << QStringLiteral("search") << QStringLiteral("192.168.77.100");
+        QTest::newRow("in connect") << "connect" << SilentAddress();
+        QTest::newRow("in a resolution") << "search"
+                                         << "192.168.77.100";
     }
     void theProcessEndsWithinASecondWhileAThreadHangs()
     {
@@ -74,8 +73,7 @@ private slots:
         QFETCH(QString, address);
         QProcess program;
         program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/HangingProgram"),
-            {what, address});
+        program.start(QCoreApplication::applicationDirPath() + "/HangingProgram", {what, address});
         QVERIFY(program.waitForReadyRead(60000));
         QCOMPARE(program.readLine().trimmed(), QByteArray("closing"));
         QElapsedTimer sinceClosing;
@@ -103,12 +101,12 @@ private slots:
             QTimer::singleShot(0, [] { CloseByTitleBar(VisibleProgress()); });
         });
         ConnectTo(SilentAddress());
-        QCOMPARE(label, QStringLiteral("Connecting to VX440 (Attempt 1) ..."));
+        QCOMPARE(label, "Connecting to VX440 (Attempt 1) ...");
         QCOMPARE(labelsOfFirstAttempts, 1);
         QVERIFY(MainWindow()->isVisible());
         QCOMPARE(Find<QTabWidget>("tabWidget")->currentIndex(), 0);
-        QCOMPARE(StatusLine(), QStringLiteral("Not connected to any device."));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(StatusLine(), "Not connected to any device.");
+        QCOMPARE(ConnectionLine(), "Not Connected ");
     }
 
     void aNewAttemptStartsAtOnceWhileTheOldOneHangs()
@@ -122,33 +120,31 @@ private slots:
         const auto counting = connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
             [&attempts](const QModelIndex& cell) {
                 const bool isStatus = cell.column() == CDeviceDatabase::ConnectionStatusColumn;
-                attempts +=
-                    isStatus && cell.data().toString().startsWith(QLatin1String("Reconnecting"));
+                attempts += isStatus && cell.data().toString().startsWith("Reconnecting");
             });
         ConnectTo(unit.Address());
         disconnect(counting);
-        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
         QCOMPARE(attempts, 1);
         QVERIFY(!TheDeviceCommunication()->isRunning());
     }
 
     void theMacAddressOfTheUnitIsShownInUpperCase()
     {
-        SimulatorProcess unit({}, QStringLiteral("192.168.77.12"), network.InLatestHost());
+        SimulatorProcess unit({}, "192.168.77.12", network.InLatestHost());
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         ShowPage("Info");
-        QCOMPARE(Find<QLineEdit>("txtMacAddress")->text(), QStringLiteral("02:4C:7E:0A:00:12"));
+        QCOMPARE(Find<QLineEdit>("txtMacAddress")->text(), "02:4C:7E:0A:00:12");
     }
 
     void anIdentityWithTooFewFieldsLeavesTheMacAddressShown()
     {
-        SimulatorProcess unit({QStringLiteral("--fault"), QStringLiteral("wrong:*IDN?")},
-            QStringLiteral("192.168.77.12"), network.InLatestHost());
+        SimulatorProcess unit({"--fault", "wrong:*IDN?"}, "192.168.77.12", network.InLatestHost());
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         ShowPage("Info");
-        QCOMPARE(Find<QLineEdit>("txtMacAddress")->text(), QStringLiteral("02:4C:7E:0A:00:12"));
+        QCOMPARE(Find<QLineEdit>("txtMacAddress")->text(), "02:4C:7E:0A:00:12");
         for (const char* const field : {"txtPartNumber", "txtSerialNumber", "txtVersionNumber"}) {
             QCOMPARE(Find<QLineEdit>(field)->text(), QString());
         }
@@ -167,10 +163,10 @@ private slots:
             status = StatusLine();
         });
         Click(Find<QPushButton>("btnFindDevices"));
-        QCOMPARE(status, QStringLiteral("Detect Z&K Devices: in progress"));
-        QCOMPARE(StatusLine(), QStringLiteral("Detect Z&K Devices: Ready"));
+        QCOMPARE(status, "Detect Z&K Devices: in progress");
+        QCOMPARE(StatusLine(), "Detect Z&K Devices: Ready");
         QVERIFY(MainWindow()->isVisible());
-        QCOMPARE(Rows(), QStringList{QStringLiteral("192.168.77.12 02:4c:7e:0a:00:12")});
+        QCOMPARE(Rows(), QStringList{"192.168.77.12 02:4c:7e:0a:00:12"});
         ShowPage("Info");
     }
 
@@ -179,7 +175,7 @@ private slots:
         FillRange("192.168.77.10", "192.168.77.250");
         WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
         Click(Find<QPushButton>("btnFindDevices"));
-        QCOMPARE(StatusLine(), QStringLiteral("Detect Z&K Devices: Ready"));
+        QCOMPARE(StatusLine(), "Detect Z&K Devices: Ready");
         QCOMPARE(Rows(), QStringList());
         ShowPage("Info");
     }

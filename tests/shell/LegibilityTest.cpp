@@ -25,8 +25,8 @@ namespace {
 QString NameOf(const QWidget* widget)
 {
     const QWidget* page = widget;
-    while (page->parentWidget() != nullptr && page->objectName() != QLatin1String("tabWidget") &&
-           page->parentWidget()->objectName() != QLatin1String("qt_tabwidget_stackedwidget")) {
+    while (page->parentWidget() != nullptr && page->objectName() != "tabWidget" &&
+           page->parentWidget()->objectName() != "qt_tabwidget_stackedwidget") {
         page = page->parentWidget();
     }
     return page->objectName() + QLatin1Char('/') + widget->objectName();
@@ -77,19 +77,19 @@ QSize RoomIn(const QLabel* label)
 QString LongestTextOf(const QLineEdit* edit)
 {
     const QString name = edit->objectName();
-    if (name.contains(QLatin1String("Mac"))) {
-        return QStringLiteral("DD:DD:DD:DD:DD:DD");
+    if (name.contains("Mac")) {
+        return "DD:DD:DD:DD:DD:DD";
     }
-    if (name.contains(QLatin1String("IpAddress")) || name.contains(QLatin1String("Mask"))) {
-        return QStringLiteral("255.255.255.255");
+    if (name.contains("IpAddress") || name.contains("Mask")) {
+        return "255.255.255.255";
     }
-    if (name == QLatin1String("txtRotorType")) {
-        return QStringLiteral("Potentiometer");
+    if (name == "txtRotorType") {
+        return "Potentiometer";
     }
     if (edit->validator() != nullptr) {
-        return QStringLiteral("65535");
+        return "65535";
     }
-    return QStringLiteral("4400.1290.02-1290");
+    return "4400.1290.02-1290";
 }
 
 QRect TitleOf(const QGroupBox* box)
@@ -104,14 +104,13 @@ QRect TitleOf(const QGroupBox* box)
 }
 
 // A unit with every module, and with the longest name that there is for each.
-const QString AllOptions = QStringLiteral(
+const QString AllOptions =
     "VX440-DCF,VX440-DCF,VX440-ATT,VX440-FIL,VX440-FIL,VX440-A1+A2,VX440-F100,VX440-F101,"
     "VX440-F102,VX440-F103,VX440-F104,VX440-F105,VX440-F106,VX440-F107,VX440-F108,VX440-F109,"
-    "VX440-F110,Winder AR/AE1049,Winder AR/AE1049");
+    "VX440-F110,Winder AR/AE1049,Winder AR/AE1049";
 
-const QStringList OptionBoxes{QStringLiteral("boxDcf"), QStringLiteral("boxAtt"),
-    QStringLiteral("boxFilter1"), QStringLiteral("boxFilter2"), QStringLiteral("boxAmp"),
-    QStringLiteral("boxOptionAzimuthRotator"), QStringLiteral("boxOptionPolarRotator")};
+const QStringList OptionBoxes{"boxDcf", "boxAtt", "boxFilter1", "boxFilter2", "boxAmp",
+    "boxOptionAzimuthRotator", "boxOptionPolarRotator"};
 
 template<class Widget>
 QVector<Widget*> OfTheForms()
@@ -119,8 +118,7 @@ QVector<Widget*> OfTheForms()
     QVector<Widget*> widgets;
     const auto found = MainWindow()->findChildren<Widget*>();
     for (Widget* const widget : found) {
-        if (!widget->objectName().isEmpty() &&
-            !widget->objectName().startsWith(QLatin1String("qt_"))) {
+        if (!widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_")) {
             widgets.append(widget);
         }
     }
@@ -157,14 +155,14 @@ private slots:
             QVERIFY2(Fits(TextSize(button, button->text()), RoomIn(button)),
                 qPrintable(NameOf(button) + QLatin1Char(' ') + button->text()));
         }
-        QVERIFY(texts.contains(QStringLiteral("Find Z&K Devices")));
+        QVERIFY(texts.contains("Find Z&K Devices"));
     }
 
     void theConnectButtonHasRoomForAllOfItsTexts()
     {
         const auto* const button = Find<QPushButton>("btnConnect");
         for (const char* const text : {"Connect", "Connecting", "Connected"}) {
-            QVERIFY(Fits(TextSize(button, QLatin1String(text)), RoomIn(button)));
+            QVERIFY(Fits(TextSize(button, text), RoomIn(button)));
         }
     }
 
@@ -211,10 +209,8 @@ private slots:
     void theTabBarShowsAllSevenTitlesWithoutScrollButtons()
     {
         auto* const tabs = Find<QTabWidget>("tabWidget");
-        const QStringList titles{QStringLiteral("Info"), QStringLiteral("Update FW"),
-            QStringLiteral("IP Configuration"), QStringLiteral("Azimuth Configuration"),
-            QStringLiteral("Pol/Eval Configuration"), QStringLiteral("Options"),
-            QStringLiteral("Detect Z&K Device")};
+        const QStringList titles{"Info", "Update FW", "IP Configuration", "Azimuth Configuration",
+            "Pol/Eval Configuration", "Options", "Detect Z&K Device"};
         // A page that is not there yet still has to find its room.
         QVector<QWidget*> added;
         for (int page = 0; page < titles.size(); ++page) {
@@ -265,7 +261,7 @@ private slots:
 
     void theModulesOfAFullUnitHaveRoomInTheirBoxes()
     {
-        const SimulatorProcess unit({QStringLiteral("--options"), AllOptions});
+        const SimulatorProcess unit({"--options", AllOptions});
         ConnectTo(unit.Address());
         ShowPage("Options");
         int lines = 0;
@@ -300,7 +296,7 @@ private slots:
         for (const char* const text :
             {"Connecting to 255.255.255.255 ...", "Reconnecting to 255.255.255.255",
                 "Connected to 255.255.255.255", "Not Connected ", "Connection Failed"}) {
-            QVERIFY2(TextSize(connection, QLatin1String(text)).width() <= room, text);
+            QVERIFY2(TextSize(connection, text).width() <= room, text);
         }
         const auto* const status = Find<QLabel>("lblAppStatus");
         for (const char* const text : {"Error! Invalid number of Motor configuration params.",
@@ -310,7 +306,7 @@ private slots:
                  "Recieving Configuration from Device .. ",
                  "Invalid value for Azimuth Max Motion Hang Up Loop (MMHL)!",
                  "Warning: SMS must be in in range 0 - 100"}) {
-            QVERIFY2(TextSize(status, QLatin1String(text)).width() <=
+            QVERIFY2(TextSize(status, text).width() <=
                          MainWindow()->width() - connection->maximumWidth() - 24,
                 text);
         }

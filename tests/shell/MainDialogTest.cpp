@@ -47,10 +47,10 @@ QStringList Cells()
 // What a unit is asked after it has been connected to.
 QStringList LoadCommands(bool newFirmware)
 {
-    QStringList commands{QStringLiteral("*IDN?"), QStringLiteral("GET:OPTION:INTERNAL?"),
-        QStringLiteral("GET:OPTION:DESC?"), QStringLiteral("CF0"), QStringLiteral("CF0")};
+    QStringList commands{"*IDN?", "GET:OPTION:INTERNAL?", "GET:OPTION:DESC?", "CF0", "CF0"};
     if (newFirmware) {
-        commands << QStringLiteral("CF7 00400000") << QStringLiteral("CF7 004004B0");
+        commands << "CF7 00400000"
+                 << "CF7 004004B0";
     }
     return commands;
 }
@@ -107,27 +107,24 @@ private slots:
     // Runs first: the window as it comes up.
     void theWindowComesUpNotConnectedOnTheDefaultAddress()
     {
-        QCOMPARE(MainWindow()->windowTitle(), QStringLiteral("Z&K VX440 Access Application"));
-        QCOMPARE(Address(), QStringLiteral("192.168.0.129"));
-        QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connect"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(MainWindow()->windowTitle(), "Z&K VX440 Access Application");
+        QCOMPARE(Address(), "192.168.0.129");
+        QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connect");
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QCOMPARE(StatusLine(), QString());
         QVERIFY(!TheDeviceCommunication()->IsConnected());
         for (int column = 3; column < 20; ++column) {
             QCOMPARE(ColumnText(column), QString());
         }
         for (const int column : {31, 43}) {
-            QCOMPARE(
-                ColumnText(column), QStringLiteral("Pulse")); // the blank entry of the rotor list
+            QCOMPARE(ColumnText(column), "Pulse"); // the blank entry of the rotor list
         }
     }
 
     void thePagesStandInTheirOrderAndTheFirstIsCurrent()
     {
-        const QStringList order{QStringLiteral("Info"), QStringLiteral("Update FW"),
-            QStringLiteral("IP Configuration"), QStringLiteral("Azimuth Configuration"),
-            QStringLiteral("Pol/Eval Configuration"), QStringLiteral("Options"),
-            QStringLiteral("Detect Z&K Device")};
+        const QStringList order{"Info", "Update FW", "IP Configuration", "Azimuth Configuration",
+            "Pol/Eval Configuration", "Options", "Detect Z&K Device"};
         QCOMPARE(Tabs()->currentIndex(), 0);
         QStringList titles;
         for (int page = 0; page < Tabs()->count(); ++page) {
@@ -139,17 +136,17 @@ private slots:
     void theFormIsOfAFixedSize()
     {
         const QSize size(820, 500);
-        QCOMPARE(MainWindow()->objectName(), QStringLiteral("MainDialog"));
+        QCOMPARE(MainWindow()->objectName(), "MainDialog");
         QCOMPARE(MainWindow()->size(), size);
         QCOMPARE(MainWindow()->minimumSize(), size);
         QCOMPARE(MainWindow()->maximumSize(), size);
         QCOMPARE(Find<QWidget>("layoutWidget")->geometry(), QRect(6, 6, 811, 491));
-        QCOMPARE(Find<QGroupBox>("groupBox")->title(), QStringLiteral("Connect"));
+        QCOMPARE(Find<QGroupBox>("groupBox")->title(), "Connect");
         QCOMPARE(Find<QGroupBox>("groupBox")->minimumHeight(), 50);
         QCOMPARE(Find<QPushButton>("btnConnect")->geometry(), QRect(230, 20, 100, 22));
         QCOMPARE(Find<QLineEdit>("txtIpAddress")->geometry(), QRect(110, 20, 110, 20));
         QCOMPARE(Find<QLabel>("label_2")->geometry(), QRect(30, 20, 80, 20));
-        QCOMPARE(Find<QLabel>("label_2")->text(), QStringLiteral("Device IP"));
+        QCOMPARE(Find<QLabel>("label_2")->text(), "Device IP");
         QCOMPARE(Find<QLabel>("lblConnectionStatus")->minimumSize(), QSize(100, 20));
         QCOMPARE(Find<QLabel>("lblConnectionStatus")->maximumSize(), QSize(200, 20));
         QCOMPARE(Find<QLabel>("lblConnectionStatus")->indent(), 6);
@@ -177,7 +174,7 @@ private slots:
     void aClickIntoAnAddressWithADigitGoesWhereItIs()
     {
         auto* const field = Find<QLineEdit>("txtIpAddress");
-        field->setText(QStringLiteral("1"));
+        field->setText("1");
         field->setCursorPosition(0);
         QTest::mouseClick(MainWindow()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
             field->mapTo(MainWindow(), QPoint(field->width() - 4, field->height() / 2)));
@@ -188,16 +185,16 @@ private slots:
     {
         QTest::addColumn<QString>("typed");
         QTest::newRow("bare mask") << QString();
-        QTest::newRow("half typed") << QStringLiteral("192.168.");
-        QTest::newRow("octet of 256") << QStringLiteral("192.168.0.256");
+        QTest::newRow("half typed") << "192.168.";
+        QTest::newRow("octet of 256") << "192.168.0.256";
     }
     void anAddressThatIsNoneFailsWithoutAnAttempt()
     {
         QFETCH(QString, typed);
         const ShownProgress progress;
         ConnectTo(typed);
-        QCOMPARE(StatusLine(), QStringLiteral("Connection failed! "));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(StatusLine(), "Connection failed! ");
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         QCOMPARE(progress.Count(), 0);
     }
 
@@ -206,22 +203,22 @@ private slots:
         Overtype(Find<QLineEdit>("txtIpAddress"), QString());
         TheDeviceDatabase()->SetApplicationStatus(QString());
         Press(Qt::Key_Return);
-        QCOMPARE(StatusLine(), QStringLiteral("Connection failed! "));
+        QCOMPARE(StatusLine(), "Connection failed! ");
     }
 
     void returnInAnotherFieldDoesNothing()
     {
-        TheDeviceDatabase()->SetApplicationStatus(QStringLiteral("as it was"));
+        TheDeviceDatabase()->SetApplicationStatus("as it was");
         ShowPage("Azimuth Configuration");
-        Overtype(Cell(0), QStringLiteral("77"));
+        Overtype(Cell(0), "77");
         Press(Qt::Key_Return);
         Press(Qt::Key_Enter);
-        QCOMPARE(StatusLine(), QStringLiteral("as it was"));
-        QCOMPARE(Cell(0)->text(), QStringLiteral("77"));
+        QCOMPARE(StatusLine(), "as it was");
+        QCOMPARE(Cell(0)->text(), "77");
         ShowPage("Detect Z&K Device");
-        Overtype(Find<QLineEdit>("txtEndIpAddress"), QStringLiteral("192.168.1.2"));
+        Overtype(Find<QLineEdit>("txtEndIpAddress"), "192.168.1.2");
         Press(Qt::Key_Return);
-        QCOMPARE(StatusLine(), QStringLiteral("as it was"));
+        QCOMPARE(StatusLine(), "as it was");
         ShowPage("Info");
     }
 
@@ -237,8 +234,7 @@ private slots:
     void everyFieldHasANameForScreenReaders()
     {
         const auto names = [](const QWidget* widget) {
-            return !widget->accessibleName().isEmpty() ||
-                   widget->objectName().startsWith(QLatin1String("qt_"));
+            return !widget->accessibleName().isEmpty() || widget->objectName().startsWith("qt_");
         };
         const auto edits = MainWindow()->findChildren<QLineEdit*>();
         for (const QLineEdit* const edit : edits) {
@@ -261,20 +257,14 @@ private slots:
         const auto row = [](const char* page, const QStringList& fields) {
             QTest::newRow(page) << QString::fromLatin1(page) << fields;
         };
-        row("Info", {QStringLiteral("txtMacAddress"), QStringLiteral("txtPartNumber"),
-                        QStringLiteral("txtProductIndex"), QStringLiteral("txtSerialNumber"),
-                        QStringLiteral("txtVersionNumber")});
-        row("IP Configuration",
-            {QStringLiteral("txtNewIpAddress"), QStringLiteral("txtNewSubnetMask")});
+        row("Info", {"txtMacAddress", "txtPartNumber", "txtProductIndex", "txtSerialNumber",
+                        "txtVersionNumber"});
+        row("IP Configuration", {"txtNewIpAddress", "txtNewSubnetMask"});
         row("Azimuth Configuration",
-            {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"),
-                QStringLiteral("4"), QStringLiteral("5"), QStringLiteral("6"), QStringLiteral("7"),
-                QStringLiteral("8"), QStringLiteral("btnReadFromFile"),
-                QStringLiteral("btnWriteToFile"), QStringLiteral("btnReset"),
-                QStringLiteral("listRotors"), QStringLiteral("txtRotorType")});
+            {"0", "1", "2", "3", "4", "5", "6", "7", "8", "btnReadFromFile", "btnWriteToFile",
+                "btnReset", "listRotors", "txtRotorType"});
         row("Detect Z&K Device",
-            {QStringLiteral("txtStartIpAddress"), QStringLiteral("txtEndIpAddress"),
-                QStringLiteral("btnFindDevices"), QStringLiteral("tblDetectDevices")});
+            {"txtStartIpAddress", "txtEndIpAddress", "btnFindDevices", "tblDetectDevices"});
     }
     void theTabKeyWalksTheFieldsInReadingOrder()
     {
@@ -287,8 +277,8 @@ private slots:
             Press(Qt::Key_Tab);
             walked.append(QApplication::focusWidget()->objectName());
         }
-        const QStringList bar{QStringLiteral("btnConnect"), QStringLiteral("qt_tabwidget_tabbar")};
-        QCOMPARE(walked, bar + order + QStringList{QStringLiteral("txtIpAddress")});
+        const QStringList bar{"btnConnect", "qt_tabwidget_tabbar"};
+        QCOMPARE(walked, bar + order + QStringList{"txtIpAddress"});
         ShowPage("Info");
     }
 
@@ -296,9 +286,9 @@ private slots:
     {
         ShowPage("Azimuth Configuration");
         TheDeviceDatabase()->SetMotorParameter(0, 0, 5);
-        Overtype(Cell(0), QStringLiteral("77"));
+        Overtype(Cell(0), "77");
         Press(Qt::Key_Escape);
-        QCOMPARE(Cell(0)->text(), QStringLiteral("5"));
+        QCOMPARE(Cell(0)->text(), "5");
         QVERIFY(MainWindow()->isVisible());
         ShowPage("Info");
     }
@@ -317,12 +307,12 @@ private slots:
     void returnPressesTheButtonThatHasTheFocus()
     {
         ShowPage("Azimuth Configuration");
-        Overtype(Cell(0), QStringLiteral("77"));
+        Overtype(Cell(0), "77");
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
             TheDeviceDatabase()->SetMotorParameter(0, 0, 1);
             Find<QPushButton>("btnReset")->setFocus();
             Press(key);
-            QCOMPARE(Cell(0)->text(), QStringLiteral("30"));
+            QCOMPARE(Cell(0)->text(), "30");
         }
         ShowPage("Info");
     }
@@ -336,7 +326,7 @@ private slots:
         QCOMPARE(QApplication::focusWidget(), Cell(1));
         Press(Qt::Key_Backtab);
         QCOMPARE(QApplication::focusWidget(), Cell(0));
-        Type(QStringLiteral("1"));
+        Type("1");
         ShowPage("Info");
     }
 
@@ -344,41 +334,34 @@ private slots:
     {
         QTest::addColumn<QString>("version");
         QTest::addColumn<bool>("newFirmware");
-        QTest::newRow("new firmware") << QStringLiteral("3.10") << true;
-        QTest::newRow("old firmware") << QStringLiteral("2.99") << false;
-        QTest::newRow("the first of the new") << QStringLiteral("3.0") << true;
+        QTest::newRow("new firmware") << "3.10" << true;
+        QTest::newRow("old firmware") << "2.99" << false;
+        QTest::newRow("the first of the new") << "3.0" << true;
     }
     void connectingShowsWhoTheUnitIs()
     {
         QFETCH(QString, version);
         QFETCH(bool, newFirmware);
-        SimulatorProcess unit({QStringLiteral("--firmware"), version, QStringLiteral("--part"),
-            QStringLiteral("1234.5678.02"), QStringLiteral("--serial"), QStringLiteral("000777"),
-            QStringLiteral("--azimuth"), QStringLiteral("1,2,3,4,5,6,7,8,9,10,11,0"),
-            QStringLiteral("--polar"),
-            QStringLiteral("101,102,103,104,105,106,107,108,109,110,99,1"),
-            QStringLiteral("--mask"), QStringLiteral("255.255.0.0")});
+        SimulatorProcess unit({"--firmware", version, "--part", "1234.5678.02", "--serial",
+            "000777", "--azimuth", "1,2,3,4,5,6,7,8,9,10,11,0", "--polar",
+            "101,102,103,104,105,106,107,108,109,110,99,1", "--mask", "255.255.0.0"});
         QVERIFY(unit.IsReady());
         const ShownProgress progress;
         ConnectTo(unit.Address());
         QVERIFY(progress.Count() > 0);
-        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
-        QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connected"));
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
+        QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connected");
         QCOMPARE(StatusLine(),
-            newFirmware ? QStringLiteral("Eeprom data valid")
-                        : QStringLiteral("Device motor configuration read successfully!"));
-        QCOMPARE(TextOf("txtPartNumber"), QStringLiteral("1234.5678.02"));
-        QCOMPARE(TextOf("txtProductIndex"), newFirmware ? QStringLiteral("01.00") : QString());
-        QCOMPARE(TextOf("txtSerialNumber"), QStringLiteral("000777"));
-        QCOMPARE(ColumnText(6), version + QLatin1Char('\r'));
-        QCOMPARE(ColumnText(5), QStringLiteral("255.255.0.0"));
+            newFirmware ? "Eeprom data valid" : "Device motor configuration read successfully!");
+        QCOMPARE(TextOf("txtPartNumber"), "1234.5678.02");
+        QCOMPARE(TextOf("txtProductIndex"), newFirmware ? "01.00" : QString());
+        QCOMPARE(TextOf("txtSerialNumber"), "000777");
+        QCOMPARE(ColumnText(6), version + '\r');
+        QCOMPARE(ColumnText(5), "255.255.0.0");
         QCOMPARE(unit.Commands(), LoadCommands(newFirmware));
 
         ShowPage("Azimuth Configuration");
-        QCOMPARE(Cells().mid(0, 8),
-            (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"),
-                QStringLiteral("6"), QStringLiteral("7"), QStringLiteral("8"), QStringLiteral("9"),
-                QStringLiteral("10")}));
+        QCOMPARE(Cells().mid(0, 8), (QStringList{"1", "2", "3", "6", "7", "8", "9", "10"}));
         QCOMPARE(Find<QTableWidget>("tblMotorConfiguration")->isRowHidden(8), !newFirmware);
         for (const char* const hidden :
             {"listRotors", "txtRotorType", "lblRotorName", "lblRotorType"}) {
@@ -388,27 +371,25 @@ private slots:
             QVERIFY(Find<QPushButton>(button)->isEnabled());
         }
         if (newFirmware) {
-            QCOMPARE(Cell(8)->text(), QStringLiteral("11"));
-            QCOMPARE(TextOf("txtRotorType"), QStringLiteral("Potentiometer"));
+            QCOMPARE(Cell(8)->text(), "11");
+            QCOMPARE(TextOf("txtRotorType"), "Potentiometer");
         }
         ShowPage("Pol/Eval Configuration");
         QCOMPARE(Cells().mid(0, 8),
-            (QStringList{QStringLiteral("101"), QStringLiteral("102"), QStringLiteral("103"),
-                QStringLiteral("106"), QStringLiteral("107"), QStringLiteral("108"),
-                QStringLiteral("109"), QStringLiteral("110")}));
+            (QStringList{"101", "102", "103", "106", "107", "108", "109", "110"}));
         if (newFirmware) {
-            QCOMPARE(Cell(8)->text(), QStringLiteral("99"));
-            QCOMPARE(TextOf("txtRotorType"), QStringLiteral("Pulse"));
+            QCOMPARE(Cell(8)->text(), "99");
+            QCOMPARE(TextOf("txtRotorType"), "Pulse");
         }
         ShowPage("Info");
     }
 
     void aLeadingZeroMakesAnOctetOctal()
     {
-        SimulatorProcess unit({}, QStringLiteral("127.255.0.8"));
+        SimulatorProcess unit({}, "127.255.0.8");
         QVERIFY(unit.IsReady());
-        ConnectTo(QStringLiteral("127.255.000.010"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to 127.255.0.8"));
+        ConnectTo("127.255.000.010");
+        QCOMPARE(ConnectionLine(), "Connected to 127.255.0.8");
         TheDeviceCommunication()->Disconnect();
     }
 
@@ -419,9 +400,9 @@ private slots:
         ConnectTo(unit.Address());
         unit.Forget();
         Click(Find<QPushButton>("btnConnect"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
-        QVERIFY(unit.WaitForLine(QStringLiteral("disconnected")));
-        QVERIFY(unit.WaitForLine(QStringLiteral("connected ")));
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
+        QVERIFY(unit.WaitForLine("disconnected"));
+        QVERIFY(unit.WaitForLine("connected "));
         QCOMPARE(unit.Commands(), LoadCommands(true));
     }
 
@@ -439,7 +420,7 @@ private slots:
             QTest::keyClick(loading.windowHandle(), Qt::Key_Escape);
         };
         WhenShown<QProgressDialog>(bother, [](const QProgressDialog& dialog) {
-            return dialog.labelText() == QLatin1String("Loading Device Info ...");
+            return dialog.labelText() == "Loading Device Info ...";
         });
         Click(Find<QPushButton>("btnConnect"));
         QVERIFY(tried);
@@ -450,7 +431,7 @@ private slots:
 
     void whatComesFromOutsideIsNeverMarkup()
     {
-        const QString markup = QStringLiteral("<img src=\"/dev/zero\"><b>x</b>");
+        const QString markup = "<img src=\"/dev/zero\"><b>x</b>";
         TheDeviceDatabase()->SetApplicationStatus(markup);
         TheDeviceDatabase()->SetPartNumber(markup);
         TheDeviceDatabase()->SetSerialNumber(markup);
@@ -481,13 +462,13 @@ private slots:
         ConnectTo(unit.Address());
         const QString part = TextOf("txtPartNumber");
         QVERIFY(!part.isEmpty());
-        QVERIFY(unit.Tell(QStringLiteral("drop")));
+        QVERIFY(unit.Tell("drop"));
         ShowPage("Azimuth Configuration");
         const QStringList cells = Cells();
         Click(Find<QPushButton>("btnReceiveFromDevice"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
-        QCOMPARE(StatusLine(), QStringLiteral("Device motor configuration could not be read!"));
-        QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connect"));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
+        QCOMPARE(StatusLine(), "Device motor configuration could not be read!");
+        QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connect");
         QVERIFY(!Find<QPushButton>("btnSendToDevice")->isEnabled());
         QVERIFY(!Find<QPushButton>("btnReceiveFromDevice")->isEnabled());
         QCOMPARE(Cells(), cells);
@@ -500,12 +481,12 @@ private slots:
         SimulatorProcess unit;
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
-        QVERIFY(unit.Tell(QStringLiteral("drop")));
+        QVERIFY(unit.Tell("drop"));
         ShowPage("Azimuth Configuration");
         Click(Find<QPushButton>("btnReceiveFromDevice"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         Click(Find<QPushButton>("btnConnect"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
         QVERIFY(Find<QPushButton>("btnSendToDevice")->isEnabled());
         ShowPage("Info");
     }
@@ -514,17 +495,18 @@ private slots:
     {
         QTest::addColumn<QString>("page");
         QTest::addColumn<QString>("button");
-        QTest::newRow("Connect") << QStringLiteral("Info") << QStringLiteral("btnConnect");
-        QTest::newRow("reading options")
-            << QStringLiteral("Options") << QStringLiteral("btnReadOptionsFromDevice");
-        QTest::newRow("receiving")
-            << QStringLiteral("Azimuth Configuration") << QStringLiteral("btnReceiveFromDevice");
-        QTest::newRow("sending") << QStringLiteral("Pol/Eval Configuration")
-                                 << QStringLiteral("btnSendToDevice");
-        QTest::newRow("changing the address")
-            << QStringLiteral("IP Configuration") << QStringLiteral("btnSendIpAddress");
-        QTest::newRow("searching")
-            << QStringLiteral("Detect Z&K Device") << QStringLiteral("btnFindDevices");
+        QTest::newRow("Connect") << "Info"
+                                 << "btnConnect";
+        QTest::newRow("reading options") << "Options"
+                                         << "btnReadOptionsFromDevice";
+        QTest::newRow("receiving") << "Azimuth Configuration"
+                                   << "btnReceiveFromDevice";
+        QTest::newRow("sending") << "Pol/Eval Configuration"
+                                 << "btnSendToDevice";
+        QTest::newRow("changing the address") << "IP Configuration"
+                                              << "btnSendIpAddress";
+        QTest::newRow("searching") << "Detect Z&K Device"
+                                   << "btnFindDevices";
     }
     void theFocusStaysWhereTheUserPutIt()
     {
@@ -534,9 +516,9 @@ private slots:
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         ShowPage(page.toLatin1().constData());
-        if (page.startsWith(QLatin1String("Detect"))) {
-            Overtype(Find<QLineEdit>("txtStartIpAddress"), QStringLiteral("127.0.0.1"));
-            Overtype(Find<QLineEdit>("txtEndIpAddress"), QStringLiteral("127.0.0.2"));
+        if (page.startsWith("Detect")) {
+            Overtype(Find<QLineEdit>("txtStartIpAddress"), "127.0.0.1");
+            Overtype(Find<QLineEdit>("txtEndIpAddress"), "127.0.0.2");
         }
         auto* const pressed = Find<QPushButton>(button.toLatin1().constData());
         pressed->setFocus(Qt::TabFocusReason);

@@ -34,7 +34,7 @@ QLineEdit* FieldOfRow()
     const QString name = *static_cast<QString*>(QTest::qData("field", qMetaTypeId<QString>()));
     ShowPage(page.toLatin1().constData());
     auto* const field = Find<QLineEdit>(name.toLatin1().constData());
-    field->setText(QStringLiteral("192.168.0.20"));
+    field->setText("192.168.0.20");
     Find<QWidget>("btnConnect")->setFocus();
     return field;
 }
@@ -56,9 +56,9 @@ private slots:
     void atTheStartTypingReplacesTheAddress()
     {
         QVERIFY(QTest::qWaitForWindowActive(MainWindow()));
-        QCOMPARE(MainWindow()->focusWidget()->objectName(), QStringLiteral("txtIpAddress"));
-        Type(QStringLiteral("127.0.0.9"));
-        QCOMPARE(Find<QLineEdit>("txtIpAddress")->text(), QStringLiteral("127.0.0.9"));
+        QCOMPARE(MainWindow()->focusWidget()->objectName(), "txtIpAddress");
+        Type("127.0.0.9");
+        QCOMPARE(Find<QLineEdit>("txtIpAddress")->text(), "127.0.0.9");
     }
 
     void theTabKeySelectsAllSoThatTypingReplacesIt_data() { AddFields(); }
@@ -68,10 +68,10 @@ private slots:
         for (const auto reason :
             {Qt::TabFocusReason, Qt::BacktabFocusReason, Qt::ShortcutFocusReason}) {
             Find<QWidget>("btnConnect")->setFocus();
-            field->setText(QStringLiteral("192.168.0.20"));
+            field->setText("192.168.0.20");
             field->setFocus(reason);
-            Type(QStringLiteral("192.168.0.5"));
-            QCOMPARE(field->text(), QStringLiteral("192.168.0.5"));
+            Type("192.168.0.5");
+            QCOMPARE(field->text(), "192.168.0.5");
         }
     }
 
@@ -80,8 +80,8 @@ private slots:
         ShowPage("Detect Z&K Device");
         Click(Find<QLineEdit>("txtStartIpAddress"));
         Press(Qt::Key_Tab);
-        Type(QStringLiteral("10.0.0.1"));
-        QCOMPARE(Find<QLineEdit>("txtEndIpAddress")->text(), QStringLiteral("10.0.0.1"));
+        Type("10.0.0.1");
+        QCOMPARE(Find<QLineEdit>("txtEndIpAddress")->text(), "10.0.0.1");
     }
 
     void aClickSelectsNothing_data() { AddFields(); }
@@ -104,16 +104,16 @@ private slots:
     {
         QTest::addColumn<QString>("copied");
         QTest::addColumn<QString>("result");
-        const QString before = QStringLiteral("192.168.0.20");
+        const QString before = "192.168.0.20";
         const auto row = [](const char* name, const char* copied, const QString& result) {
             QTest::newRow(name) << QString::fromLatin1(copied) << result;
         };
-        row("an address", "10.1.2.3", QStringLiteral("10.1.2.3"));
-        row("blanks around it", " 10.1.2.3\n", QStringLiteral("10.1.2.3"));
-        row("as a field is copied", "10.1  .2  .3  ", QStringLiteral("10.1.2.3"));
+        row("an address", "10.1.2.3", "10.1.2.3");
+        row("blanks around it", " 10.1.2.3\n", "10.1.2.3");
+        row("as a field is copied", "10.1  .2  .3  ", "10.1.2.3");
         row("a blank inside a number", "10.1.2.1 5", before);
-        row("the largest", "255.255.255.255", QStringLiteral("255.255.255.255"));
-        row("zeros in front", "010.001.002.003", QStringLiteral("010.001.002.003"));
+        row("the largest", "255.255.255.255", "255.255.255.255");
+        row("zeros in front", "010.001.002.003", "010.001.002.003");
         row("a prefix length", "192.168.0.1/24", before);
         row("a port", "192.168.0.1:50000", before);
         row("a name", "unit-1.example.org", before);
@@ -135,7 +135,7 @@ private slots:
         Copy(copied);
 
         const auto begin = [field] {
-            field->setText(QStringLiteral("192.168.0.20"));
+            field->setText("192.168.0.20");
             Click(field);
         };
         begin();
@@ -166,20 +166,19 @@ private slots:
             QSKIP("this display has no selection");
         }
         auto* const field = Find<QLineEdit>("txtIpAddress");
-        field->setText(QStringLiteral("192.168.0.20"));
-        QGuiApplication::clipboard()->setText(QStringLiteral("1.2.3.4/8"), QClipboard::Selection);
+        field->setText("192.168.0.20");
+        QGuiApplication::clipboard()->setText("1.2.3.4/8", QClipboard::Selection);
         QTest::mouseClick(field, Qt::MiddleButton);
-        QCOMPARE(field->text(), QStringLiteral("192.168.0.20"));
+        QCOMPARE(field->text(), "192.168.0.20");
     }
 
     void copyingStaysInTheMenu()
     {
         auto* const field = Find<QLineEdit>("txtIpAddress");
-        field->setText(QStringLiteral("192.168.0.20"));
+        field->setText("192.168.0.20");
         field->selectAll();
         ChooseFromMenu(field, "&Copy");
-        QCOMPARE(QGuiApplication::clipboard()->text().remove(QLatin1Char(' ')),
-            QStringLiteral("192.168.0.20"));
+        QCOMPARE(QGuiApplication::clipboard()->text().remove(' '), "192.168.0.20");
     }
 
 private:
@@ -192,7 +191,7 @@ private:
         QVERIFY(menu != nullptr);
         const QList<QAction*> actions = menu->actions();
         for (QAction* const any : actions) {
-            if (any->text().startsWith(QLatin1String(action))) {
+            if (any->text().startsWith(action)) {
                 any->trigger();
             }
         }

@@ -40,17 +40,17 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         const auto row = [](const char* name, const QString& text) { QTest::newRow(name) << text; };
-        row("plain", QStringLiteral("10 dB"));
-        row("bold", QStringLiteral("<b>10</b> dB"));
-        row("an image", QStringLiteral("<img src=\"/dev/zero\">"));
-        row("an image elsewhere", QStringLiteral("<img src='//host/share/x.png'> x"));
-        row("a style", QStringLiteral("<qt style='x'>&amp;</qt>"));
-        row("an end of a paragraph", QStringLiteral("</p><b>x"));
-        row("entities", QStringLiteral("&lt;b&gt; <i>"));
-        row("blanks", QStringLiteral("<b>  two  blanks "));
-        row("two lines", QStringLiteral("<i>\nx"));
-        row("a long word", QString(1000, QLatin1Char('x')));
-        row("a long word of markup", QStringLiteral("<b>").repeated(300));
+        row("plain", "10 dB");
+        row("bold", "<b>10</b> dB");
+        row("an image", "<img src=\"/dev/zero\">");
+        row("an image elsewhere", "<img src='//host/share/x.png'> x");
+        row("a style", "<qt style='x'>&amp;</qt>");
+        row("an end of a paragraph", "</p><b>x");
+        row("entities", "&lt;b&gt; <i>");
+        row("blanks", "<b>  two  blanks ");
+        row("two lines", "<i>\nx");
+        row("a long word", QString(1000, 'x'));
+        row("a long word of markup", QString("<b>").repeated(300));
     }
     void aTipReadsAsItIsWritten()
     {
@@ -63,18 +63,18 @@ private slots:
         QVERIFY(QCoreApplication::sendEvent(&line, &event));
         QCOMPARE(ReadableTip(), text);
         QCOMPARE(line.toolTip(), text);
-        QVERIFY(!QToolTip::text().contains(QLatin1String("<img")));
+        QVERIFY(!QToolTip::text().contains("<img"));
     }
 
     void ofALongTextTheFirst4000CharactersShow()
     {
         QLineEdit line;
         new CPlainToolTip(&line);
-        line.setToolTip(QString(3999, QLatin1Char('x')) + QStringLiteral("yz"));
+        line.setToolTip(QString(3999, 'x') + "yz");
         line.show();
         QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), line.mapToGlobal(QPoint(1, 1)));
         QCoreApplication::sendEvent(&line, &event);
-        QCOMPARE(ReadableTip(), QString(3999, QLatin1Char('x')) + QLatin1Char('y'));
+        QCOMPARE(ReadableTip(), QString(3999, 'x') + 'y');
     }
 
     void withoutATipNoneShows()

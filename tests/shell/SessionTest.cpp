@@ -21,7 +21,7 @@ void ChooseRotor(const char* name)
 {
     auto* const list = Find<QComboBox>("listRotors");
     Click(list);
-    QTest::keyClicks(list->view(), QLatin1String(name));
+    QTest::keyClicks(list->view(), name);
     QTest::keyClick(list->view(), Qt::Key_Return);
 }
 
@@ -35,90 +35,86 @@ class SessionTest : public WarningsFail
 private slots:
     void everyByteOfASessionWithNewFirmware()
     {
-        SimulatorProcess unit({QStringLiteral("--firmware"), QStringLiteral("3.10")});
+        SimulatorProcess unit({"--firmware", "3.10"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
 
         ShowPage("Azimuth Configuration");
         ChooseRotor("ProSisTel");
         Click(Find<QPushButton>("btnSendToDevice"));
-        QCOMPARE(StatusLine(), QStringLiteral("Azimuth Motor configuration sent successfully."));
+        QCOMPARE(StatusLine(), "Azimuth Motor configuration sent successfully.");
         ShowPage("Pol/Eval Configuration");
-        Overtype(Cell(0), QStringLiteral("300"));
-        Overtype(Cell(8), QStringLiteral("75"));
+        Overtype(Cell(0), "300");
+        Overtype(Cell(8), "75");
         Click(Find<QPushButton>("btnSendToDevice"));
-        QCOMPARE(StatusLine(), QStringLiteral("Polar Motor configuration sent successfully."));
+        QCOMPARE(StatusLine(), "Polar Motor configuration sent successfully.");
         Click(Find<QPushButton>("btnReceiveFromDevice"));
-        QCOMPARE(StatusLine(), QStringLiteral("Device motor configuration read successfully!"));
-        QCOMPARE(Cell(0)->text(), QStringLiteral("300"));
-        QCOMPARE(Cell(8)->text(), QStringLiteral("75"));
+        QCOMPARE(StatusLine(), "Device motor configuration read successfully!");
+        QCOMPARE(Cell(0)->text(), "300");
+        QCOMPARE(Cell(8)->text(), "75");
 
-        QVERIFY(unit.Tell(QStringLiteral("drop")));
+        QVERIFY(unit.Tell("drop"));
         Click(Find<QPushButton>("btnSendToDevice")); // goes nowhere
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
         Click(Find<QPushButton>("btnConnect"));
-        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
-        QCOMPARE(Cell(0)->text(), QStringLiteral("300"));
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
+        QCOMPARE(Cell(0)->text(), "300");
 
-        QCOMPARE(unit.Commands(),
-            (QStringList{
-                QStringLiteral("*IDN?"),
-                QStringLiteral("GET:OPTION:INTERNAL?"),
-                QStringLiteral("GET:OPTION:DESC?"),
-                QStringLiteral("CF0"),
-                QStringLiteral("CF0"),
-                QStringLiteral("CF7 00400000"),
-                QStringLiteral("CF7 004004B0"),
-                QStringLiteral("HCF 01F40003009600010002000A0000000007D0001400320001"),
-                QStringLiteral("VCF 012C0003003C0001000200050000000001F40014004B0000"),
-                QStringLiteral("CF0"),
-                QStringLiteral("*IDN?"),
-                QStringLiteral("GET:OPTION:INTERNAL?"),
-                QStringLiteral("GET:OPTION:DESC?"),
-                QStringLiteral("CF0"),
-                QStringLiteral("CF0"),
-                QStringLiteral("CF7 00400000"),
-                QStringLiteral("CF7 004004B0"),
-            }));
+        QCOMPARE(unit.Commands(), (QStringList{
+                                      "*IDN?",
+                                      "GET:OPTION:INTERNAL?",
+                                      "GET:OPTION:DESC?",
+                                      "CF0",
+                                      "CF0",
+                                      "CF7 00400000",
+                                      "CF7 004004B0",
+                                      "HCF 01F40003009600010002000A0000000007D0001400320001",
+                                      "VCF 012C0003003C0001000200050000000001F40014004B0000",
+                                      "CF0",
+                                      "*IDN?",
+                                      "GET:OPTION:INTERNAL?",
+                                      "GET:OPTION:DESC?",
+                                      "CF0",
+                                      "CF0",
+                                      "CF7 00400000",
+                                      "CF7 004004B0",
+                                  }));
     }
 
     void everyByteOfASessionWithOldFirmware()
     {
-        SimulatorProcess unit({QStringLiteral("--firmware"), QStringLiteral("2.50"),
-            QStringLiteral("--azimuth"), QStringLiteral("500,3,150,1,2,10,0,0,2000,20"),
-            QStringLiteral("--polar"), QStringLiteral("99,3,60,1,2,5,0,0,500,20")});
+        SimulatorProcess unit({"--firmware", "2.50", "--azimuth", "500,3,150,1,2,10,0,0,2000,20",
+            "--polar", "99,3,60,1,2,5,0,0,500,20"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         ShowPage("Azimuth Configuration");
         QVERIFY(!Find<QComboBox>("listRotors")->isVisible());
         Click(Find<QPushButton>("btnSendToDevice"));
         ShowPage("Pol/Eval Configuration");
-        Overtype(Cell(7), QStringLiteral("65535"));
+        Overtype(Cell(7), "65535");
         Click(Find<QPushButton>("btnSendToDevice"));
         Click(Find<QPushButton>("btnReceiveFromDevice"));
-        QCOMPARE(Cell(7)->text(), QStringLiteral("65535"));
-        QCOMPARE(
-            unit.Commands(), (QStringList{
-                                 QStringLiteral("*IDN?"),
-                                 QStringLiteral("GET:OPTION:INTERNAL?"),
-                                 QStringLiteral("GET:OPTION:DESC?"),
-                                 QStringLiteral("CF0"),
-                                 QStringLiteral("CF0"),
-                                 QStringLiteral("HCF 01F40003009600010002000A0000000007D00014"),
-                                 QStringLiteral("VCF 00630003003C0001000200050000000001F4FFFF"),
-                                 QStringLiteral("CF0"),
-                             }));
+        QCOMPARE(Cell(7)->text(), "65535");
+        QCOMPARE(unit.Commands(), (QStringList{
+                                      "*IDN?",
+                                      "GET:OPTION:INTERNAL?",
+                                      "GET:OPTION:DESC?",
+                                      "CF0",
+                                      "CF0",
+                                      "HCF 01F40003009600010002000A0000000007D00014",
+                                      "VCF 00630003003C0001000200050000000001F4FFFF",
+                                      "CF0",
+                                  }));
     }
 
     void anAnswerInSingleBytesIsReadLikeAWholeOne()
     {
-        SimulatorProcess unit({QStringLiteral("--fault"), QStringLiteral("bytewise"),
-            QStringLiteral("--azimuth"), QStringLiteral("1,2,3,4,5,6,7,8,9,10,11,0")});
+        SimulatorProcess unit({"--fault", "bytewise", "--azimuth", "1,2,3,4,5,6,7,8,9,10,11,0"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         ShowPage("Azimuth Configuration");
-        QCOMPARE(Cell(0)->text(), QStringLiteral("1"));
-        QCOMPARE(Cell(7)->text(), QStringLiteral("10"));
+        QCOMPARE(Cell(0)->text(), "1");
+        QCOMPARE(Cell(7)->text(), "10");
     }
 
     void aFaultOfTheIdentityLeavesTheUnitUnknownAndOld_data()
@@ -131,10 +127,10 @@ private slots:
     void aFaultOfTheIdentityLeavesTheUnitUnknownAndOld()
     {
         QFETCH(QString, fault);
-        SimulatorProcess unit({QStringLiteral("--fault"), fault + QStringLiteral(":*IDN?")});
+        SimulatorProcess unit({"--fault", fault + ":*IDN?"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
-        QCOMPARE(ConnectionLine(), QStringLiteral("Connected to ") + unit.Address());
+        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
         ShowPage("Info");
         for (const char* const field : {"txtPartNumber", "txtSerialNumber", "txtVersionNumber"}) {
             QCOMPARE(Find<QLineEdit>(field)->text(), QString());
@@ -146,20 +142,20 @@ private slots:
     void aResetAtAnyCommandOfTheLoadEndsNotConnected_data()
     {
         QTest::addColumn<QString>("command");
-        QTest::newRow("identity") << QStringLiteral("*IDN?");
-        QTest::newRow("options") << QStringLiteral("GET:OPTION:INTERNAL?");
-        QTest::newRow("option descriptions") << QStringLiteral("GET:OPTION:DESC?");
-        QTest::newRow("first configuration") << QStringLiteral("CF0:1");
-        QTest::newRow("first EEPROM block") << QStringLiteral("CF7:1");
+        QTest::newRow("identity") << "*IDN?";
+        QTest::newRow("options") << "GET:OPTION:INTERNAL?";
+        QTest::newRow("option descriptions") << "GET:OPTION:DESC?";
+        QTest::newRow("first configuration") << "CF0:1";
+        QTest::newRow("first EEPROM block") << "CF7:1";
     }
     void aResetAtAnyCommandOfTheLoadEndsNotConnected()
     {
         QFETCH(QString, command);
-        SimulatorProcess unit({QStringLiteral("--fault"), QStringLiteral("resetting:") + command});
+        SimulatorProcess unit({"--fault", QString("resetting:") + command});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
-        QCOMPARE(ConnectionLine(), QStringLiteral("Not Connected "));
-        QCOMPARE(Find<QPushButton>("btnConnect")->text(), QStringLiteral("Connect"));
+        QCOMPARE(ConnectionLine(), "Not Connected ");
+        QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connect");
         ShowPage("Azimuth Configuration");
         QVERIFY(!Find<QPushButton>("btnSendToDevice")->isEnabled());
     }

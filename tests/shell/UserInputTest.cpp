@@ -56,10 +56,10 @@ public:
     {
         QStringList all = seen;
         if (scripted::Actions() != frames) {
-            all.append(QStringLiteral("something was sent"));
+            all.append("something was sent");
         }
         if (AllWords() != words) {
-            all.append(QStringLiteral("parameters were changed"));
+            all.append("parameters were changed");
         }
         return all;
     }
@@ -93,7 +93,7 @@ int PressEveryButton()
         const auto buttons = MainWindow()->findChildren<QAbstractButton*>();
         for (QAbstractButton* const button : buttons) {
             if (button->isVisible() && button->isEnabled() &&
-                button->objectName().startsWith(QLatin1String("btn"))) {
+                button->objectName().startsWith("btn")) {
                 Click(button);
                 button->setFocus();
                 Press(Qt::Key_Space);
@@ -150,7 +150,7 @@ private slots:
         QWidget* const first = Find<QAbstractButton>(button.toLatin1().constData());
         QVERIFY(first->isEnabled());
 
-        QStringList traces{QStringLiteral("no dialog came")};
+        QStringList traces{"no dialog came"};
         int pressed = 0;
         const auto bother = [&](QDialog& dialog) {
             dialog.hide();
@@ -161,9 +161,8 @@ private slots:
             traces = left.Seen();
         };
         scripted::SetConnectResult(scripted::ConnectResult::Fails); // an attempt shows its dialog
-        WhenShown<QDialog>(bother, [](const QDialog& dialog) {
-            return dialog.objectName() != QLatin1String("MainDialog");
-        });
+        WhenShown<QDialog>(
+            bother, [](const QDialog& dialog) { return dialog.objectName() != "MainDialog"; });
         Click(first);
         QCOMPARE(traces, QStringList());
         QVERIFY(pressed >= 10);
@@ -176,7 +175,7 @@ private slots:
             QString asked;
             ClickAndChooseFile(Find<QAbstractButton>("btnReadFromFile"), QString(),
                 [&asked](const QFileDialog& dialog) { asked = dialog.windowTitle(); });
-            QCOMPARE(asked, QStringLiteral("Select Device Configuration file"));
+            QCOMPARE(asked, "Select Device Configuration file");
         }
     }
 
@@ -195,30 +194,29 @@ private slots:
         install->setFocus();
         Press(Qt::Key_Space);
         QVERIFY(stayed);
-        const QStringList sent =
-            scripted::Actions().filter(QRegularExpression(QStringLiteral("^send 4346350D")));
+        const QStringList sent = scripted::Actions().filter(QRegularExpression("^send 4346350D"));
         QCOMPARE(sent.size(), 1);
-        QCOMPARE(StatusLine(), QStringLiteral("Firmware Updated successfully to v3.2\r."));
+        QCOMPARE(StatusLine(), "Firmware Updated successfully to v3.2\r.");
     }
 
 private:
     // Everything is enabled: a unit is there, and an image was sent.
     void Prepare()
     {
-        ConnectTo(QStringLiteral("127.0.0.1"));
+        ConnectTo("127.0.0.1");
         ShowPage("Update FW");
-        QFile image(folder.filePath(QStringLiteral("image.cyacd")));
+        QFile image(folder.filePath("image.cyacd"));
         QVERIFY(image.open(QIODevice::WriteOnly) && image.write("image") > 0);
         image.close();
         ClickAndChooseFile(Find<QAbstractButton>("btnSelectFirmware"), image.fileName());
         Click(Find<QAbstractButton>("btnLoadFirmware"));
         QVERIFY(Find<QAbstractButton>("btnUpdateFirmware")->isEnabled());
         ShowPage("IP Configuration");
-        Overtype(Find<QLineEdit>("txtNewIpAddress"), QStringLiteral("127.0.0.2"));
-        Overtype(Find<QLineEdit>("txtNewSubnetMask"), QStringLiteral("255.0.0.0"));
+        Overtype(Find<QLineEdit>("txtNewIpAddress"), "127.0.0.2");
+        Overtype(Find<QLineEdit>("txtNewSubnetMask"), "255.0.0.0");
         ShowPage("Detect Z&K Device");
-        Overtype(Find<QLineEdit>("txtStartIpAddress"), QStringLiteral("127.0.0.1"));
-        Overtype(Find<QLineEdit>("txtEndIpAddress"), QStringLiteral("127.0.0.3"));
+        Overtype(Find<QLineEdit>("txtStartIpAddress"), "127.0.0.1");
+        Overtype(Find<QLineEdit>("txtEndIpAddress"), "127.0.0.3");
     }
 
     QTemporaryDir folder;

@@ -19,11 +19,6 @@ using namespace firmwarestream;
 
 namespace {
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 /// A unit of the demo network, and what becomes of it.
 struct Unit
 {
@@ -60,10 +55,10 @@ constexpr char NewMask[] = "255.255.0.0";
 /// What the pages ask a unit for when the tool has connected to it.
 QStringList Loading(const Unit& unit)
 {
-    QStringList commands{Text("*IDN?"), Text("GET:OPTION:INTERNAL?"), Text("GET:OPTION:DESC?"),
-        Text("CF0"), Text("CF0")};
+    QStringList commands{"*IDN?", "GET:OPTION:INTERNAL?", "GET:OPTION:DESC?", "CF0", "CF0"};
     if (unit.knowsRotors) {
-        commands << Text("CF7 00400000") << Text("CF7 004004B0");
+        commands << "CF7 00400000"
+                 << "CF7 004004B0";
     }
     return commands;
 }
@@ -167,7 +162,7 @@ void WholeSessionTest::aSessionAtAUnit()
     QFETCH(int, number);
     unit = &Units[number];
     const QDir logs(qEnvironmentVariable("VX440_UNIT_LOGS"));
-    record.reset(new UnitLog(logs.filePath(Text("unit-%1.log").arg(Text(unit->address)))));
+    record.reset(new UnitLog(logs.filePath(QString("unit-%1.log").arg(QString(unit->address)))));
     comparedCommands = 0;
     for (const Step& step : Steps) {
         qInfo("%s", step.name);
@@ -180,7 +175,7 @@ void WholeSessionTest::aSessionAtAUnit()
 
 void WholeSessionTest::Connect()
 {
-    ConnectTo(Text(unit->address));
+    ConnectTo(QString(unit->address));
     CompareLoaded(unit->address);
 }
 
@@ -203,10 +198,10 @@ void WholeSessionTest::LookAtTheOptions()
 {
     ShowPage("Options");
     Click(Find<QPushButton>("btnReadOptionsFromDevice"));
-    QCOMPARE(StatusLine(), Text("Options read from device successfully."));
-    CompareTaken({Text("GET:OPTION:INTERNAL?"), Text("GET:OPTION:DESC?")});
-    QCOMPARE(LinesOf("boxOptionAzimuthRotator").last(), Text("ProSisTel"));
-    QCOMPARE(LinesOf("boxOptionPolarRotator").last(), Text("YAESU G-550"));
+    QCOMPARE(StatusLine(), "Options read from device successfully.");
+    CompareTaken({"GET:OPTION:INTERNAL?", "GET:OPTION:DESC?"});
+    QCOMPARE(LinesOf("boxOptionAzimuthRotator").last(), "ProSisTel");
+    QCOMPARE(LinesOf("boxOptionPolarRotator").last(), "YAESU G-550");
 }
 
 void WholeSessionTest::LookAtTheAddresses()
@@ -240,40 +235,40 @@ void WholeSessionTest::ChangeTheAzimuthRotator()
     ShowPage("Azimuth Configuration");
     if (unit->knowsRotors) {
         Click(Find<QComboBox>("listRotors"));
-        Type(Text("YAESU"));
+        Type("YAESU");
         Press(Qt::Key_Return);
         CompareFields({{"2", "22"}, {"8", "50"}, {"txtRotorType", "Potentiometer"}});
     } else {
-        Overtype(Find<QLineEdit>("0"), Text(unit->azimuthDifference));
+        Overtype(Find<QLineEdit>("0"), QString(unit->azimuthDifference));
     }
     CompareFields({{"0", unit->azimuthDifference}});
     Click(Find<QPushButton>("btnSendToDevice"));
-    QCOMPARE(StatusLine(), Text("Azimuth Motor configuration sent successfully."));
-    CompareTaken({Text(unit->azimuthCommand)});
+    QCOMPARE(StatusLine(), "Azimuth Motor configuration sent successfully.");
+    CompareTaken({QString(unit->azimuthCommand)});
 }
 
 void WholeSessionTest::ChangeThePolarRotator()
 {
     ShowPage("Pol/Eval Configuration");
-    Overtype(Find<QLineEdit>("0"), Text("321"));
-    Overtype(Find<QLineEdit>("7"), Text("25"));
+    Overtype(Find<QLineEdit>("0"), "321");
+    Overtype(Find<QLineEdit>("7"), "25");
     Click(Find<QPushButton>("btnSendToDevice"));
-    QCOMPARE(StatusLine(), Text("Polar Motor configuration sent successfully."));
-    CompareTaken({Text(unit->polarCommand)});
+    QCOMPARE(StatusLine(), "Polar Motor configuration sent successfully.");
+    CompareTaken({QString(unit->polarCommand)});
 }
 
 void WholeSessionTest::WriteTheFile()
 {
     const QString path = AnswerFileDialogOf("btnWriteToFile");
-    QCOMPARE(StatusLine(), Text("Saved to file ") + path);
+    QCOMPARE(StatusLine(), QString("Saved to file ") + path);
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const QStringList lines = QString::fromLatin1(file.readAll()).split(QLatin1Char('\n'));
-    for (const QString& line : {Text("Identnumber=4400.1290.02"),
-             Text("Serialnumber=") + Text(unit->serial), Text("MAC=") + Text(unit->mac),
-             Text("IP=") + Text(unit->address), Text("Subnet=") + Text(OldMask),
-             Text("Azimuth Slow Motion Difference (SMD)=") + Text(unit->azimuthDifference),
-             Text("Polar Slow Motion Difference (SMD)=321"), Text("Polar Loops Inside (MOT)=25")}) {
+    const QStringList lines = QString::fromLatin1(file.readAll()).split('\n');
+    const QStringList wanted{"Identnumber=4400.1290.02", QString("Serialnumber=") + unit->serial,
+        QString("MAC=") + unit->mac, QString("IP=") + unit->address, QString("Subnet=") + OldMask,
+        QString("Azimuth Slow Motion Difference (SMD)=") + unit->azimuthDifference,
+        "Polar Slow Motion Difference (SMD)=321", "Polar Loops Inside (MOT)=25"};
+    for (const QString& line : wanted) {
         QVERIFY2(lines.contains(line), qPrintable(line));
     }
 }
@@ -281,34 +276,34 @@ void WholeSessionTest::WriteTheFile()
 void WholeSessionTest::ReadTheFile()
 {
     ShowPage("Azimuth Configuration");
-    Overtype(Find<QLineEdit>("0"), Text("77"));
+    Overtype(Find<QLineEdit>("0"), "77");
     AnswerFileDialogOf("btnReadFromFile");
-    QCOMPARE(StatusLine(), Text("Read file successfully."));
+    QCOMPARE(StatusLine(), "Read file successfully.");
     CompareFields({{"0", unit->azimuthDifference}});
 }
 
 void WholeSessionTest::ChangeTheAddress()
 {
     ShowPage("IP Configuration");
-    Overtype(Find<QLineEdit>("txtNewIpAddress"), Text(unit->newAddress));
-    Overtype(Find<QLineEdit>("txtNewSubnetMask"), Text(NewMask));
+    Overtype(Find<QLineEdit>("txtNewIpAddress"), QString(unit->newAddress));
+    Overtype(Find<QLineEdit>("txtNewSubnetMask"), QString(NewMask));
     Click(Find<QPushButton>("btnSendIpAddress"));
-    QCOMPARE(StatusLine(), Text("Ip Address & Subset Mask changed successfully."));
-    QCOMPARE(ConnectionLine(), Text("Connected to ") + Text(unit->newAddress));
+    QCOMPARE(StatusLine(), "Ip Address & Subset Mask changed successfully.");
+    QCOMPARE(ConnectionLine(), QString("Connected to ") + QString(unit->newAddress));
     CompareFields({{"txtIpAddress", unit->newAddress}, {"txtNewIpAddress", unit->newAddress},
         {"txtNewSubnetMask", NewMask}});
-    CompareTaken({Text(unit->addressCommand)});
-    movedUnits.append(Text(unit->newAddress) + QLatin1Char(' ') + Text(unit->mac).toLower());
+    CompareTaken({QString(unit->addressCommand)});
+    movedUnits.append(QString(unit->newAddress) + QLatin1Char(' ') + QString(unit->mac).toLower());
 }
 
 // In this range there is a computer, too.
 void WholeSessionTest::FindTheUnitInTheSearch()
 {
     ShowPage("Detect Z&K Device");
-    Overtype(Find<QLineEdit>("txtStartIpAddress"), Text("192.168.0.131"));
-    Overtype(Find<QLineEdit>("txtEndIpAddress"), Text("192.168.0.141"));
+    Overtype(Find<QLineEdit>("txtStartIpAddress"), "192.168.0.131");
+    Overtype(Find<QLineEdit>("txtEndIpAddress"), "192.168.0.141");
     Click(Find<QPushButton>("btnFindDevices"));
-    QCOMPARE(StatusLine(), Text("Detect Z&K Devices: Ready"));
+    QCOMPARE(StatusLine(), "Detect Z&K Devices: Ready");
     QStringList found;
     const auto* const table = Find<QTableWidget>("tblDetectDevices");
     for (int row = 0; row < table->rowCount(); ++row) {
@@ -333,7 +328,7 @@ void WholeSessionTest::ConnectToTheNewAddress()
 
 void WholeSessionTest::SendTheFirmware()
 {
-    QFile image(folder.filePath(Text("VX440.cyacd")));
+    QFile image(folder.filePath("VX440.cyacd"));
     QVERIFY(image.open(QIODevice::WriteOnly));
     const QByteArray content = Image(1136);
     QCOMPARE(image.write(content), qint64(content.size()));
@@ -342,9 +337,9 @@ void WholeSessionTest::SendTheFirmware()
     ClickAndChooseFile(Find<QToolButton>("btnSelectFirmware"), image.fileName());
     CompareFields({{"txtFirmwareFile", "VX440.cyacd"}});
     Click(Find<QPushButton>("btnLoadFirmware"));
-    QCOMPARE(StatusLine(), Text("Firmware sent to device successfully!"));
-    CompareTaken(
-        {Text("CF3 ") + InHex(Blocks(content).first()), Text("CF4 ") + InHex(Checksum(content))});
+    QCOMPARE(StatusLine(), "Firmware sent to device successfully!");
+    CompareTaken({QString("CF3 ") + InHex(Blocks(content).first()),
+        QString("CF4 ") + InHex(Checksum(content))});
     QVERIFY(Find<QPushButton>("btnUpdateFirmware")->isEnabled());
 }
 
@@ -352,17 +347,17 @@ void WholeSessionTest::UpdateTheFirmware()
 {
     Click(Find<QPushButton>("btnUpdateFirmware"));
     QCOMPARE(StatusLine(),
-        Text("Firmware Updated successfully to v") + Text(unit->nextFirmware) + Text("\r."));
-    CompareTaken({Text("CF5 ") + InHex(QByteArray(255, '\0')), Text("*IDN?"), Text("CF8")});
+        QString("Firmware Updated successfully to v") + QString(unit->nextFirmware) + "\r.");
+    CompareTaken({QString("CF5 ") + InHex(QByteArray(255, '\0')), "*IDN?", "CF8"});
     ShowPage("Info");
     CompareFields({{"txtSerialNumber", unit->serial}, {"txtVersionNumber", unit->nextFirmware}});
 }
 
 void WholeSessionTest::CompareLoaded(const char* address)
 {
-    QCOMPARE(ConnectionLine(), Text("Connected to ") + Text(address));
-    QCOMPARE(Find<QPushButton>("btnConnect")->text(), Text("Connected"));
-    QCOMPARE(StatusLine(), Text(unit->loadedStatus));
+    QCOMPARE(ConnectionLine(), QString("Connected to ") + QString(address));
+    QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connected");
+    QCOMPARE(StatusLine(), QString(unit->loadedStatus));
     CompareTaken(Loading(*unit));
 }
 
@@ -372,9 +367,9 @@ void WholeSessionTest::CompareFields(const QVector<QPair<const char*, const char
     QStringList shown;
     QStringList expected;
     for (const auto& field : fields) {
-        const QString name = Text(field.first) + QLatin1Char(' ');
+        const QString name = QString(field.first) + ' ';
         shown.append(name + Find<QLineEdit>(field.first)->text().trimmed());
-        expected.append(name + Text(field.second));
+        expected.append(name + QString(field.second));
     }
     QCOMPARE(shown, expected);
 }
@@ -389,7 +384,7 @@ void WholeSessionTest::CompareTaken(const QStringList& commands)
 // With the path of the unit's file, which it gives back.
 QString WholeSessionTest::AnswerFileDialogOf(const char* button)
 {
-    const QString path = folder.filePath(Text(unit->serial) + Text(".txt"));
+    const QString path = folder.filePath(QString(unit->serial) + ".txt");
     ClickAndChooseFile(Find<QPushButton>(button), path);
     return path;
 }

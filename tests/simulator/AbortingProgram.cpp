@@ -27,7 +27,7 @@ void AbortInTime(const QString& address)
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    if (application.arguments().value(1) == QLatin1String("RunningSimulator")) {
+    if (application.arguments().value(1) == "RunningSimulator") {
         const RunningSimulator unit;
         AbortInTime(RunningSimulator::Address(1));
     }

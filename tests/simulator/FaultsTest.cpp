@@ -39,8 +39,8 @@ void FaultsTest::everyKindIsInTheTableOnce()
         QVERIFY(fault.kind != FaultKind::None);
         QVERIFY(qstrlen(fault.effect) > 0);
     }
-    QCOMPARE(names.join(QLatin1Char(' ')),
-        QStringLiteral("silent refusing slow bytewise garbage closing resetting short long wrong"));
+    QCOMPARE(names.join(' '),
+        "silent refusing slow bytewise garbage closing resetting short long wrong");
 }
 
 void FaultsTest::aTextNamesAFault_data()
@@ -49,19 +49,17 @@ void FaultsTest::aTextNamesAFault_data()
     QTest::addColumn<FaultKind>("kind");
     QTest::addColumn<Command>("command");
     QTest::addColumn<int>("occurrence");
-    QTest::addRow("a kind alone") << QStringLiteral("silent") << FaultKind::Silent
-                                  << Command::Unknown << 0;
+    QTest::addRow("a kind alone") << "silent" << FaultKind::Silent << Command::Unknown << 0;
     QTest::addRow("a kind and a command")
-        << QStringLiteral("slow:CF10") << FaultKind::Slow << Command::SetOptionDescriptions << 0;
+        << "slow:CF10" << FaultKind::Slow << Command::SetOptionDescriptions << 0;
     QTest::addRow("a kind, a command and an occurrence")
-        << QStringLiteral("refusing:CF3:12") << FaultKind::Refusing << Command::FirmwareBlock << 12;
-    QTest::addRow("a command with colons") << QStringLiteral("short:GET:OPTION:INTERNAL?")
-                                           << FaultKind::Short << Command::ReadOptions << 0;
+        << "refusing:CF3:12" << FaultKind::Refusing << Command::FirmwareBlock << 12;
+    QTest::addRow("a command with colons")
+        << "short:GET:OPTION:INTERNAL?" << FaultKind::Short << Command::ReadOptions << 0;
     QTest::addRow("a command with colons and an occurrence")
-        << QStringLiteral("wrong:GET:OPTION:DESC?:2") << FaultKind::Wrong
-        << Command::ReadOptionDescriptions << 2;
+        << "wrong:GET:OPTION:DESC?:2" << FaultKind::Wrong << Command::ReadOptionDescriptions << 2;
     QTest::addRow("an occurrence of any command")
-        << QStringLiteral("closing::3") << FaultKind::Closing << Command::Unknown << 3;
+        << "closing::3" << FaultKind::Closing << Command::Unknown << 3;
 }
 
 void FaultsTest::aTextNamesAFault()
@@ -83,17 +81,17 @@ void FaultsTest::aTextThatNamesNoFaultIsRefused_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("reason");
-    QTest::addRow("nothing") << QString() << QStringLiteral("no such fault: ");
-    QTest::addRow("an unknown kind")
-        << QStringLiteral("lazy") << QStringLiteral("no such fault: lazy");
-    QTest::addRow("an unknown command")
-        << QStringLiteral("silent:CF11") << QStringLiteral("no such command: CF11");
-    QTest::addRow("a command in small letters")
-        << QStringLiteral("silent:cf0") << QStringLiteral("no such command: cf0");
-    QTest::addRow("occurrence 0") << QStringLiteral("silent:CF0:0")
-                                  << QStringLiteral("occurrences count from 1: 0");
-    QTest::addRow("an occurrence that is no number")
-        << QStringLiteral("silent:CF0:x") << QStringLiteral("no such command: CF0:x");
+    QTest::addRow("nothing") << QString() << "no such fault: ";
+    QTest::addRow("an unknown kind") << "lazy"
+                                     << "no such fault: lazy";
+    QTest::addRow("an unknown command") << "silent:CF11"
+                                        << "no such command: CF11";
+    QTest::addRow("a command in small letters") << "silent:cf0"
+                                                << "no such command: cf0";
+    QTest::addRow("occurrence 0") << "silent:CF0:0"
+                                  << "occurrences count from 1: 0";
+    QTest::addRow("an occurrence that is no number") << "silent:CF0:x"
+                                                     << "no such command: CF0:x";
 }
 
 void FaultsTest::aTextThatNamesNoFaultIsRefused()
@@ -142,7 +140,7 @@ void FaultsTest::theFaultSetLastWins()
     faults.Add(Fault{FaultKind::Slow, Command::ReadIdentity, 0});
     faults.Add(Fault{FaultKind::Silent, Command::Unknown, 0});
     QCOMPARE(faults.Meet(Command::ReadIdentity), FaultKind::Silent);
-    QCOMPARE(faults.Texts(), (QStringList{QStringLiteral("slow:*IDN?"), QStringLiteral("silent")}));
+    QCOMPARE(faults.Texts(), (QStringList{"slow:*IDN?", "silent"}));
 }
 
 void FaultsTest::clearedFaultsMeetNothing()

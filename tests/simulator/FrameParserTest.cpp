@@ -136,7 +136,7 @@ void FrameParserTest::theSecondCommandFollowsDirectlyBehindTheFirst()
         frames += parser.InputQuiet();
     }
     frames += parser.Take(QByteArrayLiteral("CF8\r"));
-    QCOMPARE(Texts(frames), (QStringList{Line(mnemonic, payload), QStringLiteral("CF8")}));
+    QCOMPARE(Texts(frames), (QStringList{Line(mnemonic, payload), "CF8"}));
 }
 
 void FrameParserTest::everyBeginningOfACommandWaitsForTheRest_data()
@@ -164,14 +164,12 @@ void FrameParserTest::quietEndsAnOpenPayloadAndShortWords_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("line");
-    QTest::addRow("CF6 with the address only")
-        << QByteArray("CF6\r\x04\xb0", 6) << QStringLiteral("CF6 04B0");
-    QTest::addRow("CF6 with nothing") << QByteArray("CF6\r") << QStringLiteral("CF6");
-    QTest::addRow("CF9 without text") << QByteArray("CF9\r") << QStringLiteral("CF9");
-    QTest::addRow("CF10 with text") << QByteArray("CF10\ra;b") << QStringLiteral("CF10 613B62");
-    QTest::addRow("HCF without words") << QByteArray("HCF\r") << QStringLiteral("HCF");
-    QTest::addRow("VCF with one word")
-        << QByteArray("VCF\r\x01\xf4", 6) << QStringLiteral("VCF 01F4");
+    QTest::addRow("CF6 with the address only") << QByteArray("CF6\r\x04\xb0", 6) << "CF6 04B0";
+    QTest::addRow("CF6 with nothing") << QByteArray("CF6\r") << "CF6";
+    QTest::addRow("CF9 without text") << QByteArray("CF9\r") << "CF9";
+    QTest::addRow("CF10 with text") << QByteArray("CF10\ra;b") << "CF10 613B62";
+    QTest::addRow("HCF without words") << QByteArray("HCF\r") << "HCF";
+    QTest::addRow("VCF with one word") << QByteArray("VCF\r\x01\xf4", 6) << "VCF 01F4";
 }
 
 void FrameParserTest::quietEndsAnOpenPayloadAndShortWords()
@@ -192,16 +190,14 @@ void FrameParserTest::quietDoesNotEndAPayloadOfKnownLength()
     QVERIFY(parser.Take(QByteArrayLiteral("CF7\r\0")).isEmpty());
     QVERIFY(!parser.WaitsForQuiet());
     QVERIFY(parser.InputQuiet().isEmpty());
-    QCOMPARE(Texts(parser.Take(QByteArray("\x40\x04\xb0", 3))),
-        QStringList{QStringLiteral("CF7 004004B0")});
+    QCOMPARE(Texts(parser.Take(QByteArray("\x40\x04\xb0", 3))), QStringList{"CF7 004004B0"});
 }
 
 void FrameParserTest::unknownBytesAreReportedUpToTheCarriageReturn()
 {
     FrameParser parser(Generation::From3);
     QCOMPARE(Texts(parser.Take(QByteArrayLiteral("CF11\rcf0\r\rCF0\r"))),
-        (QStringList{QStringLiteral("unknown 43463131"), QStringLiteral("unknown 636630"),
-            QStringLiteral("unknown"), QStringLiteral("CF0")}));
+        (QStringList{"unknown 43463131", "unknown 636630", "unknown", "CF0"}));
 }
 
 void FrameParserTest::bytesWithoutACarriageReturnAreReportedInPieces()
@@ -213,21 +209,21 @@ void FrameParserTest::bytesWithoutACarriageReturnAreReportedInPieces()
         QCOMPARE(FrameText(frame), Line("unknown", QByteArray(256, 'x')));
     }
     QCOMPARE(Texts(parser.Take(QByteArrayLiteral("\rCF8\r"))),
-        (QStringList{Line("unknown", QByteArray(232, 'x')), QStringLiteral("CF8")}));
+        (QStringList{Line("unknown", QByteArray(232, 'x')), "CF8"}));
 }
 
 void FrameParserTest::anEndlessPayloadIsCutAt4096Bytes()
 {
     FrameParser parser(Generation::From3);
     const QVector<Frame> frames = parser.Take("CF6\r" + Payload(4096) + "CF8\r");
-    QCOMPARE(Texts(frames), (QStringList{Line("CF6", Payload(4096)), QStringLiteral("CF8")}));
+    QCOMPARE(Texts(frames), (QStringList{Line("CF6", Payload(4096)), "CF8"}));
 }
 
 void FrameParserTest::aCarriageReturnInsideAPayloadIsData()
 {
     FrameParser parser(Generation::From3);
-    QCOMPARE(Texts(parser.Take(QByteArray("CF1\rCF0\r\r\rCF"))),
-        QStringList{QStringLiteral("CF1 4346300D0D0D4346")});
+    QCOMPARE(
+        Texts(parser.Take(QByteArray("CF1\rCF0\r\r\rCF"))), QStringList{"CF1 4346300D0D0D4346"});
 }
 
 QTEST_APPLESS_MAIN(FrameParserTest)

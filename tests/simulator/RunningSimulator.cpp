@@ -18,12 +18,12 @@ QString PrintedText(QByteArray output)
 RunningSimulator::RunningSimulator(const QStringList& arguments, const QStringList& launcher)
 {
     QStringList words = launcher;
-    words << qEnvironmentVariable("VX440_SIMULATOR") << QStringLiteral("--end-with-input")
-          << QStringLiteral("--address") << Address(1) << arguments;
+    words << qEnvironmentVariable("VX440_SIMULATOR") << "--end-with-input"
+          << "--address" << Address(1) << arguments;
     const QString program = words.takeFirst();
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.start(program, words);
-    ready = process.waitForStarted() && !LineThatBegins(QStringLiteral("ready ")).isNull();
+    ready = process.waitForStarted() && !LineThatBegins("ready ").isNull();
 }
 
 RunningSimulator::~RunningSimulator()
@@ -35,7 +35,7 @@ RunningSimulator::~RunningSimulator()
 QString RunningSimulator::Address(int last)
 {
     const qint64 id = QCoreApplication::applicationPid();
-    return QStringLiteral("127.%1.%2.%3").arg(1 + id / 256 % 254).arg(id % 256).arg(last);
+    return QString("127.%1.%2.%3").arg(1 + id / 256 % 254).arg(id % 256).arg(last);
 }
 
 QString RunningSimulator::NextLine()
@@ -66,18 +66,17 @@ QStringList RunningSimulator::Tell(const QString& command)
     do {
         line = NextLine();
         lines.append(line);
-    } while (
-        !line.isNull() && line != QLatin1String("ok") && !line.startsWith(QLatin1String("error ")));
+    } while (!line.isNull() && line != "ok" && !line.startsWith("error "));
     return lines;
 }
 
 QMap<QString, QString> RunningSimulator::State()
 {
     QMap<QString, QString> state;
-    const QStringList lines = Tell(QStringLiteral("state"));
+    const QStringList lines = Tell("state");
     for (const QString& line : lines) {
-        if (line.startsWith(QLatin1String("state "))) {
-            state.insert(line.section(QLatin1Char(' '), 1, 1), line.section(QLatin1Char(' '), 2));
+        if (line.startsWith("state ")) {
+            state.insert(line.section(' ', 1, 1), line.section(' ', 2));
         }
     }
     return state;

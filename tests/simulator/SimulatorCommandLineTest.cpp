@@ -27,11 +27,6 @@ struct Result
     QString errors;
 };
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 Result Run(const QStringList& arguments)
 {
     QProcess process;
@@ -45,39 +40,37 @@ Result Run(const QStringList& arguments)
 
 void SimulatorCommandLineTest::helpNamesEveryOptionAndFault()
 {
-    const Result help = Run({Text("--help")});
+    const Result help = Run({"--help"});
     QCOMPARE(help.code, 0);
     for (const char* name : {"address", "port", "mask", "interface", "firmware", "new-firmware",
              "part", "serial", "mac", "azimuth", "polar", "options", "option-descriptions",
              "eeprom", "save-eeprom", "save-firmware", "away-ms", "slow-ms", "fault", "list-faults",
              "trace", "end-with-input", "version", "help"}) {
-        const QRegularExpression word(Text("--%1\\b(?!-)").arg(Text(name)));
+        const QRegularExpression word(QString("--%1\\b(?!-)").arg(QString(name)));
         QVERIFY2(help.output.contains(word), name);
     }
-    const QStringList faults =
-        Run({Text("--list-faults")}).output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList faults = Run({"--list-faults"}).output.split('\n', Qt::SkipEmptyParts);
     for (const QString& fault : faults) {
-        QVERIFY2(help.output.contains(Text("\n  ") + fault + Text(" ")), qPrintable(fault));
+        QVERIFY2(help.output.contains(QString("\n  ") + fault + " "), qPrintable(fault));
     }
     for (const char* line : {"fault KIND", "clear", "drop", "close", "state", "quit"}) {
-        QVERIFY2(help.output.contains(Text("\n  ") + Text(line)), line);
+        QVERIFY2(help.output.contains(QString("\n  ") + QString(line)), line);
     }
 }
 
 void SimulatorCommandLineTest::versionIsPrinted()
 {
-    const Result version = Run({Text("--version")});
+    const Result version = Run({"--version"});
     QCOMPARE(version.code, 0);
-    QCOMPARE(version.output, Text("vx440-simulator 1.0.0\n"));
+    QCOMPARE(version.output, "vx440-simulator 1.0.0\n");
 }
 
 void SimulatorCommandLineTest::listFaultsPrintsOneNameALine()
 {
-    const Result faults = Run({Text("--list-faults")});
+    const Result faults = Run({"--list-faults"});
     QCOMPARE(faults.code, 0);
     QCOMPARE(faults.output,
-        Text(
-            "silent\nrefusing\nslow\nbytewise\ngarbage\nclosing\nresetting\nshort\nlong\nwrong\n"));
+        "silent\nrefusing\nslow\nbytewise\ngarbage\nclosing\nresetting\nshort\nlong\nwrong\n");
 }
 
 void SimulatorCommandLineTest::aBadValueEndsItWithCode1_data()
@@ -85,9 +78,9 @@ void SimulatorCommandLineTest::aBadValueEndsItWithCode1_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("message");
     const auto add = [](const char* option, const char* value, const char* message) {
-        QTest::addRow("%s %s", option, value)
-            << QStringList{Text(option), Text(value)}
-            << Text("vx440-simulator: bad value of %1: %2\n").arg(Text(option), Text(message));
+        QTest::addRow("%s %s", option, value) << QStringList{QString(option), QString(value)}
+                                              << QString("vx440-simulator: bad value of %1: %2\n")
+                                                     .arg(QString(option), QString(message));
     };
     add("--address", "unit", "unit");
     add("--address", "::1", "::1");
@@ -105,7 +98,7 @@ void SimulatorCommandLineTest::aBadValueEndsItWithCode1_data()
     add("--fault", "lazy", "no such fault: lazy");
     add("--fault", "slow:CF99", "no such command: CF99");
     QTest::addRow("an argument that is no option")
-        << QStringList{Text("127.0.0.1")} << Text("vx440-simulator: unknown argument: 127.0.0.1\n");
+        << QStringList{"127.0.0.1"} << "vx440-simulator: unknown argument: 127.0.0.1\n";
 }
 
 void SimulatorCommandLineTest::aBadValueEndsItWithCode1()
@@ -122,11 +115,10 @@ void SimulatorCommandLineTest::anAddressInUseEndsItWithCode1()
 {
     RunningSimulator first;
     QVERIFY(first.IsReady());
-    const Result second = Run({Text("--address"), RunningSimulator::Address(1)});
+    const Result second = Run({"--address", RunningSimulator::Address(1)});
     QCOMPARE(second.code, 1);
-    QVERIFY2(
-        second.errors.startsWith(
-            Text("vx440-simulator: cannot listen on %1:50000: ").arg(RunningSimulator::Address(1))),
+    QVERIFY2(second.errors.startsWith(QString("vx440-simulator: cannot listen on %1:50000: ")
+                                          .arg(RunningSimulator::Address(1))),
         qPrintable(second.errors));
     QCOMPARE(second.output, QString());
 }
@@ -135,25 +127,24 @@ void SimulatorCommandLineTest::port0TakesAFreePort()
 {
     QProcess process;
     process.start(qEnvironmentVariable("VX440_SIMULATOR"),
-        {Text("--address"), RunningSimulator::Address(1), Text("--port"), Text("0"),
-            Text("--end-with-input")});
+        {"--address", RunningSimulator::Address(1), "--port", "0", "--end-with-input"});
     while (!process.canReadLine() && process.waitForReadyRead()) {
     }
     const QString line = QString::fromLocal8Bit(process.readLine()).trimmed();
-    QVERIFY2(line.section(QLatin1Char(':'), 1).toUShort() > 0, qPrintable(line));
+    QVERIFY2(line.section(':', 1).toUShort() > 0, qPrintable(line));
     process.kill();
     process.waitForFinished();
 }
 
 void SimulatorCommandLineTest::anInterfaceThatIsNotThereIsReported()
 {
-    RunningSimulator simulator({Text("--interface"), Text("vx440-no")});
+    RunningSimulator simulator({"--interface", "vx440-no"});
     Client client;
     client.Send("CF2\r" + QByteArray::fromHex("024C7E000130"));
-    QVERIFY(!simulator.LineThatBegins(Text("CF2 024C7E000130")).isNull());
-    simulator.Tell(Text("state"));
+    QVERIFY(!simulator.LineThatBegins("CF2 024C7E000130").isNull());
+    simulator.Tell("state");
     QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
-                .contains(Text("ip link set dev vx440-no address 02:4c:7e:00:01:30: ")));
+                .contains("ip link set dev vx440-no address 02:4c:7e:00:01:30: "));
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
 }
 

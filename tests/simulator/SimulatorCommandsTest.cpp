@@ -36,11 +36,6 @@ namespace {
 
 using firmwarestream::BigEndian;
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 QString Line(const QByteArray& mnemonic, const QByteArray& payload)
 {
     return QString::fromLatin1(mnemonic + ' ' + payload.toHex().toUpper());
@@ -79,9 +74,9 @@ void SimulatorCommandsTest::itSaysWhereItListensAndWhoComes()
     {
         Client client;
         QVERIFY(client.IsOpen());
-        QVERIFY(!simulator.LineThatBegins(Text("connected 127.")).isNull());
+        QVERIFY(!simulator.LineThatBegins("connected 127.").isNull());
     }
-    QCOMPARE(simulator.LineThatBegins(Text("disconnected")), Text("disconnected"));
+    QCOMPARE(simulator.LineThatBegins("disconnected"), "disconnected");
 }
 
 void SimulatorCommandsTest::itPrintsEveryCommandWithItsPayload_data()
@@ -115,10 +110,9 @@ void SimulatorCommandsTest::itPrintsEveryCommandWithItsPayload()
 
 void SimulatorCommandsTest::queriesAreAnsweredAsTheCommandLineSays()
 {
-    RunningSimulator simulator({Text("--part"), Text("1111.2222.33"), Text("--serial"),
-        Text("987654"), Text("--firmware"), Text("3.2"), Text("--mac"), Text("02:4c:7e:0a:0b:0c"),
-        Text("--mask"), Text("255.0.0.0"), Text("--azimuth"), Text("1,2,3"), Text("--polar"),
-        Text("65535"), Text("--options"), Text("a,b"), Text("--option-descriptions"), Text("c;d")});
+    RunningSimulator simulator({"--part", "1111.2222.33", "--serial", "987654", "--firmware", "3.2",
+        "--mac", "02:4c:7e:0a:0b:0c", "--mask", "255.0.0.0", "--azimuth", "1,2,3", "--polar",
+        "65535", "--options", "a,b", "--option-descriptions", "c;d"});
     Client client;
     client.Send("*IDN?\r");
     QCOMPARE(client.ReadText(), QByteArray("ZELMA&KOVINTH,VX440,1111.2222.33/987654,3.2\r"));
@@ -134,13 +128,13 @@ void SimulatorCommandsTest::queriesAreAnsweredAsTheCommandLineSays()
         block.mid(54, 4), BigEndian(QHostAddress(RunningSimulator::Address(1)).toIPv4Address()));
     QCOMPARE(block.mid(58).toHex(), QByteArray("ff000000").leftJustified(34, '0'));
     for (const char* query : {"*IDN?", "GET:OPTION:INTERNAL?", "GET:OPTION:DESC?", "CF0"}) {
-        QCOMPARE(simulator.LineThatBegins(Text(query)), Text(query));
+        QCOMPARE(simulator.LineThatBegins(QString(query)), QString(query));
     }
 }
 
 void SimulatorCommandsTest::anOldUnitAnswers67BytesAndTakesTheLongConfiguration()
 {
-    RunningSimulator simulator({Text("--firmware"), Text("2.9")});
+    RunningSimulator simulator({"--firmware", "2.9"});
     Client client;
     const QByteArray before = client.Ask("CF0\r", 67);
     QCOMPARE(before.size(), 67);
@@ -164,7 +158,7 @@ void SimulatorCommandsTest::aNewUnitAnswers75BytesAndTakesTheShortConfiguration(
     const QByteArray mac = QByteArray::fromHex("024C7E112233");
     client.Send("CF2\r" + mac);
     QCOMPARE(client.Ask("CF0\r", 75), before.left(48) + mac + before.mid(54));
-    QCOMPARE(simulator.State().value(Text("mac")), Text("02:4C:7E:11:22:33"));
+    QCOMPARE(simulator.State().value("mac"), "02:4C:7E:11:22:33");
 }
 
 void SimulatorCommandsTest::wordsThatWereSentAreAnsweredNext()
@@ -177,8 +171,8 @@ void SimulatorCommandsTest::wordsThatWereSentAreAnsweredNext()
     client.Send("VCF\r" + polar);
     QCOMPARE(client.Ask("CF0\r", 75).left(48), azimuth + polar);
     client.Send("HCF\r");
-    QCOMPARE(simulator.LineThatBegins(Text("CF0")), Text("CF0"));
-    QCOMPARE(simulator.LineThatBegins(Text("HCF")), Text("HCF"));
+    QCOMPARE(simulator.LineThatBegins("CF0"), "CF0");
+    QCOMPARE(simulator.LineThatBegins("HCF"), "HCF");
     QCOMPARE(client.Ask("CF0\r", 75).left(48), azimuth + polar);
 }
 
@@ -192,7 +186,7 @@ void SimulatorCommandsTest::framesByteByByteGiveTheSameAnswers()
         client.Send(QByteArray(1, byte));
     }
     QCOMPARE(client.Read(75).left(24), words);
-    QCOMPARE(simulator.LineThatBegins(Text("HCF")), Line("HCF", words));
+    QCOMPARE(simulator.LineThatBegins("HCF"), Line("HCF", words));
 }
 
 void SimulatorCommandsTest::anIncompleteFrameIsTakenWhenTheClientGoes()
@@ -202,8 +196,8 @@ void SimulatorCommandsTest::anIncompleteFrameIsTakenWhenTheClientGoes()
         Client client;
         client.Send("VCF\r\1\2");
     }
-    QCOMPARE(simulator.LineThatBegins(Text("VCF")), Text("VCF 0102"));
-    QCOMPARE(simulator.LineThatBegins(Text("disconnected")), Text("disconnected"));
+    QCOMPARE(simulator.LineThatBegins("VCF"), "VCF 0102");
+    QCOMPARE(simulator.LineThatBegins("disconnected"), "disconnected");
 }
 
 void SimulatorCommandsTest::aNewClientIsServedBesideAnOldOne()
@@ -214,18 +208,18 @@ void SimulatorCommandsTest::aNewClientIsServedBesideAnOldOne()
     Client fresh;
     QCOMPARE(fresh.Ask("CF8\r", 2), QByteArray("0\r"));
     QCOMPARE(old.Ask(QByteArray::fromHex("000000"), 256).size(), 256);
-    QCOMPARE(simulator.State().value(Text("clients")), Text("2"));
+    QCOMPARE(simulator.State().value("clients"), "2");
 }
 
 void SimulatorCommandsTest::aClientThatReadsNothingIsNotReadEither()
 {
     constexpr int requests = 1000;
     constexpr int answerSize = 2 * 65535;
-    const auto taken = [](const QStringList& lines) { return lines.count(Text("CF7 FFFF0000")); };
-    RunningSimulator simulator({Text("--fault"), Text("long:CF7")});
+    const auto taken = [](const QStringList& lines) { return lines.count("CF7 FFFF0000"); };
+    RunningSimulator simulator({"--fault", "long:CF7"});
     Client client;
     client.Send(QByteArray("CF7\r" + QByteArray::fromHex("FFFF0000")).repeated(requests));
-    const int atFirst = taken(simulator.Tell(Text("state")));
+    const int atFirst = taken(simulator.Tell("state"));
     // The system's buffers take a few megabytes of these 131.
     QVERIFY2(atFirst < requests / 2, qPrintable(QString::number(atFirst)));
 
@@ -234,7 +228,7 @@ void SimulatorCommandsTest::aClientThatReadsNothingIsNotReadEither()
     for (int count = 1; count < requests; ++count) {
         QVERIFY(client.Read(answerSize) == answer);
     }
-    QCOMPARE(atFirst + taken(simulator.Tell(Text("state"))), requests);
+    QCOMPARE(atFirst + taken(simulator.Tell("state")), requests);
 }
 
 void SimulatorCommandsTest::theUnitMovesToItsNewAddress()
@@ -245,8 +239,8 @@ void SimulatorCommandsTest::theUnitMovesToItsNewAddress()
     const QByteArray payload =
         BigEndian(QHostAddress(target).toIPv4Address()) + QByteArray::fromHex("FFFF0000");
     client.Send("CF1\r" + payload);
-    QCOMPARE(simulator.LineThatBegins(Text("CF1")), Line("CF1", payload));
-    QCOMPARE(simulator.LineThatBegins(Text("ready")), Text("ready %1:50000").arg(target));
+    QCOMPARE(simulator.LineThatBegins("CF1"), Line("CF1", payload));
+    QCOMPARE(simulator.LineThatBegins("ready"), QString("ready %1:50000").arg(target));
 
     Client late;
     QVERIFY(!late.IsOpen());
@@ -257,24 +251,24 @@ void SimulatorCommandsTest::theUnitMovesToItsNewAddress()
     moved.Send("*IDN?\r");
     QVERIFY(moved.ReadText().startsWith("ZELMA"));
     // The old connection is not served: the next line is not its CF8.
-    QCOMPARE(simulator.LineThatBegins(Text("CF0")), Text("CF0"));
-    QVERIFY(!simulator.Tell(Text("state")).contains(Text("CF8")));
+    QCOMPARE(simulator.LineThatBegins("CF0"), "CF0");
+    QVERIFY(!simulator.Tell("state").contains("CF8"));
 }
 
 void SimulatorCommandsTest::theUnitStaysWhereTheNewAddressIsNotThere()
 {
-    const QString ready = Text("ready %1:50000").arg(RunningSimulator::Address(1));
+    const QString ready = QString("ready %1:50000").arg(RunningSimulator::Address(1));
     RunningSimulator simulator;
     Client client;
     client.Send("CF1\r" + QByteArray::fromHex("C0000201FFFFFFFE"));
-    QCOMPARE(simulator.LineThatBegins(Text("ready")), ready);
+    QCOMPARE(simulator.LineThatBegins("ready"), ready);
     QByteArray errors; // not in step with the output
     QTRY_VERIFY((errors += simulator.Process().readAllStandardError()).endsWith('\n'));
     QVERIFY(errors.startsWith("vx440-simulator: cannot listen on 192.0.2.1:50000: "));
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
     QCOMPARE(Client().Ask("CF8\r", 2), QByteArray("0\r"));
-    QCOMPARE(simulator.State().value(Text("address")), RunningSimulator::Address(1));
-    QCOMPARE(simulator.State().value(Text("mask")), Text("255.255.255.0"));
+    QCOMPARE(simulator.State().value("address"), RunningSimulator::Address(1));
+    QCOMPARE(simulator.State().value("mask"), "255.255.255.0");
 }
 
 void SimulatorCommandsTest::aNewMaskAloneLeavesTheClientsAlone()
@@ -284,22 +278,22 @@ void SimulatorCommandsTest::aNewMaskAloneLeavesTheClientsAlone()
     const QByteArray address =
         BigEndian(QHostAddress(RunningSimulator::Address(1)).toIPv4Address());
     client.Send("CF1\r" + address + QByteArray::fromHex("FF000000"));
-    QCOMPARE(simulator.LineThatBegins(Text("ready")),
-        Text("ready %1:50000").arg(RunningSimulator::Address(1)));
+    QCOMPARE(simulator.LineThatBegins("ready"),
+        QString("ready %1:50000").arg(RunningSimulator::Address(1)));
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
-    QCOMPARE(simulator.State().value(Text("mask")), Text("255.0.0.0"));
+    QCOMPARE(simulator.State().value("mask"), "255.0.0.0");
 }
 
 void SimulatorCommandsTest::theEepromIsWrittenReadAndSaved()
 {
     QTemporaryDir directory;
-    const QString path = directory.filePath(Text("eeprom.bin"));
-    const QString saved = directory.filePath(Text("saved.bin"));
+    const QString path = directory.filePath("eeprom.bin");
+    const QString saved = directory.filePath("saved.bin");
     QByteArray eeprom = Fixed(2400);
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(eeprom) == 2400 && file.flush());
 
-    RunningSimulator simulator({Text("--eeprom"), path, Text("--save-eeprom"), saved});
+    RunningSimulator simulator({"--eeprom", path, "--save-eeprom", saved});
     Client client;
     QCOMPARE(client.Ask(QByteArray("CF7\r") + QByteArray::fromHex("00FF04B0"), 255),
         eeprom.mid(1200, 255));
@@ -309,7 +303,7 @@ void SimulatorCommandsTest::theEepromIsWrittenReadAndSaved()
     QCOMPARE(client.Ask("CF6\r" + QByteArray::fromHex("04B0") + data, 2), QByteArray("1\r"));
     eeprom.replace(1200, 1199, data);
     QCOMPARE(FileContent(saved), eeprom);
-    QCOMPARE(simulator.State().value(Text("eeprom-sha256")), Sha256(eeprom));
+    QCOMPARE(simulator.State().value("eeprom-sha256"), Sha256(eeprom));
     QCOMPARE(client.Ask("CF6\r" + QByteArray::fromHex("04B2") + data, 2), QByteArray("0\r"));
     QCOMPARE(client.Ask("CF6\r" + QByteArray::fromHex("0000"), 2), QByteArray("1\r"));
     QCOMPARE(FileContent(saved), eeprom);
@@ -328,8 +322,8 @@ void SimulatorCommandsTest::theOptionsAreWrittenAndRead()
 void SimulatorCommandsTest::anUpdateTakesTheUnitAwayAndBringsTheNewVersion()
 {
     QTemporaryDir directory;
-    const QString saved = directory.filePath(Text("image.cyacd"));
-    RunningSimulator simulator({Text("--save-firmware"), saved, Text("--away-ms"), Text("700")});
+    const QString saved = directory.filePath("image.cyacd");
+    RunningSimulator simulator({"--save-firmware", saved, "--away-ms", "700"});
     const QByteArray image = Fixed(5000);
     Client client;
     SendImage(client, image);
@@ -338,27 +332,26 @@ void SimulatorCommandsTest::anUpdateTakesTheUnitAwayAndBringsTheNewVersion()
     QVERIFY(!Client().IsOpen());
     QCOMPARE(FileContent(saved), image);
 
-    QVERIFY(!simulator.LineThatBegins(Text("CF5 0000")).isNull());
-    QVERIFY(!simulator.LineThatBegins(Text("ready ")).isNull());
+    QVERIFY(!simulator.LineThatBegins("CF5 0000").isNull());
+    QVERIFY(!simulator.LineThatBegins("ready ").isNull());
     Client again;
     again.Send("*IDN?\r");
     QVERIFY(again.ReadText().endsWith(",3.11\r"));
     QCOMPARE(again.Ask("CF8\r", 2), QByteArray("1\r"));
     const QMap<QString, QString> state = simulator.State();
-    QCOMPARE(state.value(Text("image-bytes")), Text("5000"));
-    QCOMPARE(state.value(Text("image-sha256")), Sha256(image));
+    QCOMPARE(state.value("image-bytes"), "5000");
+    QCOMPARE(state.value("image-sha256"), Sha256(image));
 }
 
 void SimulatorCommandsTest::anUpdateCanChangeTheGeneration()
 {
-    RunningSimulator simulator({Text("--firmware"), Text("2.9"), Text("--new-firmware"),
-        Text("3.2"), Text("--away-ms"), Text("0")});
+    RunningSimulator simulator({"--firmware", "2.9", "--new-firmware", "3.2", "--away-ms", "0"});
     Client client;
     QCOMPARE(client.Ask("CF0\r", 67).size(), 67);
     SendImage(client, Fixed(100));
     client.Send("CF5\r" + QByteArray(255, '\0'));
     QVERIFY(client.WaitForEnd());
-    QVERIFY(!simulator.LineThatBegins(Text("ready ")).isNull());
+    QVERIFY(!simulator.LineThatBegins("ready ").isNull());
     Client again;
     again.Send("HCF\r" + Fixed(24));
     QCOMPARE(again.Ask("CF0\r", 75).left(24), Fixed(24));
@@ -366,14 +359,14 @@ void SimulatorCommandsTest::anUpdateCanChangeTheGeneration()
 
 void SimulatorCommandsTest::anUpdateWithoutAnImageIsNotValid()
 {
-    RunningSimulator simulator({Text("--away-ms"), Text("0")});
+    RunningSimulator simulator({"--away-ms", "0"});
     Client client;
     client.Send("CF5\r" + QByteArray(255, '\0'));
     QVERIFY(client.WaitForEnd());
-    QVERIFY(!simulator.LineThatBegins(Text("ready ")).isNull());
+    QVERIFY(!simulator.LineThatBegins("ready ").isNull());
     Client again;
     QCOMPARE(again.Ask("CF8\r", 2), QByteArray("0\r"));
-    QCOMPARE(simulator.State().value(Text("firmware")), Text("3.10"));
+    QCOMPARE(simulator.State().value("firmware"), "3.10");
 }
 
 void SimulatorCommandsTest::aWrongFirmwareBlockIsRefused()
@@ -385,8 +378,8 @@ void SimulatorCommandsTest::aWrongFirmwareBlockIsRefused()
     QCOMPARE(client.Ask("CF3\r" + blocks.at(0), 2), QByteArray("1\r"));
     QCOMPARE(client.Ask("CF3\r" + blocks.at(2), 2), QByteArray("0\r"));
     QCOMPARE(client.Ask("CF3\r" + blocks.at(1), 2), QByteArray("1\r"));
-    QCOMPARE(simulator.State().value(Text("image-bytes")), Text("2336"));
-    QCOMPARE(simulator.State().value(Text("image-whole")), Text("no"));
+    QCOMPARE(simulator.State().value("image-bytes"), "2336");
+    QCOMPARE(simulator.State().value("image-whole"), "no");
 }
 
 QTEST_GUILESS_MAIN(SimulatorCommandsTest)

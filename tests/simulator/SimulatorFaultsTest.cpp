@@ -43,11 +43,6 @@ private:
 
 namespace {
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 const QByteArray& ReadRequest()
 {
     static const QByteArray request = "CF7\r" + QByteArray::fromHex("00400000");
@@ -71,10 +66,9 @@ bool StillAnswersOthers()
 QStringList ListedFaults()
 {
     QProcess process;
-    process.start(qEnvironmentVariable("VX440_SIMULATOR"), {Text("--list-faults")});
+    process.start(qEnvironmentVariable("VX440_SIMULATOR"), {"--list-faults"});
     process.waitForFinished();
-    return PrintedText(process.readAllStandardOutput())
-        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return PrintedText(process.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
 }
 
 /// A client below Qt, which tells a reset from an orderly end.
@@ -114,24 +108,24 @@ private:
 const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest::Checks()
 {
     static const QMap<QString, std::function<void(RunningSimulator&)>> checks = {
-        {Text("silent"),
+        {"silent",
             [](RunningSimulator& simulator) {
                 Client client;
                 client.Send(ReadRequest());
-                QVERIFY(!simulator.LineThatBegins(Text("CF7 00400000")).isNull());
+                QVERIFY(!simulator.LineThatBegins("CF7 00400000").isNull());
                 // Had it been answered, the answer would stand before this one.
                 QVERIFY(client.Ask("*IDN?\r", 5) == "ZELMA");
             }},
-        {Text("refusing"),
+        {"refusing",
             [](RunningSimulator& simulator) {
                 Client client;
-                const QString before = simulator.State().value(Text("eeprom-sha256"));
+                const QString before = simulator.State().value("eeprom-sha256");
                 QCOMPARE(client.Ask("CF6\r" + QByteArray(20, 'x').prepend(QByteArray(2, '\0')), 2),
                     QByteArray("0\r"));
-                QCOMPARE(simulator.State().value(Text("eeprom-sha256")), before);
+                QCOMPARE(simulator.State().value("eeprom-sha256"), before);
                 QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
             }},
-        {Text("slow"),
+        {"slow",
             [](RunningSimulator&) {
                 Client client;
                 QElapsedTimer timer;
@@ -139,7 +133,7 @@ const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest
                 QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
                 QVERIFY(timer.elapsed() >= 300);
             }},
-        {Text("bytewise"),
+        {"bytewise",
             [](RunningSimulator&) {
                 Client client;
                 QElapsedTimer timer;
@@ -147,7 +141,7 @@ const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest
                 QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
                 QVERIFY(timer.elapsed() >= 64);
             }},
-        {Text("garbage"),
+        {"garbage",
             [](RunningSimulator&) {
                 Client client;
                 const QByteArray answer = client.Ask(ReadRequest(), 64);
@@ -158,7 +152,7 @@ const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest
                 QCOMPARE(acknowledgement.size(), 2);
                 QVERIFY(!acknowledgement.contains('\r'));
             }},
-        {Text("closing"),
+        {"closing",
             [](RunningSimulator&) {
                 Client client;
                 QByteArray before;
@@ -166,7 +160,7 @@ const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest
                 QVERIFY(client.WaitForEnd(&before));
                 QCOMPARE(before, QByteArray());
             }},
-        {Text("resetting"),
+        {"resetting",
             [](RunningSimulator&) {
                 Client client;
                 QByteArray before;
@@ -174,7 +168,7 @@ const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest
                 QVERIFY(client.WaitForEnd(&before));
                 QCOMPARE(before, QByteArray());
             }},
-        {Text("short"),
+        {"short",
             [](RunningSimulator&) {
                 Client client;
                 client.Send(ReadRequest());
@@ -183,7 +177,7 @@ const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest
                 QCOMPARE(text.indexOf("ZELMA"), 32);
                 QVERIFY(text.startsWith(QByteArray("\2\0\0\0", 4)));
             }},
-        {Text("long"),
+        {"long",
             [](RunningSimulator&) {
                 Client client;
                 const QByteArray answer = client.Ask(ReadRequest(), 128);
@@ -191,7 +185,7 @@ const QMap<QString, std::function<void(RunningSimulator&)>>& SimulatorFaultsTest
                 QCOMPARE(answer.mid(64), answer.left(64));
                 QCOMPARE(client.Ask("CF6\r" + QByteArray(2, '\0'), 3), QByteArray("11\r"));
             }},
-        {Text("wrong"),
+        {"wrong",
             [](RunningSimulator&) {
                 Client client;
                 const QByteArray answer = client.Ask(ReadRequest(), 64);
@@ -216,9 +210,8 @@ void SimulatorFaultsTest::everyFaultDoesWhatItsNameSays()
 {
     QFETCH(QString, name);
     QVERIFY2(Checks().contains(name), "a fault without a check");
-    const QString fault = Text("--fault");
-    RunningSimulator simulator(
-        {Text("--slow-ms"), Text("300"), fault, name + Text(":CF7"), fault, name + Text(":CF6")});
+    const QString fault = "--fault";
+    RunningSimulator simulator({"--slow-ms", "300", fault, name + ":CF7", fault, name + ":CF6"});
     Checks().value(name)(simulator);
     QVERIFY(StillAnswersOthers());
 }
@@ -231,24 +224,24 @@ void SimulatorFaultsTest::everyFaultCanBeSetWhileItRuns_data()
 void SimulatorFaultsTest::everyFaultCanBeSetWhileItRuns()
 {
     QFETCH(QString, name);
-    RunningSimulator simulator({Text("--slow-ms"), Text("300")});
+    RunningSimulator simulator({"--slow-ms", "300"});
     {
         Client client;
         QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
     }
-    QCOMPARE(simulator.Tell(Text("fault %1:CF7").arg(name)).last(), Text("ok"));
-    QCOMPARE(simulator.Tell(Text("fault %1:CF6").arg(name)).last(), Text("ok"));
-    QCOMPARE(simulator.State().value(Text("faults")), Text("%1:CF7 %1:CF6").arg(name));
+    QCOMPARE(simulator.Tell(QString("fault %1:CF7").arg(name)).last(), "ok");
+    QCOMPARE(simulator.Tell(QString("fault %1:CF6").arg(name)).last(), "ok");
+    QCOMPARE(simulator.State().value("faults"), QString("%1:CF7 %1:CF6").arg(name));
     Checks().value(name)(simulator);
 
-    QCOMPARE(simulator.Tell(Text("clear")).last(), Text("ok"));
+    QCOMPARE(simulator.Tell("clear").last(), "ok");
     Client client;
     QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
 }
 
 void SimulatorFaultsTest::aFaultMeetsTheNamedOccurrenceOnly()
 {
-    RunningSimulator simulator({Text("--fault"), Text("wrong:CF8:2")});
+    RunningSimulator simulator({"--fault", "wrong:CF8:2"});
     Client client;
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("2\r"));
@@ -257,8 +250,8 @@ void SimulatorFaultsTest::aFaultMeetsTheNamedOccurrenceOnly()
 
 void SimulatorFaultsTest::wrongAcknowledgementsAndAnswers()
 {
-    RunningSimulator simulator({Text("--fault"), Text("wrong"), Text("--options"), Text("a,b,c"),
-        Text("--option-descriptions"), Text("d;e,f;g")});
+    RunningSimulator simulator(
+        {"--fault", "wrong", "--options", "a,b,c", "--option-descriptions", "d;e,f;g"});
     Client client;
     client.Send("*IDN?\r");
     QCOMPARE(client.ReadText(), QByteArray("ZELMA&KOVINTH,VX440,4400.1290.02/000129\r"));
@@ -266,13 +259,13 @@ void SimulatorFaultsTest::wrongAcknowledgementsAndAnswers()
     QCOMPARE(client.Ask("GET:OPTION:DESC?\r", 6), QByteArray("d;e,f\r"));
     QCOMPARE(client.Ask("CF0\r", 67).size(), 67);
     QCOMPARE(client.Ask("CF9\rx", 2), QByteArray("2\r"));
-    QCOMPARE(simulator.State().value(Text("options")), Text("x"));
+    QCOMPARE(simulator.State().value("options"), "x");
 }
 
 void SimulatorFaultsTest::longOptionsHaveTheFieldsOfTwoAnswers()
 {
-    RunningSimulator simulator({Text("--fault"), Text("long"), Text("--options"), Text("a,b,c"),
-        Text("--option-descriptions"), Text("d;e,f;g")});
+    RunningSimulator simulator(
+        {"--fault", "long", "--options", "a,b,c", "--option-descriptions", "d;e,f;g"});
     Client client;
     QCOMPARE(client.Ask("GET:OPTION:INTERNAL?\r", 11), QByteArray("a,b,ca,b,c\r"));
     QCOMPARE(client.Ask("GET:OPTION:DESC?\r", 15), QByteArray("d;e,f;gd;e,f;g\r"));
@@ -280,34 +273,34 @@ void SimulatorFaultsTest::longOptionsHaveTheFieldsOfTwoAnswers()
 
 void SimulatorFaultsTest::bytewiseAnswersComeInSegmentsOfTheirOwn()
 {
-    RunningSimulator simulator({Text("--fault"), Text("bytewise"), Text("--trace")});
+    RunningSimulator simulator({"--fault", "bytewise", "--trace"});
     Client client;
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
-    QCOMPARE(simulator.LineThatBegins(Text("> ")), Text("> 30"));
-    QCOMPARE(simulator.LineThatBegins(Text("> ")), Text("> 0D"));
+    QCOMPARE(simulator.LineThatBegins("> "), "> 30");
+    QCOMPARE(simulator.LineThatBegins("> "), "> 0D");
 }
 
 void SimulatorFaultsTest::aResetIsSeenAsOne_data()
 {
     QTest::addColumn<QByteArray>("frame");
     QTest::addColumn<QString>("line");
-    QTest::addRow("on a query") << QByteArray("*IDN?\r") << Text("*IDN?");
-    QTest::addRow("on a command with a payload") << ReadRequest() << Text("CF7 00400000");
-    QTest::addRow("on a command that quiet ends") << QByteArray("CF9\rx") << Text("CF9 78");
-    QTest::addRow("on a command without an answer") << QByteArray("HCF\r") << Text("HCF");
+    QTest::addRow("on a query") << QByteArray("*IDN?\r") << "*IDN?";
+    QTest::addRow("on a command with a payload") << ReadRequest() << "CF7 00400000";
+    QTest::addRow("on a command that quiet ends") << QByteArray("CF9\rx") << "CF9 78";
+    QTest::addRow("on a command without an answer") << QByteArray("HCF\r") << "HCF";
 }
 
 void SimulatorFaultsTest::aResetIsSeenAsOne()
 {
     QFETCH(QByteArray, frame);
     QFETCH(QString, line);
-    RunningSimulator simulator({Text("--fault"), Text("resetting")});
+    RunningSimulator simulator({"--fault", "resetting"});
     BareClient client;
     client.Send(frame);
     QCOMPARE(client.Receive(), -1);
     QCOMPARE(client.Error(), ConnectionReset);
     QCOMPARE(simulator.LineThatBegins(line), line);
-    QCOMPARE(simulator.LineThatBegins(Text("disconnected")), Text("disconnected"));
+    QCOMPARE(simulator.LineThatBegins("disconnected"), "disconnected");
 }
 
 void SimulatorFaultsTest::aCloseIsNoReset_data()
@@ -319,15 +312,15 @@ void SimulatorFaultsTest::aCloseIsNoReset()
 {
     QFETCH(QByteArray, frame);
     QFETCH(QString, line);
-    RunningSimulator simulator({Text("--fault"), Text("closing")});
+    RunningSimulator simulator({"--fault", "closing"});
     BareClient client;
     client.Send(frame);
     QCOMPARE(client.Receive(), 0);
     QCOMPARE(simulator.LineThatBegins(line), line);
 
     BareClient idle;
-    QVERIFY(!simulator.LineThatBegins(Text("connected")).isNull());
-    QCOMPARE(simulator.Tell(Text("close")).last(), Text("ok"));
+    QVERIFY(!simulator.LineThatBegins("connected").isNull());
+    QCOMPARE(simulator.Tell("close").last(), "ok");
     QCOMPARE(idle.Receive(), 0);
 }
 
@@ -339,8 +332,8 @@ void SimulatorFaultsTest::theOldClientIsGoneAfterADropAndTheNextIsServed()
     used.Send("CF8\r");
     QCOMPARE(used.Receive(), 1);
     QCOMPARE(used.Receive(), 1);
-    QCOMPARE(simulator.State().value(Text("clients")), Text("2"));
-    QCOMPARE(simulator.Tell(Text("drop")).last(), Text("ok"));
+    QCOMPARE(simulator.State().value("clients"), "2");
+    QCOMPARE(simulator.Tell("drop").last(), "ok");
     for (BareClient* client : {&untouched, &used}) {
         QCOMPARE(client->Receive(), -1);
         QCOMPARE(client->Error(), ConnectionReset);
@@ -352,12 +345,15 @@ void SimulatorFaultsTest::unknownConsoleLinesAreErrors_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("answer");
-    QTest::addRow("empty") << QString() << Text("error no such command: ");
-    QTest::addRow("unknown") << Text("jump") << Text("error no such command: jump");
-    QTest::addRow("no fault") << Text("fault") << Text("error no such fault: ");
-    QTest::addRow("unknown fault") << Text("fault lazy") << Text("error no such fault: lazy");
-    QTest::addRow("unknown command of a fault")
-        << Text("fault slow:CF11") << Text("error no such command: CF11");
+    QTest::addRow("empty") << QString() << "error no such command: ";
+    QTest::addRow("unknown") << "jump"
+                             << "error no such command: jump";
+    QTest::addRow("no fault") << "fault"
+                              << "error no such fault: ";
+    QTest::addRow("unknown fault") << "fault lazy"
+                                   << "error no such fault: lazy";
+    QTest::addRow("unknown command of a fault") << "fault slow:CF11"
+                                                << "error no such command: CF11";
 }
 
 void SimulatorFaultsTest::unknownConsoleLinesAreErrors()
@@ -366,7 +362,7 @@ void SimulatorFaultsTest::unknownConsoleLinesAreErrors()
     QFETCH(QString, answer);
     RunningSimulator simulator;
     QCOMPARE(simulator.Tell(line).last(), answer);
-    QCOMPARE(simulator.State().value(Text("faults")), QString());
+    QCOMPARE(simulator.State().value("faults"), QString());
 }
 
 void SimulatorFaultsTest::theEndOfTheConsoleDoesNotEndTheUnit()
@@ -374,11 +370,11 @@ void SimulatorFaultsTest::theEndOfTheConsoleDoesNotEndTheUnit()
     QProcess simulator;
     simulator.setStandardInputFile(QProcess::nullDevice());
     QStringList words{
-        qEnvironmentVariable("VX440_SIMULATOR"), Text("--address"), RunningSimulator::Address(1)};
+        qEnvironmentVariable("VX440_SIMULATOR"), "--address", RunningSimulator::Address(1)};
     // Or a test that is ended here would leave the unit behind.
-    const QString program = QStandardPaths::findExecutable(Text("setpriv"));
+    const QString program = QStandardPaths::findExecutable("setpriv");
     if (!program.isEmpty()) {
-        words = QStringList{Text("--pdeathsig"), Text("KILL")} + words;
+        words = QStringList{"--pdeathsig", "KILL"} + words;
     }
     simulator.start(program.isEmpty() ? words.takeFirst() : program, words);
     QVERIFY(simulator.waitForReadyRead());
@@ -393,7 +389,7 @@ void SimulatorFaultsTest::theEndOfTheConsoleDoesNotEndTheUnit()
 void SimulatorFaultsTest::theEndOfTheConsoleEndsTheUnitWhereThatIsAsked()
 {
     RunningSimulator simulator;
-    simulator.Tell(Text("clear"));
+    simulator.Tell("clear");
     simulator.Process().closeWriteChannel();
     QVERIFY(simulator.Process().waitForFinished());
     QCOMPARE(simulator.Process().exitStatus(), QProcess::NormalExit);
@@ -403,16 +399,15 @@ void SimulatorFaultsTest::theEndOfTheConsoleEndsTheUnitWhereThatIsAsked()
 void SimulatorFaultsTest::aUnitEndsWithTheProgramThatStartedIt_data()
 {
     QTest::addColumn<QString>("helper");
-    QTest::newRow("of the simulator's tests") << Text("RunningSimulator");
-    QTest::newRow("of all other tests") << Text("SimulatorProcess");
+    QTest::newRow("of the simulator's tests") << "RunningSimulator";
+    QTest::newRow("of all other tests") << "SimulatorProcess";
 }
 
 void SimulatorFaultsTest::aUnitEndsWithTheProgramThatStartedIt()
 {
     QFETCH(QString, helper);
     QProcess program;
-    program.start(
-        QCoreApplication::applicationDirPath() + Text("/AbortingProgram"), QStringList{helper});
+    program.start(QCoreApplication::applicationDirPath() + "/AbortingProgram", QStringList{helper});
     QVERIFY(program.waitForReadyRead());
     Client client(QString::fromLatin1(program.readLine()).trimmed());
     QVERIFY(client.IsOpen());
@@ -426,7 +421,7 @@ void SimulatorFaultsTest::aUnitEndsWithTheProgramThatStartedIt()
 void SimulatorFaultsTest::quitEndsItWithCode0()
 {
     RunningSimulator simulator;
-    QCOMPARE(simulator.Tell(Text("quit")).last(), Text("ok"));
+    QCOMPARE(simulator.Tell("quit").last(), "ok");
     QVERIFY(simulator.Process().waitForFinished());
     QCOMPARE(simulator.Process().exitStatus(), QProcess::NormalExit);
     QCOMPARE(simulator.Process().exitCode(), 0);

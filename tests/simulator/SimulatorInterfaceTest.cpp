@@ -21,15 +21,10 @@ private slots:
 
 namespace {
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 QString Ip(const char* arguments)
 {
     QProcess ip;
-    ip.start(Text("ip"), Text(arguments).split(QLatin1Char(' ')));
+    ip.start("ip", QString(arguments).split(' '));
     ip.waitForFinished();
     return QString::fromLocal8Bit(ip.readAllStandardOutput() + ip.readAllStandardError());
 }
@@ -37,21 +32,21 @@ QString Ip(const char* arguments)
 /// "ADDRESS/PREFIX" of the unit's interface, blanks between several.
 QString Addresses()
 {
-    return Ip("-4 -br address show dev unit0").simplified().section(QLatin1Char(' '), 2);
+    return Ip("-4 -br address show dev unit0").simplified().section(' ', 2);
 }
 
 const QStringList& Arguments()
 {
-    static const QStringList arguments{Text("--address"), Text("10.9.0.129"), Text("--mask"),
-        Text("255.255.255.0"), Text("--interface"), Text("unit0")};
+    static const QStringList arguments{
+        "--address", "10.9.0.129", "--mask", "255.255.255.0", "--interface", "unit0"};
     return arguments;
 }
 
 void Move(RunningSimulator& simulator, const char* addressAndMask, const char* ready)
 {
-    Client client(Text("10.9.0.129"));
+    Client client("10.9.0.129");
     client.Send("CF1\r" + QByteArray::fromHex(addressAndMask));
-    QCOMPARE(simulator.LineThatBegins(Text("ready")), Text(ready));
+    QCOMPARE(simulator.LineThatBegins("ready"), QString(ready));
 }
 
 } // namespace
@@ -73,54 +68,54 @@ void SimulatorInterfaceTest::aNewAddressOfTheSameNetworkReplacesTheOldOne()
 {
     RunningSimulator simulator(Arguments());
     Move(simulator, "0A090082FFFFFF00", "ready 10.9.0.130:50000");
-    QCOMPARE(Addresses(), Text("10.9.0.130/24"));
-    QCOMPARE(Client(Text("10.9.0.130")).Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(Addresses(), "10.9.0.130/24");
+    QCOMPARE(Client("10.9.0.130").Ask("CF8\r", 2), QByteArray("0\r"));
 }
 
 void SimulatorInterfaceTest::aNewAddressOfAnotherNetworkReplacesTheOldOne()
 {
     RunningSimulator simulator(Arguments());
     Move(simulator, "C0A80081FFFFF800", "ready 192.168.0.129:50000");
-    QCOMPARE(Addresses(), Text("192.168.0.129/21"));
+    QCOMPARE(Addresses(), "192.168.0.129/21");
 }
 
 void SimulatorInterfaceTest::aNewMaskReplacesTheOldOneAndKeepsTheClient()
 {
     RunningSimulator simulator(Arguments());
-    Client client(Text("10.9.0.129"));
+    Client client("10.9.0.129");
     Move(simulator, "0A090081FFFF0000", "ready 10.9.0.129:50000");
-    QCOMPARE(Addresses(), Text("10.9.0.129/16"));
+    QCOMPARE(Addresses(), "10.9.0.129/16");
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
-    QCOMPARE(Client(Text("10.9.0.129")).Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(Client("10.9.0.129").Ask("CF8\r", 2), QByteArray("0\r"));
 }
 
 void SimulatorInterfaceTest::aNewMacIsThatOfTheInterface()
 {
     RunningSimulator simulator(Arguments());
-    Client client(Text("10.9.0.129"));
+    Client client("10.9.0.129");
     client.Send("CF2\r" + QByteArray::fromHex("024C7E000130"));
     QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
-    QVERIFY(Ip("-br link show dev unit0").contains(Text("02:4c:7e:00:01:30")));
+    QVERIFY(Ip("-br link show dev unit0").contains("02:4c:7e:00:01:30"));
 }
 
 void SimulatorInterfaceTest::anAddressThatTheInterfaceLacksIsReportedAndTheMoveGoesOn()
 {
-    RunningSimulator simulator(Arguments() + QStringList{Text("--mask"), Text("255.255.0.0")});
+    RunningSimulator simulator(Arguments() + QStringList{"--mask", "255.255.0.0"});
     Move(simulator, "0A0A0001FF000000", "ready 10.10.0.1:50000");
     QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
-                .startsWith(Text("vx440-simulator: ip address del 10.9.0.129/16 dev unit0: ")));
-    QCOMPARE(Addresses(), Text("10.9.0.129/24 10.10.0.1/8"));
+                .startsWith("vx440-simulator: ip address del 10.9.0.129/16 dev unit0: "));
+    QCOMPARE(Addresses(), "10.9.0.129/24 10.10.0.1/8");
 }
 
 void SimulatorInterfaceTest::whereTheUnitCannotListenItTakesItsOldAddressBack()
 {
     QCOMPARE(Ip("address add 10.9.0.200/32 dev tool0"), QString());
     QTcpServer other;
-    QVERIFY(other.listen(QHostAddress(Text("10.9.0.200")), 50000));
+    QVERIFY(other.listen(QHostAddress("10.9.0.200"), 50000));
     RunningSimulator simulator(Arguments());
     Move(simulator, "0A0900C8FFFF0000", "ready 10.9.0.129:50000");
-    QCOMPARE(Addresses(), Text("10.9.0.129/24"));
-    QCOMPARE(Client(Text("10.9.0.129")).Ask("CF8\r", 2), QByteArray("0\r"));
+    QCOMPARE(Addresses(), "10.9.0.129/24");
+    QCOMPARE(Client("10.9.0.129").Ask("CF8\r", 2), QByteArray("0\r"));
 }
 
 QTEST_GUILESS_MAIN(SimulatorInterfaceTest)

@@ -5,15 +5,10 @@
 
 namespace {
 
-QString Text(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 // What this machine knows of a neighbour.
 QString Neighbour(const QString& address)
 {
-    return OwnNetwork::IpOutput(Text("neigh show ") + address);
+    return OwnNetwork::IpOutput(QString("neigh show ") + address);
 }
 
 } // namespace
@@ -28,13 +23,12 @@ private:
 
     void AddHost(const QString& address)
     {
-        QVERIFY2(network.AddHost(address, Text("02:4c:7e:00:01:29")), qPrintable(network.Error()));
+        QVERIFY2(network.AddHost(address, "02:4c:7e:00:01:29"), qPrintable(network.Error()));
     }
 
     QStringList Arguments(const QString& address, const char* firmware) const
     {
-        return {Text("--address"), address, Text("--interface"), Text("host"), Text("--firmware"),
-            Text(firmware)};
+        return {"--address", address, "--interface", "host", "--firmware", QString(firmware)};
     }
 
 private slots:
@@ -53,8 +47,8 @@ private slots:
         QTest::addColumn<QByteArray>("command");
         const QByteArray mac = QByteArray::fromHex("024C7E0001AA");
         const QByteArray address = QByteArray::fromHex("C0A84D16FFFFFF00");
-        QTest::newRow("short CF2") << Text("192.168.77.21") << QByteArray("3.10") << "CF2\r" + mac;
-        QTest::newRow("long CF2") << Text("192.168.77.22") << QByteArray("2.50")
+        QTest::newRow("short CF2") << "192.168.77.21" << QByteArray("3.10") << "CF2\r" + mac;
+        QTest::newRow("long CF2") << "192.168.77.22" << QByteArray("2.50")
                                   << "CF2\r" + QByteArray(40, '\1') + mac + address +
                                          QByteArray(73, '\0');
     }
@@ -67,26 +61,26 @@ private slots:
         RunningSimulator unit(Arguments(address, firmware.constData()), network.InLatestHost());
         QVERIFY(unit.IsReady());
         Client client(address);
-        QVERIFY(Neighbour(address).contains(Text("02:4c:7e:00:01:29")));
+        QVERIFY(Neighbour(address).contains("02:4c:7e:00:01:29"));
         client.Send(command);
-        QCOMPARE(unit.LineThatBegins(Text("CF2")).left(4), Text("CF2 "));
-        QTRY_VERIFY(Neighbour(address).contains(Text("02:4c:7e:00:01:aa")));
+        QCOMPARE(unit.LineThatBegins("CF2").left(4), "CF2 ");
+        QTRY_VERIFY(Neighbour(address).contains("02:4c:7e:00:01:aa"));
         QCOMPARE(Client(address).Ask("CF8\r", 2), QByteArray("0\r"));
-        QCOMPARE(unit.State().value(Text("mac")), Text("02:4C:7E:00:01:AA"));
+        QCOMPARE(unit.State().value("mac"), "02:4C:7E:00:01:AA");
     }
 
     void aNewAddressIsKnownToTheClientBeforeItAsks()
     {
-        const QString moved = Text("192.168.77.24");
-        AddHost(Text("192.168.77.23"));
-        QVERIFY(network.Ip(Text("route add %1/32 dev to2 src 192.168.77.1").arg(moved)));
-        RunningSimulator unit(Arguments(Text("192.168.77.23"), "3.10"), network.InLatestHost());
-        Client client(Text("192.168.77.23"));
+        const QString moved = "192.168.77.24";
+        AddHost("192.168.77.23");
+        QVERIFY(network.Ip(QString("route add %1/32 dev to2 src 192.168.77.1").arg(moved)));
+        RunningSimulator unit(Arguments("192.168.77.23", "3.10"), network.InLatestHost());
+        Client client("192.168.77.23");
         client.Send("CF1\r" + QByteArray::fromHex("C0A84D18FFFF0000"));
-        QCOMPARE(unit.LineThatBegins(Text("ready")), Text("ready 192.168.77.24:50000"));
-        QTRY_VERIFY(Neighbour(moved).contains(Text("02:4c:7e:00:01:29")));
+        QCOMPARE(unit.LineThatBegins("ready"), "ready 192.168.77.24:50000");
+        QTRY_VERIFY(Neighbour(moved).contains("02:4c:7e:00:01:29"));
         QCOMPARE(Client(moved).Ask("CF8\r", 2), QByteArray("0\r"));
-        QCOMPARE(unit.State().value(Text("mask")), Text("255.255.0.0"));
+        QCOMPARE(unit.State().value("mask"), "255.255.0.0");
     }
 };
 

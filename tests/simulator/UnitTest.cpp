@@ -38,15 +38,15 @@ private slots:
 
 namespace {
 
-UnitSettings Settings(const QString& firmware = QStringLiteral("3.10"))
+UnitSettings Settings(const QString& firmware = "3.10")
 {
     UnitSettings settings;
     settings.firmware = firmware;
-    settings.part = QStringLiteral("1234.5678.02");
-    settings.serial = QStringLiteral("123456");
+    settings.part = "1234.5678.02";
+    settings.serial = "123456";
     settings.mac = QByteArray::fromHex("024C7E000129");
-    settings.address = QHostAddress(QStringLiteral("192.168.0.129"));
-    settings.mask = QHostAddress(QStringLiteral("255.255.254.0"));
+    settings.address = QHostAddress("192.168.0.129");
+    settings.mask = QHostAddress("255.255.254.0");
     settings.azimuth = {500, 3, 150, 1, 2, 10, 11, 12, 2000, 20, 50, 1};
     settings.polar = {99, 4, 60, 5, 6, 7, 8, 9, 501, 21, 51, 65535};
     settings.options = "VX440-DCF,0";
@@ -98,11 +98,11 @@ void UnitTest::theBlockHasTheLayoutOfItsGeneration_data()
     QTest::addColumn<QString>("firmware");
     QTest::addColumn<QByteArray>("block");
     const QByteArray end("024C7E000129C0A80081FFFFFE0000000000000000000000000000");
-    QTest::addRow("67 bytes below 3.0") << QStringLiteral("2.99")
+    QTest::addRow("67 bytes below 3.0") << "2.99"
                                         << "01F40003009600010002000A000B000C07D00014"
                                            "00630004003C0005000600070008000901F50015" +
                                                end;
-    QTest::addRow("75 bytes from 3.0") << QStringLiteral("3.0")
+    QTest::addRow("75 bytes from 3.0") << "3.0"
                                        << "01F40003009600010002000A000B000C07D0001400320001"
                                           "00630004003C0005000600070008000901F500150033FFFF" +
                                               end;
@@ -120,11 +120,11 @@ void UnitTest::aVersionSelectsItsGeneration_data()
 {
     QTest::addColumn<QString>("firmware");
     QTest::addColumn<int>("size");
-    QTest::addRow("2.99") << QStringLiteral("2.99") << 67;
-    QTest::addRow("3.0") << QStringLiteral("3.0") << 75;
-    QTest::addRow("3.01") << QStringLiteral("3.01") << 75;
+    QTest::addRow("2.99") << "2.99" << 67;
+    QTest::addRow("3.0") << "3.0" << 75;
+    QTest::addRow("3.01") << "3.01" << 75;
     QTest::addRow("empty") << QString() << 67;
-    QTest::addRow("no number") << QStringLiteral("new") << 67;
+    QTest::addRow("no number") << "new" << 67;
 }
 
 void UnitTest::aVersionSelectsItsGeneration()
@@ -159,8 +159,8 @@ void UnitTest::anUnchangedAddressMovesNothing()
         Effects(Effect::AddressChanged));
     QCOMPARE(Do(unit, Command::SetAddress, QByteArray::fromHex("C0A80082FFFFFF00")).effects,
         Effects(Effect::AddressChanged));
-    QCOMPARE(unit.State().address.toString(), QStringLiteral("192.168.0.130"));
-    QCOMPARE(unit.State().mask.toString(), QStringLiteral("255.255.255.0"));
+    QCOMPARE(unit.State().address.toString(), "192.168.0.130");
+    QCOMPARE(unit.State().mask.toString(), "255.255.255.0");
 }
 
 void UnitTest::theAddressZeroIsNotTaken()
@@ -168,12 +168,12 @@ void UnitTest::theAddressZeroIsNotTaken()
     Unit unit(Settings());
     QCOMPARE(
         Do(unit, Command::SetAddress, QByteArray::fromHex("00000000FFFFFF00")).effects, Effects());
-    QCOMPARE(unit.State().address.toString(), QStringLiteral("192.168.0.129"));
+    QCOMPARE(unit.State().address.toString(), "192.168.0.129");
 }
 
 void UnitTest::theLongConfigurationChangesEverything()
 {
-    Unit unit(Settings(QStringLiteral("2.5")));
+    Unit unit(Settings("2.5"));
     const QByteArray block = LongConfiguration("ZELMA&KOVINTH,VX440,4400.1290.03/000777\r");
     QCOMPARE(block.size(), 127);
     const Outcome outcome = Do(unit, Command::Configure, block);
@@ -198,10 +198,10 @@ void UnitTest::aLongConfigurationWithoutAnIdentityKeepsIt_data()
 void UnitTest::aLongConfigurationWithoutAnIdentityKeepsIt()
 {
     QFETCH(QByteArray, identity);
-    Unit unit(Settings(QStringLiteral("2.5")));
+    Unit unit(Settings("2.5"));
     Do(unit, Command::Configure, LongConfiguration(identity));
-    QCOMPARE(unit.State().part, QStringLiteral("1234.5678.02"));
-    QCOMPARE(unit.State().serial, QStringLiteral("123456"));
+    QCOMPARE(unit.State().part, "1234.5678.02");
+    QCOMPARE(unit.State().serial, "123456");
 }
 
 void UnitTest::theShortConfigurationChangesTheMacOnly()
@@ -275,8 +275,7 @@ void UnitTest::bytesBehindTheEepromReadAsErased()
 
 void UnitTest::theFactoryEepromHasTwoGoodBlocks()
 {
-    const QByteArray eeprom =
-        FactoryEeprom(QStringLiteral("1234.5678.02"), QStringLiteral("123456"));
+    const QByteArray eeprom = FactoryEeprom("1234.5678.02", "123456");
     QCOMPARE(eeprom.size(), 2400);
     // Type 2, part number 12345678, variant 2, hardware code 1, index 1.00, serial number 123456,
     // 2024-03-09, test instruction 1.05, name.
@@ -317,19 +316,19 @@ void UnitTest::anUpdateNeedsAWholeImage()
         Do(unit, Command::StartUpdate, QByteArray(255, 'x')).effects, Effects(Effect::Restarting));
     unit.FinishUpdate();
     QCOMPARE(Answer(unit, Command::ValidateUpdate), QByteArray("0\r"));
-    QCOMPARE(unit.State().firmware, QStringLiteral("3.10"));
+    QCOMPARE(unit.State().firmware, "3.10");
 
     const QByteArray image = firmwarestream::Image(3000);
     SendImage(unit, image);
     QCOMPARE(Answer(unit, Command::ValidateUpdate), QByteArray("0\r"));
     unit.FinishUpdate();
     QCOMPARE(Answer(unit, Command::ValidateUpdate), QByteArray("1\r"));
-    QCOMPARE(unit.State().firmware, QStringLiteral("3.11"));
+    QCOMPARE(unit.State().firmware, "3.11");
     QCOMPARE(unit.FirmwareImage(), image);
 
     unit.FinishUpdate();
     QCOMPARE(Answer(unit, Command::ValidateUpdate), QByteArray("0\r"));
-    QCOMPARE(unit.State().firmware, QStringLiteral("3.11"));
+    QCOMPARE(unit.State().firmware, "3.11");
 }
 
 void UnitTest::anUpdateRaisesTheVersion_data()
@@ -337,13 +336,13 @@ void UnitTest::anUpdateRaisesTheVersion_data()
     QTest::addColumn<QString>("firmware");
     QTest::addColumn<QString>("newFirmware");
     QTest::addColumn<QString>("updated");
-    QTest::addRow("next minor number")
-        << QStringLiteral("3.1") << QString() << QStringLiteral("3.2");
-    QTest::addRow("leading zero") << QStringLiteral("3.09") << QString() << QStringLiteral("3.10");
-    QTest::addRow("one digit more") << QStringLiteral("2.9") << QString() << QStringLiteral("2.10");
-    QTest::addRow("no number") << QStringLiteral("beta") << QString() << QStringLiteral("beta");
-    QTest::addRow("as told") << QStringLiteral("2.5") << QStringLiteral("3.2")
-                             << QStringLiteral("3.2");
+    QTest::addRow("next minor number") << "3.1" << QString() << "3.2";
+    QTest::addRow("leading zero") << "3.09" << QString() << "3.10";
+    QTest::addRow("one digit more") << "2.9" << QString() << "2.10";
+    QTest::addRow("no number") << "beta" << QString() << "beta";
+    QTest::addRow("as told") << "2.5"
+                             << "3.2"
+                             << "3.2";
 }
 
 void UnitTest::anUpdateRaisesTheVersion()
@@ -408,9 +407,8 @@ void UnitTest::aWrongAnswerIsNotTheRightOne()
     QCOMPARE(wrong(Command::WriteEeprom), QByteArray("2\r"));
     QCOMPARE(wrong(Command::ValidateUpdate), QByteArray("2\r"));
     QCOMPARE(wrong(Command::SetAzimuth), QByteArray());
-    QCOMPARE(Unit(Settings(QStringLiteral("2.0")))
-                 .WrongAnswer(Frame{Command::ReadConfiguration, QByteArray()})
-                 .size(),
+    QCOMPARE(
+        Unit(Settings("2.0")).WrongAnswer(Frame{Command::ReadConfiguration, QByteArray()}).size(),
         75);
 }
 

@@ -31,22 +31,21 @@ QStringList Cells(const QString& text)
 
 Files::Files(QRandomGenerator random)
 {
-    Write(QStringLiteral("image.cyacd"), RandomBytes(3000, random));
-    Write(QStringLiteral("large.cyacd"), RandomBytes(100000, random));
-    Write(QStringLiteral("empty.cyacd"), QByteArray());
-    Write(QStringLiteral("eeprom.bin"), RandomBytes(EepromSize, random));
-    Write(QStringLiteral("one-line.txt"), QByteArray(1000000, 'x'));
-    Write(QStringLiteral("motors.txt"),
+    Write("image.cyacd", RandomBytes(3000, random));
+    Write("large.cyacd", RandomBytes(100000, random));
+    Write("empty.cyacd", QByteArray());
+    Write("eeprom.bin", RandomBytes(EepromSize, random));
+    Write("one-line.txt", QByteArray(1000000, 'x'));
+    Write("motors.txt",
         "Device Part Number: 4400.1290.02\nDevice Serial Number: 000129\n"
         "Azimuth Motor Configuration\nMax Speed: 500\nMax Speed: 99999\nRamp: -1\n");
-    WriteOptionsWorkbook(Path(QStringLiteral("options.xlsx")), Cells(QStringLiteral("Entry %1")),
-        Cells(QStringLiteral("<b>Description %1</b>")));
+    WriteOptionsWorkbook(Path("options.xlsx"), Cells("Entry %1"), Cells("<b>Description %1</b>"));
     for (const char* const name : {"image.cyacd", "eeprom.bin", "motors.txt", "options.xlsx"}) {
         WriteCutAndDamaged(QString::fromLatin1(name), random);
     }
-    QDir(folder.path()).mkdir(QStringLiteral("a-folder"));
-    QFile::link(QStringLiteral("/dev/full"), Path(QStringLiteral("full.txt")));
-    QProcess::execute(QStringLiteral("mkfifo"), {Path(QStringLiteral("pipe"))});
+    QDir(folder.path()).mkdir("a-folder");
+    QFile::link("/dev/full", Path("full.txt"));
+    QProcess::execute("mkfifo", {Path("pipe")});
 }
 
 QString Files::Pick(QRandomGenerator& random, bool forWriting) const
@@ -54,9 +53,9 @@ QString Files::Pick(QRandomGenerator& random, bool forWriting) const
     QStringList names =
         QDir(folder.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
     if (forWriting) {
-        names.removeOne(QStringLiteral("pipe"));
+        names.removeOne("pipe");
     }
-    names.append(QStringLiteral("new.txt"));
+    names.append("new.txt");
     return Path(names.at(random.bounded(names.size())));
 }
 
@@ -72,9 +71,9 @@ void Files::WriteCutAndDamaged(const QString& name, QRandomGenerator& random) co
     QFile file(Path(name));
     file.open(QIODevice::ReadOnly);
     QByteArray content = file.readAll();
-    Write(QStringLiteral("cut-") + name, content.left(random.bounded(content.size())));
+    Write(QString("cut-") + name, content.left(random.bounded(content.size())));
     for (int count = 0; count < 10; ++count) {
         content[random.bounded(content.size())] = static_cast<char>(random.bounded(256));
     }
-    Write(QStringLiteral("damaged-") + name, content);
+    Write(QString("damaged-") + name, content);
 }

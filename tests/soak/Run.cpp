@@ -30,7 +30,7 @@ void ShowWhatIsHidden()
     const QWidgetList widgets = QApplication::allWidgets();
     for (QWidget* const widget : widgets) {
         if (auto* const page = qobject_cast<CTabBoardDataNew*>(widget)) {
-            Find<QTabWidget>("tabWidget")->addTab(page, QStringLiteral("EEPROM"));
+            Find<QTabWidget>("tabWidget")->addTab(page, "EEPROM");
         }
     }
 }
@@ -54,7 +54,7 @@ void Run::Begin()
 void Run::TakeStep()
 {
     if (!MainWindow()->isVisible()) {
-        watch.Fail(QStringLiteral("the window is gone"));
+        watch.Fail("the window is gone");
         return;
     }
     if (step == StepsOfAPass) {
@@ -89,7 +89,7 @@ void Run::Measure()
         return;
     }
     if (grown) {
-        watch.Fail(QStringLiteral("what is held grows with each pass"));
+        watch.Fail("what is held grows with each pass");
     }
     End();
 }
@@ -100,7 +100,7 @@ void Run::End()
     user.Leave();
     ended = !MainWindow()->isVisible();
     if (!ended) {
-        watch.Fail(QStringLiteral("the window did not close"));
+        watch.Fail("the window did not close");
         MainWindow()->hide();
     }
 }

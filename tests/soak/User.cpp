@@ -16,8 +16,8 @@
 
 namespace {
 
-const QString UnitAddress = QStringLiteral("127.0.0.2");
-const QString SilentAddress = QStringLiteral("192.168.77.200");
+const QString UnitAddress = "127.0.0.2";
+const QString SilentAddress = "192.168.77.200";
 
 constexpr int ReactionMs = 50;
 /// A dialog is closed after so many reactions; an installation takes 600.
@@ -32,25 +32,17 @@ constexpr Qt::Key Keys[] = {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Space, Qt::Key
 
 const QStringList& Texts()
 {
-    static const QStringList texts{QString(), QStringLiteral("0"), QStringLiteral("7"),
-        QStringLiteral("99"), QStringLiteral("65535"), QStringLiteral("65536"),
-        QStringLiteral("-1"), QStringLiteral("x"), QStringLiteral("127.0.0.3"),
-        QStringLiteral("127.0.0.255"), QStringLiteral("10.1.2.3"), QStringLiteral("192.168.77.10"),
-        QStringLiteral("192.168.77.14"), QStringLiteral("255.255.255.0"), QStringLiteral("1.2"),
-        QStringLiteral("02:4C:7E:00:01:30"), QStringLiteral("<b>bold</b>"),
-        QString(300, QLatin1Char('m'))};
+    static const QStringList texts{QString(), "0", "7", "99", "65535", "65536", "-1", "x",
+        "127.0.0.3", "127.0.0.255", "10.1.2.3", "192.168.77.10", "192.168.77.14", "255.255.255.0",
+        "1.2", "02:4C:7E:00:01:30", "<b>bold</b>", QString(300, 'm')};
     return texts;
 }
 
 const QStringList& Commands()
 {
-    static const QStringList commands{QString(), QStringLiteral(":*IDN?"),
-        QStringLiteral(":GET:OPTION:INTERNAL?"), QStringLiteral(":GET:OPTION:DESC?"),
-        QStringLiteral(":CF0"), QStringLiteral(":CF1"), QStringLiteral(":CF2"),
-        QStringLiteral(":CF3"), QStringLiteral(":CF3:2"), QStringLiteral(":CF4"),
-        QStringLiteral(":CF5"), QStringLiteral(":CF6"), QStringLiteral(":CF7"),
-        QStringLiteral(":CF7:2"), QStringLiteral(":CF8"), QStringLiteral(":CF9"),
-        QStringLiteral(":CF10")};
+    static const QStringList commands{QString(), ":*IDN?", ":GET:OPTION:INTERNAL?",
+        ":GET:OPTION:DESC?", ":CF0", ":CF1", ":CF2", ":CF3", ":CF3:2", ":CF4", ":CF5", ":CF6",
+        ":CF7", ":CF7:2", ":CF8", ":CF9", ":CF10"};
     return commands;
 }
 
@@ -58,10 +50,8 @@ const QStringList& Commands()
 // ends so, and is meant to.
 const QStringList& Faults()
 {
-    static const QStringList faults{QStringLiteral("silent"), QStringLiteral("refusing"),
-        QStringLiteral("slow"), QStringLiteral("bytewise"), QStringLiteral("garbage"),
-        QStringLiteral("resetting"), QStringLiteral("short"), QStringLiteral("long"),
-        QStringLiteral("wrong")};
+    static const QStringList faults{
+        "silent", "refusing", "slow", "bytewise", "garbage", "resetting", "short", "long", "wrong"};
     return faults;
 }
 
@@ -180,23 +170,22 @@ void User::Leave()
     random = RandomOf(seed, 0);
     ActivateWindow();
     if (OneIn(2)) {
-        Say(QStringLiteral("title bar"));
+        Say("title bar");
         CloseByTitleBar(MainWindow());
         return;
     }
     // Not in a field nor on the Connect button, where the key takes back what was typed.
     Find<QTabWidget>("tabWidget")->tabBar()->setFocus();
-    Say(QStringLiteral("Escape"));
+    Say("Escape");
     Press(Qt::Key_Escape);
 }
 
 void User::Connect()
 {
-    const QString address = OneIn(3) ? Any(QStringList{QStringLiteral("127.0.0.99"), SilentAddress,
-                                           QStringLiteral("10.1.2.3"), QStringLiteral("1.2"),
-                                           QString(), QStringLiteral("999.0.0.1")})
-                                     : unit->State(QStringLiteral("address"));
-    Say(QStringLiteral("connect to ") + address);
+    const QString address = OneIn(3) ? Any(QStringList{"127.0.0.99", SilentAddress, "10.1.2.3",
+                                           "1.2", QString(), "999.0.0.1"})
+                                     : unit->State("address");
+    Say(QString("connect to ") + address);
     ConnectTo(address);
 }
 
@@ -204,7 +193,7 @@ void User::TurnAPage()
 {
     auto* const tabs = Find<QTabWidget>("tabWidget");
     const QString title = tabs->tabText(Below(tabs->count()));
-    Say(QStringLiteral("page ") + title);
+    Say(QString("page ") + title);
     ShowPage(title.toLatin1().constData());
 }
 
@@ -212,7 +201,7 @@ void User::PressAButton()
 {
     const auto buttons = UsableIn<QAbstractButton>(*MainWindow());
     QAbstractButton* const button = Any(buttons);
-    Say(QStringLiteral("button ") + NameOf(*button));
+    Say(QString("button ") + NameOf(*button));
     if (OneIn(4)) {
         button->setFocus();
         Press(Qt::Key_Space);
@@ -226,7 +215,7 @@ void User::FillAField()
     const auto fields = UsableIn<QLineEdit>(*MainWindow());
     QLineEdit* const field = Any(fields);
     const QString text = Any(Texts());
-    Say(QStringLiteral("field %1: %2").arg(NameOf(*field), text));
+    Say(QString("field %1: %2").arg(NameOf(*field), text));
     Overtype(field, text);
 }
 
@@ -236,7 +225,7 @@ void User::FillACell()
     auto* const table = Find<QTableWidget>("tblMotorConfiguration");
     const QTableWidgetItem* const cell = table->item(Below(table->rowCount()), 0);
     const QString text = Any(Texts());
-    Say(QStringLiteral("cell: ") + text);
+    Say(QString("cell: ") + text);
     if (cell != nullptr) {
         QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier,
             table->visualItemRect(cell).center());
@@ -249,7 +238,7 @@ void User::FillACell()
 
 void User::PressKeys()
 {
-    Say(QStringLiteral("keys"));
+    Say("keys");
     for (int count = 1 + Below(12); count > 0 && MainWindow()->isVisible(); --count) {
         const Qt::Key key = Keys[Below(static_cast<int>(std::size(Keys)))];
         Press(key, OneIn(5) ? Qt::ControlModifier : Qt::NoModifier);
@@ -258,7 +247,7 @@ void User::PressKeys()
 
 void User::UseTheMouse()
 {
-    Say(QStringLiteral("mouse"));
+    Say("mouse");
     QWindow* const window = MainWindow()->windowHandle();
     const auto anywhere = [this, window] {
         return QPoint(Below(window->width()), Below(window->height()));
@@ -281,7 +270,7 @@ void User::RestTheMouse()
     ShowPage("Options");
     const auto fields = UsableIn<QLineEdit>(*MainWindow());
     QLineEdit* const field = Any(fields);
-    Say(QStringLiteral("mouse rests on %1").arg(NameOf(*field)));
+    Say(QString("mouse rests on %1").arg(NameOf(*field)));
     QTest::mouseMove(
         MainWindow()->windowHandle(), field->mapTo(MainWindow(), field->rect().center()));
     QTest::qWait(1000);
@@ -290,9 +279,8 @@ void User::RestTheMouse()
 void User::ChangeTheAddress()
 {
     ShowPage("IP Configuration");
-    const QString address = Any(QStringList{QStringLiteral("127.0.0.3"),
-        QStringLiteral("127.0.0.4"), UnitAddress, QStringLiteral("10.1.2.3")});
-    Say(QStringLiteral("change the address to ") + address);
+    const QString address = Any(QStringList{"127.0.0.3", "127.0.0.4", UnitAddress, "10.1.2.3"});
+    Say(QString("change the address to ") + address);
     auto* const field = Find<QLineEdit>("txtNewIpAddress");
     if (field->isEnabled()) {
         Overtype(field, address);
@@ -303,7 +291,7 @@ void User::ChangeTheAddress()
 void User::UpdateTheFirmware()
 {
     ShowPage("Update FW");
-    Say(QStringLiteral("update the firmware"));
+    Say("update the firmware");
     for (const char* const name : {"btnSelectFirmware", "btnLoadFirmware", "btnUpdateFirmware"}) {
         Click(Find<QWidget>(name));
     }
@@ -311,31 +299,28 @@ void User::UpdateTheFirmware()
 
 void User::HaveAFault()
 {
-    static const QStringList others{QStringLiteral("clear"), QStringLiteral("drop")};
+    static const QStringList others{"clear", "drop"};
     const QString line =
-        OneIn(3) ? Any(others) : QStringLiteral("fault ") + Any(Faults()) + Any(Commands());
-    Say(QStringLiteral("unit: ") + line);
+        OneIn(3) ? Any(others) : QString("fault ") + Any(Faults()) + Any(Commands());
+    Say(QString("unit: ") + line);
     unit->Tell(line);
 }
 
 void User::TakeAnotherUnit()
 {
-    const QStringList firmwares{QStringLiteral("3.10"), QStringLiteral("3.0"),
-        QStringLiteral("2.99"), QStringLiteral("2.50"),
-        QString(300, QLatin1Char('\n')) + QStringLiteral("3"), QStringLiteral("x")};
-    const QStringList words{QStringLiteral("500,3,150,1,2,10,0,0,2000,20,50,1"),
-        QStringLiteral("200,200,200,200,200,200,200,200,200,200,200,200"),
-        QStringLiteral("65535,65535,65535,65535,65535,65535,65535,65535"), QStringLiteral("0")};
-    const QString pipe = files.Path(QStringLiteral("pipe"));
-    const QStringList descriptions{QString(), QString(1100, QLatin1Char(';')),
-        QStringLiteral("<img src=\"%1\">;<img src=\"%1\">;<img src=\"%1\">;<b>").arg(pipe)};
-    QStringList options{QStringLiteral("--firmware"), Any(firmwares), QStringLiteral("--azimuth"),
-        Any(words), QStringLiteral("--polar"), Any(words), QStringLiteral("--away-ms"),
-        QStringLiteral("200")};
+    const QStringList firmwares{"3.10", "3.0", "2.99", "2.50", QString(300, '\n') + "3", "x"};
+    const QStringList words{"500,3,150,1,2,10,0,0,2000,20,50,1",
+        "200,200,200,200,200,200,200,200,200,200,200,200",
+        "65535,65535,65535,65535,65535,65535,65535,65535", "0"};
+    const QString pipe = files.Path("pipe");
+    const QStringList descriptions{QString(), QString(1100, ';'),
+        QString("<img src=\"%1\">;<img src=\"%1\">;<img src=\"%1\">;<b>").arg(pipe)};
+    QStringList options{"--firmware", Any(firmwares), "--azimuth", Any(words), "--polar",
+        Any(words), "--away-ms", "200"};
     if (OneIn(2)) {
-        options << QStringLiteral("--option-descriptions") << Any(descriptions);
+        options << "--option-descriptions" << Any(descriptions);
     }
-    Say(QStringLiteral("another unit, firmware %1").arg(options.at(1).simplified()));
+    Say(QString("another unit, firmware %1").arg(options.at(1).simplified()));
     unit.reset();
     unit = std::make_unique<SimulatorProcess>(options, UnitAddress);
 }
@@ -363,14 +348,14 @@ void User::React()
 
 void User::ReactTo(QFileDialog& dialog)
 {
-    auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
     if (ticks > patience || OneIn(6) || name == nullptr) {
-        Say(QStringLiteral("  no file"));
+        Say("  no file");
         QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
         return;
     }
     const QString path = files.Pick(random, dialog.acceptMode() == QFileDialog::AcceptSave);
-    Say(QStringLiteral("  file ") + path);
+    Say(QString("  file ") + path);
     name->setText(path);
     QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
 }
@@ -383,7 +368,7 @@ void User::ReactTo(QProgressDialog& dialog)
         }
         return;
     }
-    Say(QStringLiteral("  progress closed"));
+    Say("  progress closed");
     dialog.windowHandle()->close();
     if (OneIn(2)) {
         ActivateWindow();
@@ -394,7 +379,7 @@ void User::ReactTo(QProgressDialog& dialog)
 void User::ReactToAny(QWidget& dialog)
 {
     const auto buttons = UsableIn<QAbstractButton>(dialog);
-    Say(QStringLiteral("  dialog ") + NameOf(dialog));
+    Say(QString("  dialog ") + NameOf(dialog));
     if (buttons.isEmpty() || ticks > patience) {
         dialog.close();
     } else {

@@ -36,20 +36,20 @@ int LinesOf(const char* box)
 // What the offscreen platform says of itself.
 bool IsOfThePlatform(const QString& message)
 {
-    return message.startsWith(QLatin1String("This plugin does not support"));
+    return message.startsWith("This plugin does not support");
 }
 
 void TakeMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     if (type != QtDebugMsg && type != QtInfoMsg && !IsOfThePlatform(message)) {
-        current->Fail(QStringLiteral("Qt: ") + message);
+        current->Fail(QString("Qt: ") + message);
     }
 }
 
 QRegularExpression PatternOf(const QString& text)
 {
     QString pattern = QRegularExpression::escape(text);
-    pattern.replace(QRegularExpression::escape(QStringLiteral("<>")), QStringLiteral(".*"));
+    pattern.replace(QRegularExpression::escape("<>"), ".*");
     return QRegularExpression(QRegularExpression::anchoredPattern(pattern),
         QRegularExpression::DotMatchesEverythingOption);
 }
@@ -80,7 +80,7 @@ void Watch::Begin()
         knownTexts.append(PatternOf(row.text));
     }
     if (rows.isEmpty()) {
-        Fail(QStringLiteral("no status texts are known"));
+        Fail("no status texts are known");
     }
     pages = Find<QTabWidget>("tabWidget")->size();
     connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
@@ -101,7 +101,7 @@ void Watch::LookAtStatus(const QString& text)
                                                  return pattern.match(text).hasMatch();
                                              });
     if (!known) {
-        Fail(QStringLiteral("unknown status text: ") + text);
+        Fail(QString("unknown status text: ") + text);
     }
 }
 
@@ -110,14 +110,14 @@ void Watch::LookAtTheWindow()
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (const QWidget* const window : windows) {
         if (window->isVisible() && window->isModal() && window != MainWindow()) {
-            Fail(QStringLiteral("left open: %1 %2")
+            Fail(QString("left open: %1 %2")
                      .arg(QString::fromLatin1(window->metaObject()->className()),
                          window->windowTitle()));
         }
     }
     const QSize size = Find<QTabWidget>("tabWidget")->size();
     if (size != pages) {
-        Fail(QStringLiteral("the pages have %1 pixels of height and had %2")
+        Fail(QString("the pages have %1 pixels of height and had %2")
                  .arg(size.height())
                  .arg(pages.height()));
         pages = size;

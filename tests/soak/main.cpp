@@ -12,8 +12,8 @@ namespace {
 
 bool LayNetwork(OwnNetwork& network)
 {
-    return network.Lay() && network.AddSilentHost(QStringLiteral("192.168.77.200")) &&
-           network.AddHost(QStringLiteral("192.168.77.12"), QStringLiteral("02:4c:7e:0a:00:12"));
+    return network.Lay() && network.AddSilentHost("192.168.77.200") &&
+           network.AddHost("192.168.77.12", "02:4c:7e:0a:00:12");
 }
 
 } // namespace

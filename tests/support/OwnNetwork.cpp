@@ -8,11 +8,11 @@
 
 namespace {
 
-const QString UnprivilegedMark = QStringLiteral("VX440_TEST_UNPRIVILEGED");
+const QString UnprivilegedMark = "VX440_TEST_UNPRIVILEGED";
 
 QStringList Words(const QString& text)
 {
-    return text.split(QLatin1Char(' '));
+    return text.split(' ');
 }
 
 } // namespace
@@ -37,11 +37,9 @@ bool OwnNetwork::IsAllowed()
 bool OwnNetwork::Lay()
 {
     return IsUnprivileged() ||
-           (Ip(QStringLiteral("link set lo up")) &&
-               Ip(QStringLiteral("link add silent type veth peer name nobody")) &&
-               Ip(QStringLiteral("addr add 192.168.77.1/24 dev silent")) &&
-               Ip(QStringLiteral("link set silent up")) &&
-               Ip(QStringLiteral("link set nobody up")));
+           (Ip("link set lo up") && Ip("link add silent type veth peer name nobody") &&
+               Ip("addr add 192.168.77.1/24 dev silent") && Ip("link set silent up") &&
+               Ip("link set nobody up"));
 }
 
 bool OwnNetwork::AddHost(const QString& ip, const QString& mac)
@@ -52,48 +50,45 @@ bool OwnNetwork::AddHost(const QString& ip, const QString& mac)
     const QString number = QString::number(namespaces.size());
     auto host = std::make_unique<QProcess>();
     // Says that its namespace stands, and ends with its standard input.
-    host->start(
-        QStringLiteral("unshare"), {QStringLiteral("-n"), QStringLiteral("sh"),
-                                       QStringLiteral("-c"), QStringLiteral("echo; exec cat")});
+    host->start("unshare", {"-n", "sh", "-c", "echo; exec cat"});
     if (!host->waitForReadyRead()) {
-        error = QStringLiteral("no namespace for ") + ip;
+        error = QString("no namespace for ") + ip;
         return false;
     }
     const QString pid = QString::number(host->processId());
     namespaces.push_back(std::move(host));
-    const QString inHost = QStringLiteral("-t %1 -n ip ").arg(pid);
-    const QString nsenter = QStringLiteral("nsenter");
-    return Ip(QStringLiteral("link add to%1 type veth peer name host").arg(number)) &&
-           Ip(QStringLiteral("link set host netns ") + pid) &&
-           Run(nsenter, Words(inHost + QStringLiteral("link set host address ") + mac)) &&
-           Run(nsenter, Words(inHost + QStringLiteral("addr add %1/24 dev host").arg(ip))) &&
-           Run(nsenter, Words(inHost + QStringLiteral("link set host up"))) &&
-           Ip(QStringLiteral("link set to%1 up").arg(number)) &&
-           Ip(QStringLiteral("route add %1/32 dev to%2 src 192.168.77.1").arg(ip, number));
+    const QString inHost = QString("-t %1 -n ip ").arg(pid);
+    const QString nsenter = "nsenter";
+    return Ip(QString("link add to%1 type veth peer name host").arg(number)) &&
+           Ip(QString("link set host netns ") + pid) &&
+           Run(nsenter, Words(inHost + QString("link set host address ") + mac)) &&
+           Run(nsenter, Words(inHost + QString("addr add %1/24 dev host").arg(ip))) &&
+           Run(nsenter, Words(inHost + "link set host up")) &&
+           Ip(QString("link set to%1 up").arg(number)) &&
+           Ip(QString("route add %1/32 dev to%2 src 192.168.77.1").arg(ip, number));
 }
 
 QStringList OwnNetwork::InLatestHost() const
 {
-    return {QStringLiteral("nsenter"), QStringLiteral("-t"),
-        QString::number(namespaces.back()->processId()), QStringLiteral("-n")};
+    return {"nsenter", "-t", QString::number(namespaces.back()->processId()), "-n"};
 }
 
 bool OwnNetwork::AddSilentHost(const QString& ip)
 {
     return IsUnprivileged() ||
-           Ip(QStringLiteral("neigh replace %1 lladdr 02:00:00:00:00:99 dev silent nud permanent")
+           Ip(QString("neigh replace %1 lladdr 02:00:00:00:00:99 dev silent nud permanent")
                    .arg(ip));
 }
 
 bool OwnNetwork::Ip(const QString& arguments)
 {
-    return Run(QStringLiteral("ip"), Words(arguments));
+    return Run("ip", Words(arguments));
 }
 
 QString OwnNetwork::IpOutput(const QString& arguments)
 {
     QProcess process;
-    process.start(QStringLiteral("ip"), Words(arguments));
+    process.start("ip", Words(arguments));
     process.waitForFinished();
     return QString::fromLocal8Bit(process.readAllStandardOutput());
 }
@@ -107,12 +102,12 @@ int OwnNetwork::RunUnprivileged(const char* testFunction)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(UnprivilegedMark, QStringLiteral("1"));
+    environment.insert(UnprivilegedMark, "1");
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(QStringLiteral("setpriv"),
-        {QStringLiteral("--inh-caps=-all"), QStringLiteral("--bounding-set=-all"),
-            QCoreApplication::applicationFilePath(), QString::fromLatin1(testFunction)});
+    process.start(
+        "setpriv", {"--inh-caps=-all", "--bounding-set=-all",
+                       QCoreApplication::applicationFilePath(), QString::fromLatin1(testFunction)});
     process.waitForFinished(-1);
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
@@ -129,8 +124,8 @@ bool OwnNetwork::Run(const QString& program, const QStringList& arguments)
     const bool ok = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit &&
                     process.exitCode() == 0;
     if (!ok) {
-        error = program + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')) +
-                QStringLiteral(": ") + QString::fromLocal8Bit(process.readAllStandardError());
+        error = program + QLatin1Char(' ') + arguments.join(' ') + QString(": ") +
+                QString::fromLocal8Bit(process.readAllStandardError());
     }
     return ok;
 }

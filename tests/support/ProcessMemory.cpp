@@ -6,7 +6,7 @@ namespace {
 
 double StatusKb(const QByteArray& name)
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status("/proc/self/status");
     if (status.open(QIODevice::ReadOnly)) {
         for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
             if (line.startsWith(name)) {
@@ -31,6 +31,6 @@ double PeakMemoryKb()
 
 bool ForgetPeakMemory()
 {
-    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    QFile file("/proc/self/clear_refs");
     return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write("5") == 1;
 }

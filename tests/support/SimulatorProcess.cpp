@@ -14,17 +14,13 @@ QString UnusedLoopbackAddress()
     constexpr quint32 LastHost = 254;
     static int used = 0;
     const auto pid = static_cast<quint32>(QCoreApplication::applicationPid());
-    return QStringLiteral("127.%1.%2.%3")
-        .arg(++used)
-        .arg(pid / LastHost % 256U)
-        .arg(1 + pid % LastHost);
+    return QString("127.%1.%2.%3").arg(++used).arg(pid / LastHost % 256U).arg(1 + pid % LastHost);
 }
 
 bool IsCommand(const QString& line)
 {
-    static const QStringList Others{QStringLiteral("ready "), QStringLiteral("connected "),
-        QStringLiteral("disconnected"), QStringLiteral("> "), QStringLiteral("state "),
-        QStringLiteral("ok"), QStringLiteral("error ")};
+    static const QStringList Others{
+        "ready ", "connected ", "disconnected", "> ", "state ", "ok", "error "};
     return std::none_of(Others.cbegin(), Others.cend(),
         [&line](const QString& other) { return line.startsWith(other); });
 }
@@ -36,12 +32,12 @@ SimulatorProcess::SimulatorProcess(
     : address(address.isEmpty() ? UnusedLoopbackAddress() : address)
 {
     QStringList words = launcher;
-    words << qEnvironmentVariable("VX440_SIMULATOR") << QStringLiteral("--end-with-input")
-          << QStringLiteral("--address") << this->address << options;
+    words << qEnvironmentVariable("VX440_SIMULATOR") << "--end-with-input"
+          << "--address" << this->address << options;
     const QString program = words.takeFirst();
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, words);
-    ready = process.waitForStarted(LongTimeMs) && WaitForLine(QStringLiteral("ready "));
+    ready = process.waitForStarted(LongTimeMs) && WaitForLine("ready ");
 }
 
 SimulatorProcess::~SimulatorProcess()
@@ -62,7 +58,7 @@ void SimulatorProcess::TakeOutput()
 // it has told of all that had come to them before.
 void SimulatorProcess::CatchUp()
 {
-    Tell(QStringLiteral("state"));
+    Tell("state");
 }
 
 QStringList SimulatorProcess::Lines()
@@ -104,9 +100,9 @@ bool SimulatorProcess::WaitForLine(const QString& beginning)
 
 bool SimulatorProcess::Tell(const QString& line)
 {
-    const int before = lines.count(QStringLiteral("ok"));
+    const int before = lines.count("ok");
     process.write(line.toLatin1() + '\n');
-    while (lines.count(QStringLiteral("ok")) == before) {
+    while (lines.count("ok") == before) {
         if (!process.waitForReadyRead(LongTimeMs)) {
             return false;
         }
@@ -117,8 +113,8 @@ bool SimulatorProcess::Tell(const QString& line)
 
 QString SimulatorProcess::State(const QString& key)
 {
-    const QString beginning = QStringLiteral("state ") + key + QLatin1Char(' ');
-    Tell(QStringLiteral("state"));
+    const QString beginning = QString("state ") + key + ' ';
+    Tell("state");
     const auto line = std::find_if(lines.crbegin(), lines.crend(),
         [&beginning](const QString& other) { return other.startsWith(beginning); });
     return line == lines.crend() ? QString() : line->mid(beginning.size());

@@ -14,11 +14,10 @@ constexpr int DiskPage = 4096;
 inline int RunAgainOnASmallDisk(const char* folderVariable)
 {
     const QTemporaryDir folder;
-    const QStringList words{QStringLiteral("-m"), QStringLiteral("sh"), QStringLiteral("-c"),
-        QStringLiteral("mount -t tmpfs -o size=64k none \"$1\" && shift && exec \"$@\""),
-        QStringLiteral("sh"), folder.path()};
-    const QString unshare = QStringLiteral("unshare");
-    if (QProcess::execute(unshare, words + QStringList{QStringLiteral("true")}) != 0) {
+    const QStringList words{"-m", "sh", "-c",
+        "mount -t tmpfs -o size=64k none \"$1\" && shift && exec \"$@\"", "sh", folder.path()};
+    const QString unshare = "unshare";
+    if (QProcess::execute(unshare, words + QStringList{"true"}) != 0) {
         return -1;
     }
     qputenv(folderVariable, QFile::encodeName(folder.path()));

@@ -14,7 +14,7 @@ QStringList warnings;
 // What the offscreen platform says of itself at each window of a fixed size.
 bool IsOfThePlatform(const QString& message)
 {
-    return message.startsWith(QLatin1String("This plugin does not support"));
+    return message.startsWith("This plugin does not support");
 }
 
 void Collect(QtMsgType type, const QMessageLogContext& context, const QString& message)
@@ -36,7 +36,7 @@ int EndWatches()
         return 0;
     }
     int waiting = 0;
-    const auto watches = application->findChildren<QTimer*>(QLatin1String(WatchName));
+    const auto watches = application->findChildren<QTimer*>(WatchName);
     for (QTimer* const watch : watches) {
         waiting += watch->isActive() ? 1 : 0;
         delete watch;

@@ -36,7 +36,7 @@ void ClickAt(QWidget* widget, const QPoint& position)
 void Answer(QFileDialog& dialog, const QString& path)
 {
     QWindow* const window = dialog.windowHandle();
-    const auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    const auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
     const bool takesKeys = QTest::qWaitFor([name] { return QApplication::focusWidget() == name; });
     for (const QChar character : path) {
         QTest::keyClick(window, character.toLatin1());
@@ -56,7 +56,7 @@ void Answer(QFileDialog& dialog, const QString& path)
 QWidget* MainWindow()
 {
     return TopLevel<QWidget>(
-        [](const QWidget* window) { return window->objectName() == QLatin1String("MainDialog"); });
+        [](const QWidget* window) { return window->objectName() == "MainDialog"; });
 }
 
 void Click(QWidget* widget)
@@ -68,7 +68,7 @@ void ShowPage(const char* title)
 {
     auto* const bar = Find<QTabWidget>("tabWidget")->tabBar();
     for (int page = 0; page < bar->count(); ++page) {
-        if (bar->tabText(page) == QLatin1String(title)) {
+        if (bar->tabText(page) == title) {
             ClickAt(bar, bar->tabRect(page).center());
         }
     }
@@ -148,9 +148,9 @@ int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
     const QTemporaryDir settings;
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(settings.path()));
     if (qEnvironmentVariableIsSet("VX440_THEME_SETTINGS")) {
-        QDir(settings.path()).mkdir(QStringLiteral("qt5ct"));
-        QFile::copy(qEnvironmentVariable("VX440_THEME_SETTINGS"),
-            settings.filePath(QStringLiteral("qt5ct/qt5ct.conf")));
+        QDir(settings.path()).mkdir("qt5ct");
+        QFile::copy(
+            qEnvironmentVariable("VX440_THEME_SETTINGS"), settings.filePath("qt5ct/qt5ct.conf"));
     }
 
     int result = 1;

@@ -19,7 +19,7 @@ QWidget* MainWindow();
 template<class Widget>
 Widget* Find(const char* name)
 {
-    const auto found = MainWindow()->findChildren<Widget*>(QLatin1String(name));
+    const auto found = MainWindow()->findChildren<Widget*>(name);
     for (Widget* const widget : found) {
         if (widget->isVisible()) {
             return widget;
@@ -51,7 +51,7 @@ void WhenShown(
     const std::function<bool(const Window&)>& wanted = [](const Window&) { return true; })
 {
     auto* const watch = new QTimer(qApp);
-    watch->setObjectName(QLatin1String(WatchName));
+    watch->setObjectName(WatchName);
     QObject::connect(watch, &QTimer::timeout, watch, [watch, action, wanted] {
         const QWidgetList windows = QApplication::topLevelWidgets();
         for (QWidget* const any : windows) {

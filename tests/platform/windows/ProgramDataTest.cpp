@@ -29,12 +29,12 @@ private slots:
     {
         const QString data = KnownFolder(FOLDERID_ProgramData);
         QVERIFY(QDir(data).exists());
-        const QString directory = data + QStringLiteral("\\Zelma-Kovinth\\VX440\\Eeprom\\");
+        const QString directory = data + "\\Zelma-Kovinth\\VX440\\Eeprom\\";
         QCOMPARE(GetEepromDirectory(), directory);
 
         CZKHardwareComponent component(QString(), QString(), 0, 0, 4, 0);
-        QVERIFY(component.SaveImage(QStringLiteral("image.bin"), {1, 2, 3, 4}));
-        QFile image(directory + QStringLiteral("image.bin"));
+        QVERIFY(component.SaveImage("image.bin", {1, 2, 3, 4}));
+        QFile image(directory + "image.bin");
         QCOMPARE(image.size(), qint64(4));
         QVERIFY(image.remove());
     }

@@ -93,9 +93,8 @@ QStringList Events()
 QStringList Actions()
 {
     QStringList actions = Events();
-    actions.erase(
-        std::remove_if(actions.begin(), actions.end(),
-            [](const QString& event) { return event.startsWith(QLatin1String("sleep ")); }),
+    actions.erase(std::remove_if(actions.begin(), actions.end(),
+                      [](const QString& event) { return event.startsWith("sleep "); }),
         actions.end());
     return actions;
 }
@@ -105,7 +104,7 @@ QList<int> Sleeps()
     QList<int> sleeps;
     const QStringList events = Events();
     for (const QString& event : events) {
-        if (event.startsWith(QLatin1String("sleep "))) {
+        if (event.startsWith("sleep ")) {
             sleeps.append(event.mid(6).toInt());
         }
     }
@@ -198,7 +197,7 @@ using scripted::script;
 
 void Sleep(unsigned milliseconds)
 {
-    Note(QStringLiteral("sleep %1").arg(milliseconds));
+    Note(QString("sleep %1").arg(milliseconds));
     int now = 0;
     {
         const std::lock_guard<std::mutex> lock(guard);
@@ -214,37 +213,36 @@ void Sleep(unsigned milliseconds)
 
 int StartSockets(std::uint16_t version)
 {
-    Note(QStringLiteral("start %1").arg(version));
+    Note(QString("start %1").arg(version));
     return Get(&Script::failStart) ? 1 : 0;
 }
 
 SocketHandle OpenSocket(std::uint16_t type)
 {
-    Note(QStringLiteral("open %1").arg(type));
+    Note(QString("open %1").arg(type));
     const std::lock_guard<std::mutex> lock(guard);
     return script.failOpen ? InvalidSocket : ++scripted::latestHandle;
 }
 
 int EnableSocketOption(SocketHandle, SocketOption option)
 {
-    static const QMap<SocketOption, QString> Names{
-        {SocketOption::ReuseAddress, QStringLiteral("reuse address")},
-        {SocketOption::OutOfBandInline, QStringLiteral("out of band inline")},
-        {SocketOption::Broadcast, QStringLiteral("broadcast")}};
-    Note(QStringLiteral("option ") + Names.value(option));
+    static const QMap<SocketOption, QString> Names{{SocketOption::ReuseAddress, "reuse address"},
+        {SocketOption::OutOfBandInline, "out of band inline"},
+        {SocketOption::Broadcast, "broadcast"}};
+    Note(QString("option ") + Names.value(option));
     return Get(&Script::failOptions) ? -1 : 0;
 }
 
 bool ResolveHost(const char* host, std::uint32_t& address)
 {
-    Note(QStringLiteral("resolve ") + QString::fromLatin1(host));
+    Note(QString("resolve ") + QString::fromLatin1(host));
     address = 0x0100007F;
     return !Get(&Script::failResolution);
 }
 
 int ConnectSocket(SocketHandle, std::uint32_t, std::uint16_t port)
 {
-    Note(QStringLiteral("connect %1").arg(port));
+    Note(QString("connect %1").arg(port));
     scripted::ConnectResult result = Get(&Script::connectResult);
     if (result == scripted::ConnectResult::Hangs) {
         std::this_thread::sleep_for(std::chrono::hours(1)); // until the thread is ended
@@ -258,7 +256,7 @@ int ConnectSocket(SocketHandle, std::uint32_t, std::uint16_t port)
 
 int MakeSocketNonBlocking(SocketHandle)
 {
-    Note(QStringLiteral("nonblocking"));
+    Note("nonblocking");
     return 0;
 }
 
@@ -280,11 +278,11 @@ int ReceiveFromSocket(SocketHandle socket, char* buffer, int length)
 int SendToSocket(SocketHandle socket, const char* buffer, int length)
 {
     if (socket == InvalidSocket || !scripted::TakeSend()) {
-        Note(QStringLiteral("send fails"));
+        Note("send fails");
         return -1;
     }
     const QByteArray bytes(buffer, std::min(length, Get(&Script::takeAtMost)));
-    Note(QStringLiteral("send ") + QString::fromLatin1(bytes.toHex().toUpper()));
+    Note(QString("send ") + QString::fromLatin1(bytes.toHex().toUpper()));
     const auto answer = Get(&Script::whenSent);
     if (answer && *answer) {
         (*answer)(bytes);
@@ -294,7 +292,7 @@ int SendToSocket(SocketHandle socket, const char* buffer, int length)
 
 void CloseSocket(SocketHandle)
 {
-    Note(QStringLiteral("close"));
+    Note("close");
 }
 
 int LastSocketError()

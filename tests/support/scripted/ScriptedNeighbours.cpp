@@ -25,11 +25,7 @@ bool failing = false;
 QString TextOf(quint32 address)
 {
     const auto* octets = reinterpret_cast<const quint8*>(&address);
-    return QStringLiteral("%1.%2.%3.%4")
-        .arg(octets[0])
-        .arg(octets[1])
-        .arg(octets[2])
-        .arg(octets[3]);
+    return QString("%1.%2.%3.%4").arg(octets[0]).arg(octets[1]).arg(octets[2]).arg(octets[3]);
 }
 
 bool IsBelow(const platform::NeighbourRow& left, const platform::NeighbourRow& right)
@@ -65,7 +61,7 @@ void ScriptedNeighbours::Add(const char* ip, const char* mac)
     platform::NeighbourRow row{};
     row.ipAddress = platform::ParseIpv4Address(ip);
     row.physicalAddressLength = 6;
-    const QStringList pairs = QString::fromLatin1(mac).split(QLatin1Char(':'));
+    const QStringList pairs = QString::fromLatin1(mac).split(':');
     std::transform(pairs.cbegin(), pairs.cend(), row.physicalAddress,
         [](const QString& pair) { return static_cast<quint8>(pair.toUInt(nullptr, 16)); });
     rows.append(row);
@@ -123,7 +119,7 @@ ScriptedNeighbours::Request ScriptedNeighbours::LatestResolution()
 
 unsigned platform::ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted)
 {
-    Record(table == nullptr ? QStringLiteral("size") : QStringLiteral("read"));
+    Record(table == nullptr ? "size" : "read");
     if (failing) {
         return Refused;
     }
@@ -146,7 +142,7 @@ unsigned platform::ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size
 
 unsigned platform::DeleteNeighbour(const NeighbourRow& row)
 {
-    Record(QStringLiteral("delete ") + TextOf(row.ipAddress));
+    Record(QString("delete ") + TextOf(row.ipAddress));
     if (deletesLeft == 0) {
         return Refused;
     }
@@ -164,7 +160,7 @@ unsigned platform::ResolveNeighbour(std::uint32_t destination, std::uint32_t sou
         const std::lock_guard<std::mutex> lock(recording);
         latestResolution = {source, *length, QVector<quint8>(physicalAddress, physicalAddress + 8)};
     }
-    Record(QStringLiteral("resolve ") + TextOf(destination));
+    Record(QString("resolve ") + TextOf(destination));
     return 0;
 }
 
