@@ -1,5 +1,5 @@
-#include "tests/options/WorkbookParts.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/workbooks/WorkbookParts.h"
 
 #include "xlsxabstractsheet.h"
 #include "xlsxcell.h"

@@ -1,4 +1,4 @@
-#include "OwnNetwork.h"
+#include "tests/support/OwnNetwork.h"
 
 #include "discovery/CDeviceDetector.h"
 #include "discovery/CTabDetectZKDevices.h"

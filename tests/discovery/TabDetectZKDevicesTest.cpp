@@ -1,6 +1,6 @@
-#include "ScriptedClock.h"
-#include "ScriptedNeighbours.h"
-#include "ScriptedThreads.h"
+#include "tests/support/scripted/ScriptedClock.h"
+#include "tests/support/scripted/ScriptedNeighbours.h"
+#include "tests/support/scripted/ScriptedThreads.h"
 
 #include "discovery/CTabDetectZKDevices.h"
 #include "model/CDeviceDatabase.h"

@@ -1,6 +1,6 @@
-#include "JoinedThreads.h"
-#include "ScriptedClock.h"
-#include "ScriptedNeighbours.h"
+#include "tests/support/scripted/JoinedThreads.h"
+#include "tests/support/scripted/ScriptedClock.h"
+#include "tests/support/scripted/ScriptedNeighbours.h"
 
 #include "discovery/CDeviceDetector.h"
 

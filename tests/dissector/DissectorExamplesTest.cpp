@@ -1,6 +1,6 @@
 #include "tests/dissector/CaptureFile.h"
 #include "tests/dissector/Tshark.h"
-#include "tests/docs/ProtocolPage.h"
+#include "tests/support/pages/ProtocolPage.h"
 
 #include <QTemporaryDir>
 #include <QtTest>

@@ -4,8 +4,8 @@
 #include "model/CDeviceDatabase.h"
 #include "rotor/CDeviceParameters.h"
 #include "rotor/RotorCatalogue.h"
-#include "tests/docs/ProtocolPage.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/pages/ProtocolPage.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
 #include <QRegularExpression>

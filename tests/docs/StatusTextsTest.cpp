@@ -1,6 +1,6 @@
 #include "tests/docs/SourceTexts.h"
-#include "tests/docs/StatusRows.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/pages/StatusRows.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "tests/simulator/FirmwareStream.h"
+#include "tests/simulator/FirmwareBlocks.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"

@@ -1,7 +1,7 @@
 #include "firmware/CTabLoadFirmware.h"
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
-#include "tests/simulator/FirmwareStream.h"
+#include "tests/simulator/FirmwareBlocks.h"
 #include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"

@@ -3,7 +3,7 @@
 
 #include "options/CExcelReader.h"
 #include "tests/fuzz/FuzzTarget.h"
-#include "tests/options/WorkbookParts.h"
+#include "tests/support/workbooks/WorkbookParts.h"
 
 #include <QFile>
 #include <QTemporaryDir>

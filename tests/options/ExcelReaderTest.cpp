@@ -1,7 +1,7 @@
 #include "options/CExcelReader.h"
 
-#include "tests/options/WorkbookParts.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/workbooks/WorkbookParts.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

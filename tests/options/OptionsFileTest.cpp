@@ -1,6 +1,6 @@
 #include "options/CDeviceOptions.h"
-#include "tests/options/OptionsWorkbook.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/workbooks/OptionsWorkbook.h"
 
 #include <QTemporaryDir>
 #include <QtTest>

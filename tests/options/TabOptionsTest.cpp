@@ -2,12 +2,12 @@
 #include "model/CDeviceDatabase.h"
 #include "options/CTabOptions.h"
 #include "tests/options/OptionsPage.h"
-#include "tests/options/OptionsWorkbook.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 #include "tests/support/platform/SystemFiles.h"
+#include "tests/support/workbooks/OptionsWorkbook.h"
 
 #include <QFileDialog>
 #include <QGroupBox>

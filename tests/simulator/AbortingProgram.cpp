@@ -1,9 +1,6 @@
 // A test program that does not come to its end: starts a unit, prints its address, and aborts once
 // its standard input ends.
-//
-// AbortingProgram RunningSimulator|SimulatorProcess
 
-#include "tests/simulator/RunningSimulator.h"
 #include "tests/support/SimulatorProcess.h"
 
 #include <QCoreApplication>
@@ -11,26 +8,13 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
-
-void AbortInTime(const QString& address)
+int main(int argc, char** argv)
 {
-    std::puts(qPrintable(address));
+    const QCoreApplication application(argc, argv);
+    const SimulatorProcess unit;
+    std::puts(qPrintable(unit.Address()));
     std::fflush(stdout);
     while (std::getchar() != EOF) {
     }
     std::abort();
-}
-
-} // namespace
-
-int main(int argc, char** argv)
-{
-    const QCoreApplication application(argc, argv);
-    if (application.arguments().value(1) == "RunningSimulator") {
-        const RunningSimulator unit;
-        AbortInTime(RunningSimulator::Address(1));
-    }
-    const SimulatorProcess unit;
-    AbortInTime(unit.Address());
 }

@@ -1,5 +1,5 @@
 #include "simulator/FirmwareTransfer.h"
-#include "tests/simulator/FirmwareStream.h"
+#include "tests/simulator/FirmwareBlocks.h"
 
 #include <QtTest>
 

@@ -1,23 +1,8 @@
-#include "tests/simulator/RunningSimulator.h"
+#include "tests/simulator/Client.h"
+#include "tests/support/SimulatorProcess.h"
 
 #include <QTcpServer>
 #include <QtTest>
-
-/// Runs in a network of its own, in which it may make and change interfaces.
-class SimulatorInterfaceTest : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void init();
-    void cleanup();
-    void aNewAddressOfTheSameNetworkReplacesTheOldOne();
-    void aNewAddressOfAnotherNetworkReplacesTheOldOne();
-    void aNewMaskReplacesTheOldOneAndKeepsTheClient();
-    void aNewMacIsThatOfTheInterface();
-    void anAddressThatTheInterfaceLacksIsReportedAndTheMoveGoesOn();
-    void whereTheUnitCannotListenItTakesItsOldAddressBack();
-};
 
 namespace {
 
@@ -35,14 +20,10 @@ QString Addresses()
     return Ip("-4 -br address show dev unit0").simplified().section(' ', 2);
 }
 
-const QStringList& Arguments()
-{
-    static const QStringList arguments{
-        "--address", "10.9.0.129", "--mask", "255.255.255.0", "--interface", "unit0"};
-    return arguments;
-}
+const QString Address = "10.9.0.129";
+const QStringList Options{"--mask", "255.255.255.0", "--interface", "unit0"};
 
-void Move(RunningSimulator& simulator, const char* addressAndMask, const char* ready)
+void Move(SimulatorProcess& simulator, const char* addressAndMask, const char* ready)
 {
     Client client("10.9.0.129");
     client.Send("CF1\r" + QByteArray::fromHex(addressAndMask));
@@ -51,72 +32,76 @@ void Move(RunningSimulator& simulator, const char* addressAndMask, const char* r
 
 } // namespace
 
-void SimulatorInterfaceTest::init()
+/// Runs in a network of its own, in which it may make and change interfaces.
+class SimulatorInterfaceTest : public QObject
 {
-    QCOMPARE(Ip("link set lo up"), QString());
-    QCOMPARE(Ip("link add tool0 type veth peer name unit0"), QString());
-    QCOMPARE(Ip("link set unit0 up"), QString());
-    QCOMPARE(Ip("address add 10.9.0.129/24 dev unit0"), QString());
-}
+    Q_OBJECT
 
-void SimulatorInterfaceTest::cleanup()
-{
-    Ip("link del tool0");
-}
+private slots:
+    void init()
+    {
+        QCOMPARE(Ip("link set lo up"), QString());
+        QCOMPARE(Ip("link add tool0 type veth peer name unit0"), QString());
+        QCOMPARE(Ip("link set unit0 up"), QString());
+        QCOMPARE(Ip("address add 10.9.0.129/24 dev unit0"), QString());
+    }
 
-void SimulatorInterfaceTest::aNewAddressOfTheSameNetworkReplacesTheOldOne()
-{
-    RunningSimulator simulator(Arguments());
-    Move(simulator, "0A090082FFFFFF00", "ready 10.9.0.130:50000");
-    QCOMPARE(Addresses(), "10.9.0.130/24");
-    QCOMPARE(Client("10.9.0.130").Ask("CF8\r", 2), QByteArray("0\r"));
-}
+    void cleanup() { Ip("link del tool0"); }
 
-void SimulatorInterfaceTest::aNewAddressOfAnotherNetworkReplacesTheOldOne()
-{
-    RunningSimulator simulator(Arguments());
-    Move(simulator, "C0A80081FFFFF800", "ready 192.168.0.129:50000");
-    QCOMPARE(Addresses(), "192.168.0.129/21");
-}
+    void aNewAddressOfTheSameNetworkReplacesTheOldOne()
+    {
+        SimulatorProcess simulator(Options, Address);
+        Move(simulator, "0A090082FFFFFF00", "ready 10.9.0.130:50000");
+        QCOMPARE(Addresses(), "10.9.0.130/24");
+        QCOMPARE(Client("10.9.0.130").Ask("CF8\r", 2), QByteArray("0\r"));
+    }
 
-void SimulatorInterfaceTest::aNewMaskReplacesTheOldOneAndKeepsTheClient()
-{
-    RunningSimulator simulator(Arguments());
-    Client client("10.9.0.129");
-    Move(simulator, "0A090081FFFF0000", "ready 10.9.0.129:50000");
-    QCOMPARE(Addresses(), "10.9.0.129/16");
-    QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
-    QCOMPARE(Client("10.9.0.129").Ask("CF8\r", 2), QByteArray("0\r"));
-}
+    void aNewAddressOfAnotherNetworkReplacesTheOldOne()
+    {
+        SimulatorProcess simulator(Options, Address);
+        Move(simulator, "C0A80081FFFFF800", "ready 192.168.0.129:50000");
+        QCOMPARE(Addresses(), "192.168.0.129/21");
+    }
 
-void SimulatorInterfaceTest::aNewMacIsThatOfTheInterface()
-{
-    RunningSimulator simulator(Arguments());
-    Client client("10.9.0.129");
-    client.Send("CF2\r" + QByteArray::fromHex("024C7E000130"));
-    QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
-    QVERIFY(Ip("-br link show dev unit0").contains("02:4c:7e:00:01:30"));
-}
+    void aNewMaskReplacesTheOldOneAndKeepsTheClient()
+    {
+        SimulatorProcess simulator(Options, Address);
+        Client client("10.9.0.129");
+        Move(simulator, "0A090081FFFF0000", "ready 10.9.0.129:50000");
+        QCOMPARE(Addresses(), "10.9.0.129/16");
+        QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
+        QCOMPARE(Client("10.9.0.129").Ask("CF8\r", 2), QByteArray("0\r"));
+    }
 
-void SimulatorInterfaceTest::anAddressThatTheInterfaceLacksIsReportedAndTheMoveGoesOn()
-{
-    RunningSimulator simulator(Arguments() + QStringList{"--mask", "255.255.0.0"});
-    Move(simulator, "0A0A0001FF000000", "ready 10.10.0.1:50000");
-    QVERIFY(QString::fromLocal8Bit(simulator.Process().readAllStandardError())
-                .startsWith("vx440-simulator: ip address del 10.9.0.129/16 dev unit0: "));
-    QCOMPARE(Addresses(), "10.9.0.129/24 10.10.0.1/8");
-}
+    void aNewMacIsThatOfTheInterface()
+    {
+        SimulatorProcess simulator(Options, Address);
+        Client client("10.9.0.129");
+        client.Send("CF2\r" + QByteArray::fromHex("024C7E000130"));
+        QCOMPARE(client.Ask("CF8\r", 2), QByteArray("0\r"));
+        QVERIFY(Ip("-br link show dev unit0").contains("02:4c:7e:00:01:30"));
+    }
 
-void SimulatorInterfaceTest::whereTheUnitCannotListenItTakesItsOldAddressBack()
-{
-    QCOMPARE(Ip("address add 10.9.0.200/32 dev tool0"), QString());
-    QTcpServer other;
-    QVERIFY(other.listen(QHostAddress("10.9.0.200"), 50000));
-    RunningSimulator simulator(Arguments());
-    Move(simulator, "0A0900C8FFFF0000", "ready 10.9.0.129:50000");
-    QCOMPARE(Addresses(), "10.9.0.129/24");
-    QCOMPARE(Client("10.9.0.129").Ask("CF8\r", 2), QByteArray("0\r"));
-}
+    void anAddressThatTheInterfaceLacksIsReportedAndTheMoveGoesOn()
+    {
+        SimulatorProcess simulator(Options + QStringList{"--mask", "255.255.0.0"}, Address);
+        Move(simulator, "0A0A0001FF000000", "ready 10.10.0.1:50000");
+        QVERIFY(simulator.Errors().startsWith(
+            "vx440-simulator: ip address del 10.9.0.129/16 dev unit0: "));
+        QCOMPARE(Addresses(), "10.9.0.129/24 10.10.0.1/8");
+    }
+
+    void whereTheUnitCannotListenItTakesItsOldAddressBack()
+    {
+        QCOMPARE(Ip("address add 10.9.0.200/32 dev tool0"), QString());
+        QTcpServer other;
+        QVERIFY(other.listen(QHostAddress("10.9.0.200"), 50000));
+        SimulatorProcess simulator(Options, Address);
+        Move(simulator, "0A0900C8FFFF0000", "ready 10.9.0.129:50000");
+        QCOMPARE(Addresses(), "10.9.0.129/24");
+        QCOMPARE(Client("10.9.0.129").Ask("CF8\r", 2), QByteArray("0\r"));
+    }
+};
 
 QTEST_GUILESS_MAIN(SimulatorInterfaceTest)
 #include "SimulatorInterfaceTest.moc"

@@ -1,5 +1,6 @@
-#include "tests/simulator/RunningSimulator.h"
+#include "tests/simulator/Client.h"
 #include "tests/support/OwnNetwork.h"
+#include "tests/support/SimulatorProcess.h"
 
 #include <QtTest>
 
@@ -26,9 +27,9 @@ private:
         QVERIFY2(network.AddHost(address, "02:4c:7e:00:01:29"), qPrintable(network.Error()));
     }
 
-    QStringList Arguments(const QString& address, const char* firmware) const
+    static QStringList Options(const char* firmware)
     {
-        return {"--address", address, "--interface", "host", "--firmware", QString(firmware)};
+        return {"--interface", "host", "--firmware", firmware};
     }
 
 private slots:
@@ -58,7 +59,7 @@ private slots:
         QFETCH(QByteArray, firmware);
         QFETCH(QByteArray, command);
         AddHost(address);
-        RunningSimulator unit(Arguments(address, firmware.constData()), network.InLatestHost());
+        SimulatorProcess unit(Options(firmware), address, network.InLatestHost());
         QVERIFY(unit.IsReady());
         Client client(address);
         QVERIFY(Neighbour(address).contains("02:4c:7e:00:01:29"));
@@ -66,7 +67,7 @@ private slots:
         QCOMPARE(unit.LineThatBegins("CF2").left(4), "CF2 ");
         QTRY_VERIFY(Neighbour(address).contains("02:4c:7e:00:01:aa"));
         QCOMPARE(Client(address).Ask("CF8\r", 2), QByteArray("0\r"));
-        QCOMPARE(unit.State().value("mac"), "02:4C:7E:00:01:AA");
+        QCOMPARE(unit.State("mac"), "02:4C:7E:00:01:AA");
     }
 
     void aNewAddressIsKnownToTheClientBeforeItAsks()
@@ -74,13 +75,13 @@ private slots:
         const QString moved = "192.168.77.24";
         AddHost("192.168.77.23");
         QVERIFY(network.Ip(QString("route add %1/32 dev to2 src 192.168.77.1").arg(moved)));
-        RunningSimulator unit(Arguments("192.168.77.23", "3.10"), network.InLatestHost());
+        SimulatorProcess unit(Options("3.10"), "192.168.77.23", network.InLatestHost());
         Client client("192.168.77.23");
         client.Send("CF1\r" + QByteArray::fromHex("C0A84D18FFFF0000"));
         QCOMPARE(unit.LineThatBegins("ready"), "ready 192.168.77.24:50000");
         QTRY_VERIFY(Neighbour(moved).contains("02:4c:7e:00:01:29"));
         QCOMPARE(Client(moved).Ask("CF8\r", 2), QByteArray("0\r"));
-        QCOMPARE(unit.State().value("mask"), "255.255.0.0");
+        QCOMPARE(unit.State("mask"), "255.255.0.0");
     }
 };
 

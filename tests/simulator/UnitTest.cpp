@@ -1,6 +1,6 @@
 #include "simulator/Unit.h"
 #include "simulator/EepromImage.h"
-#include "tests/simulator/FirmwareStream.h"
+#include "tests/simulator/FirmwareBlocks.h"
 
 #include <QtTest>
 

@@ -1,6 +1,6 @@
 #include "tests/soak/Files.h"
 
-#include "tests/options/OptionsWorkbook.h"
+#include "tests/support/workbooks/OptionsWorkbook.h"
 
 #include <QProcess>
 

@@ -1,8 +1,8 @@
 #include "tests/soak/Watch.h"
 
 #include "model/CDeviceDatabase.h"
-#include "tests/docs/StatusRows.h"
 #include "tests/support/WindowTest.h"
+#include "tests/support/pages/StatusRows.h"
 
 #include <QDir>
 #include <QGroupBox>

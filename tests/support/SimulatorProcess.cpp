@@ -3,19 +3,11 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace {
 
 constexpr int LongTimeMs = 60000;
-
-// Another one for each process: none of them ends in 0 or 255.
-QString UnusedLoopbackAddress()
-{
-    constexpr quint32 LastHost = 254;
-    static int used = 0;
-    const auto pid = static_cast<quint32>(QCoreApplication::applicationPid());
-    return QString("127.%1.%2.%3").arg(++used).arg(pid / LastHost % 256U).arg(1 + pid % LastHost);
-}
 
 bool IsCommand(const QString& line)
 {
@@ -25,7 +17,25 @@ bool IsCommand(const QString& line)
         [&line](const QString& other) { return line.startsWith(other); });
 }
 
+bool IsAnswer(const QString& line)
+{
+    return line == "ok" || line.startsWith("error ");
+}
+
 } // namespace
+
+QString UnusedLoopbackAddress()
+{
+    constexpr quint32 LastHost = 254;
+    static int used = 0;
+    const auto pid = static_cast<quint32>(QCoreApplication::applicationPid());
+    return QString("127.%1.%2.%3").arg(++used).arg(pid / LastHost % 256U).arg(1 + pid % LastHost);
+}
+
+QString PrintedText(QByteArray output)
+{
+    return QString::fromLocal8Bit(output.replace("\r\n", "\n"));
+}
 
 SimulatorProcess::SimulatorProcess(
     const QStringList& options, const QString& address, const QStringList& launcher)
@@ -35,9 +45,8 @@ SimulatorProcess::SimulatorProcess(
     words << qEnvironmentVariable("VX440_SIMULATOR") << "--end-with-input"
           << "--address" << this->address << options;
     const QString program = words.takeFirst();
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, words);
-    ready = process.waitForStarted(LongTimeMs) && WaitForLine("ready ");
+    ready = process.waitForStarted(LongTimeMs) && !LineThatBegins("ready ").isNull();
 }
 
 SimulatorProcess::~SimulatorProcess()
@@ -45,25 +54,28 @@ SimulatorProcess::~SimulatorProcess()
     process.closeWriteChannel();
     process.kill();
     process.waitForFinished(LongTimeMs);
+    std::fputs(process.readAllStandardError().constData(), stderr);
 }
 
 void SimulatorProcess::TakeOutput()
 {
     while (process.canReadLine()) {
-        lines.append(QString::fromLatin1(process.readLine()).trimmed());
+        lines.append(PrintedText(process.readLine()).chopped(1));
     }
+}
+
+bool SimulatorProcess::TakeMoreOutput()
+{
+    const bool more = process.waitForReadyRead(LongTimeMs);
+    TakeOutput();
+    return more;
 }
 
 // The unit looks at its connections between any two bytes of its input: when it answers a question,
 // it has told of all that had come to them before.
-void SimulatorProcess::CatchUp()
-{
-    Tell("state");
-}
-
 QStringList SimulatorProcess::Lines()
 {
-    CatchUp();
+    Answer("state");
     return lines;
 }
 
@@ -77,7 +89,7 @@ QStringList SimulatorProcess::Commands()
 
 void SimulatorProcess::Forget()
 {
-    CatchUp();
+    Answer("state");
     lines.clear();
 }
 
@@ -85,10 +97,9 @@ bool SimulatorProcess::WaitForLine(const std::function<bool(const QString&)>& wa
 {
     TakeOutput();
     while (std::none_of(lines.cbegin(), lines.cend(), wanted)) {
-        if (!process.waitForReadyRead(LongTimeMs)) {
+        if (!TakeMoreOutput()) {
             return false;
         }
-        TakeOutput();
     }
     return true;
 }
@@ -98,24 +109,62 @@ bool SimulatorProcess::WaitForLine(const QString& beginning)
     return WaitForLine([&beginning](const QString& line) { return line.startsWith(beginning); });
 }
 
+QString SimulatorProcess::LineThatBegins(const QString& beginning)
+{
+    if (!WaitForLine(beginning)) {
+        return QString();
+    }
+    QString line;
+    do {
+        line = lines.takeFirst();
+    } while (!line.startsWith(beginning));
+    return line;
+}
+
+QStringList SimulatorProcess::Answer(const QString& line)
+{
+    TakeOutput();
+    const int before = lines.size();
+    process.write(line.toLocal8Bit() + '\n');
+    for (;;) {
+        const auto end = std::find_if(lines.cbegin() + before, lines.cend(), IsAnswer);
+        if (end != lines.cend()) {
+            return QStringList(lines.cbegin() + before, end + 1);
+        }
+        if (!TakeMoreOutput()) {
+            return QStringList();
+        }
+    }
+}
+
 bool SimulatorProcess::Tell(const QString& line)
 {
-    const int before = lines.count("ok");
-    process.write(line.toLatin1() + '\n');
-    while (lines.count("ok") == before) {
-        if (!process.waitForReadyRead(LongTimeMs)) {
-            return false;
-        }
-        TakeOutput();
-    }
-    return true;
+    return Answer(line).endsWith("ok");
 }
 
 QString SimulatorProcess::State(const QString& key)
 {
-    const QString beginning = QString("state ") + key + ' ';
-    Tell("state");
-    const auto line = std::find_if(lines.crbegin(), lines.crend(),
-        [&beginning](const QString& other) { return other.startsWith(beginning); });
-    return line == lines.crend() ? QString() : line->mid(beginning.size());
+    const QString beginning = QString("state %1 ").arg(key);
+    const QStringList answer = Answer("state");
+    for (const QString& line : answer) {
+        if (line.startsWith(beginning)) {
+            return line.mid(beginning.size());
+        }
+    }
+    return QString();
+}
+
+QString SimulatorProcess::Errors()
+{
+    process.setReadChannel(QProcess::StandardError);
+    while (!process.canReadLine() && process.waitForReadyRead(LongTimeMs)) {
+    }
+    process.setReadChannel(QProcess::StandardOutput);
+    return PrintedText(process.readAllStandardError());
+}
+
+int SimulatorProcess::WaitForEnd()
+{
+    process.waitForFinished(LongTimeMs);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }

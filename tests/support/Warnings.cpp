@@ -1,8 +1,7 @@
 #include "tests/support/Warnings.h"
 
-#include "tests/support/WindowTest.h"
-
 #include <QMutex>
+#include <QTimer>
 #include <QtTest>
 
 namespace {

@@ -3,9 +3,12 @@
 #include <QObject>
 #include <QStringList>
 
-/// Base of a test class in which a warning of the program fails the test function that caused it,
-/// and a window that it waited for in vain the function, too. A class with an init() of its own
-/// calls this one first, one with a cleanup() of its own this one last.
+/// The name of the timers, children of the application, that wait for a window.
+constexpr char WatchName[] = "windowWatch";
+
+/// The base of every test class. A warning of the program or of Qt fails the test function that
+/// caused it. So does a window that the test function waited for in vain. A class with an init() of
+/// its own calls this one first; one with a cleanup() of its own calls this one last.
 class WarningsFail : public QObject
 {
     Q_OBJECT

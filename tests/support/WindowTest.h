@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Warnings.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QProgressDialog>
@@ -39,9 +41,6 @@ void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void Overtype(QWidget* field, const QString& text);
 /// Asks a window to close as its title bar's button does.
 void CloseByTitleBar(QWidget* window);
-
-/// The name of the timers, children of the application, that wait for a window.
-constexpr char WatchName[] = "windowWatch";
 
 /// Runs `action` once, from the event loop, as soon as a window of that class is up of which
 /// `wanted` holds. A test function of WarningsFail fails that ends without it.

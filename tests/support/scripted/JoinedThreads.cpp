@@ -1,4 +1,4 @@
-#include "JoinedThreads.h"
+#include "tests/support/scripted/JoinedThreads.h"
 
 #include "platform/Threads.h"
 

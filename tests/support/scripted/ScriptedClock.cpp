@@ -1,4 +1,4 @@
-#include "ScriptedClock.h"
+#include "tests/support/scripted/ScriptedClock.h"
 
 #include "platform/Sleep.h"
 

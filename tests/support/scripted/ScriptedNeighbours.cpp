@@ -1,4 +1,4 @@
-#include "ScriptedNeighbours.h"
+#include "tests/support/scripted/ScriptedNeighbours.h"
 
 #include <algorithm>
 #include <cstddef>

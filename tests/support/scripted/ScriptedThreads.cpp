@@ -1,4 +1,4 @@
-#include "ScriptedThreads.h"
+#include "tests/support/scripted/ScriptedThreads.h"
 
 #include <QtGlobal>
 

@@ -1,6 +1,6 @@
-#include "tests/options/OptionsWorkbook.h"
+#include "tests/support/workbooks/OptionsWorkbook.h"
 
-#include "tests/options/WorkbookParts.h"
+#include "tests/support/workbooks/WorkbookParts.h"
 
 #include <algorithm>
 

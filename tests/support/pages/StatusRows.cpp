@@ -1,4 +1,4 @@
-#include "tests/docs/StatusRows.h"
+#include "tests/support/pages/StatusRows.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -1,4 +1,4 @@
-#include "tests/docs/ProtocolPage.h"
+#include "tests/support/pages/ProtocolPage.h"
 
 #include <QFile>
 #include <QRegularExpression>

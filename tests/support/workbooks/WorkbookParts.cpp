@@ -1,4 +1,4 @@
-#include "tests/options/WorkbookParts.h"
+#include "tests/support/workbooks/WorkbookParts.h"
 
 #include <QFile>
 
