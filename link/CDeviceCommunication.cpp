@@ -2,7 +2,6 @@
 
 #include "link/RavoSocket.h"
 #include "platform/Sleep.h"
-#include "rotor/RotorCatalogue.h"
 
 #include <QHostAddress>
 #include <QSharedPointer>
@@ -54,7 +53,6 @@ constexpr int MacOffset = 40;
 constexpr int IpOffset = 46;
 constexpr int MaskOffset = 50;
 constexpr int IdentityOffset = 67;
-constexpr int ConfigurationMotors = 2;
 constexpr int ConfigurationParameters = 10;
 constexpr int ConfigurationMotorSize = 2 * ConfigurationParameters;
 
@@ -94,11 +92,8 @@ void Overwrite(QByteArray& block, int offset, const QByteArray& bytes)
 void PutMotor(QByteArray& block, int motor, const QMap<int, ushort>& parameters)
 {
     uchar* const words = reinterpret_cast<uchar*>(block.data()) + motor * ConfigurationMotorSize;
-    const QList<int> ids = MotorParameterNames.keys();
-    for (const int id : ids) {
-        if (id < ConfigurationParameters) {
-            qToBigEndian<quint16>(parameters.value(id), words + 2 * id);
-        }
+    for (int id = 0; id < ConfigurationParameters; ++id) {
+        qToBigEndian<quint16>(parameters.value(id), words + 2 * id);
     }
 }
 
@@ -247,15 +242,9 @@ bool CDeviceCommunication::SendIpConfiguration(const uchar* addressAndMask)
 bool CDeviceCommunication::SendDeviceConfiguration(QString identity, QString mac, QString ip,
     QString mask, QMap<int, ushort> motor0, QMap<int, ushort> motor1)
 {
-    const QMap<int, ushort>* const motors[ConfigurationMotors] = {&motor0, &motor1};
     QByteArray block(ConfigurationBlockSize, '\0');
-    const QList<int> indices = MotorNames.keys();
-    for (const int motor : indices) {
-        if (motor >= ConfigurationMotors) {
-            break;
-        }
-        PutMotor(block, motor, *motors[motor]);
-    }
+    PutMotor(block, 0, motor0);
+    PutMotor(block, 1, motor1);
     Overwrite(block, MacOffset, OctetsOfMac(mac));
     Overwrite(block, IpOffset, OctetsOfAddress(ip));
     Overwrite(block, MaskOffset, OctetsOfAddress(mask));
