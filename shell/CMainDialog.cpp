@@ -43,29 +43,19 @@ QIcon LoadIcon()
     return icon;
 }
 
-template<class... Tabs>
-bool IsOneOf(const CTabBaseClass* tab)
-{
-    return (... || (qobject_cast<const Tabs*>(tab) != nullptr));
-}
-
 } // namespace
 
 CMainDialog::CMainDialog(QWidget* parent)
     : QDialog(parent)
     , ui(new Ui::MainDialog)
-    , tabs{&infoTab, &optionsTab, &firmwareTab, &ipTab, &detectTab, &azimuthTab, &polarTab,
-          &boardDataTab}
 {
 }
 
 CMainDialog::~CMainDialog()
 {
-    const auto owned = tabs;
-    tabs.clear();
-    for (CTabBaseClass** const tab : owned) {
-        delete *tab;
-    }
+    QVector<CTabBaseClass*> owned;
+    owned.swap(tabs);
+    qDeleteAll(owned);
     ui.reset();
 }
 
@@ -95,6 +85,7 @@ void CMainDialog::CreateTabs()
     polarTab = new CTabMotorConfiguration(ui->tabWidget, Polar);
     boardDataTab = new CTabBoardDataNew(nullptr);
     optionsTab = new CTabOptions(ui->tabWidget);
+    tabs = {infoTab, optionsTab, firmwareTab, ipTab, detectTab, azimuthTab, polarTab, boardDataTab};
 }
 
 // The board data tab has no page: it takes part in the passes and stays out of sight.
@@ -102,7 +93,7 @@ void CMainDialog::AddPages()
 {
     const struct
     {
-        CTabBaseClass* tab;
+        QWidget* tab;
         QString title;
     } pages[] = {
         {infoTab, QStringLiteral("Info")},
@@ -115,10 +106,8 @@ void CMainDialog::AddPages()
     };
     ui->tabWidget->clear();
     for (const auto& page : pages) {
-        if (page.tab != nullptr) {
-            const int index = ui->tabWidget->addTab(page.tab, page.title);
-            ui->tabWidget->tabBar()->setAccessibleTabName(index, page.title);
-        }
+        const int index = ui->tabWidget->addTab(page.tab, page.title);
+        ui->tabWidget->tabBar()->setAccessibleTabName(index, page.title);
     }
 }
 
@@ -143,22 +132,16 @@ void CMainDialog::ConnectSignals()
 {
     ConnectClick(ui->btnConnect, this, &CMainDialog::ConnectButtonClicked);
     connect(ui->txtIpAddress, &QLineEdit::returnPressed, ui->btnConnect, &QPushButton::click);
-    connect(qobject_cast<CTabIpConfiguration*>(ipTab), &CTabIpConfiguration::SignalIpChanged, this,
-        &CMainDialog::IpAddressChanged);
+    connect(ipTab, &CTabIpConfiguration::SignalIpChanged, this, &CMainDialog::IpAddressChanged);
     connect(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost, this,
         &CMainDialog::CheckForConnectionLoss);
-
-    const auto* const firmware = qobject_cast<CTabLoadFirmware*>(firmwareTab);
-    connect(firmware, &CTabLoadFirmware::ReconnectAfterFirmwareUpDate, this,
+    connect(firmwareTab, &CTabLoadFirmware::ReconnectAfterFirmwareUpDate, this,
         &CMainDialog::ReconnectAfterFirmwareUpdate);
-    connect(this, &CMainDialog::AttemptedReconnection, firmware,
+    connect(this, &CMainDialog::AttemptedReconnection, firmwareTab,
         &CTabLoadFirmware::ValidateFirmwareUpdate);
-
-    const auto* const azimuth = qobject_cast<CTabMotorConfiguration*>(azimuthTab);
-    const auto* const polar = qobject_cast<CTabMotorConfiguration*>(polarTab);
-    connect(polar, &CTabMotorConfiguration::ReadFromUi, azimuth,
+    connect(polarTab, &CTabMotorConfiguration::ReadFromUi, azimuthTab,
         &CTabMotorConfiguration::ReadParamValuesFromUi);
-    connect(azimuth, &CTabMotorConfiguration::ReadFromUi, polar,
+    connect(azimuthTab, &CTabMotorConfiguration::ReadFromUi, polarTab,
         &CTabMotorConfiguration::ReadParamValuesFromUi);
 }
 
@@ -213,11 +196,8 @@ void CMainDialog::LoadDeviceInfo()
     ProcessEventsBesidesInput();
     const int step = 100 / tabs.size();
     int progress = 0;
-    for (CTabBaseClass** const tab : qAsConst(tabs)) {
-        if (IsOneOf<CTabInfo, CTabOptions, CTabLoadFirmware, CTabIpConfiguration,
-                CTabMotorConfiguration, CTabBoardDataNew, CTabDetectZKDevices>(*tab)) {
-            (*tab)->ConnectionStatusChanged();
-        }
+    for (CTabBaseClass* const tab : qAsConst(tabs)) {
+        tab->ConnectionStatusChanged();
         progress += step;
         dialog.setValue(progress);
         if (dialog.wasCanceled()) {
@@ -229,10 +209,8 @@ void CMainDialog::LoadDeviceInfo()
 
 void CMainDialog::UpdateTabs()
 {
-    for (CTabBaseClass** const tab : qAsConst(tabs)) {
-        if (*tab != nullptr) {
-            (*tab)->UpdateControls();
-        }
+    for (CTabBaseClass* const tab : qAsConst(tabs)) {
+        tab->UpdateControls();
     }
 }
 
