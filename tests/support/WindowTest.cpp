@@ -152,6 +152,8 @@ int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
         QFile::copy(qEnvironmentVariable("VX440_THEME_SETTINGS"),
             settings.filePath(QStringLiteral("qt5ct/qt5ct.conf")));
     }
+    // Of a display at 100 %. Displays that nobody sees say 100, and the window would grow with it.
+    qputenv("QT_FONT_DPI", "96");
 
     int result = 1;
     QObject context;
@@ -162,7 +164,6 @@ int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
             MainWindow()->close();
         },
         Qt::QueuedConnection);
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     // The system's own take keys from the system only, and are no windows of this program.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const CVX440_AccessApplication application(argc, argv);
