@@ -152,8 +152,9 @@ int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
         QFile::copy(qEnvironmentVariable("VX440_THEME_SETTINGS"),
             settings.filePath(QStringLiteral("qt5ct/qt5ct.conf")));
     }
-    // Of a display at 100 %. Displays that nobody sees say 100, and the window would grow with it.
-    qputenv("QT_FONT_DPI", "96");
+    // Displays that nobody sees have 100 dots per inch, and the window would grow by a
+    // twenty-fourth.
+    qputenv("QT_SCALE_FACTOR_ROUNDING_POLICY", "Round");
 
     int result = 1;
     QObject context;
