@@ -28,16 +28,10 @@ constexpr int DrainMs = 10;
 constexpr int TextPasses = 2000;
 constexpr int AckPolls = 10000;
 
-enum AckCode : ushort
-{
-    Refused = 0,
-    Done = 1,
-    NoValidAnswer = 2
-};
-// What the unit answers, as the answer buffer holds it.
-const QByteArray AckDone = QByteArrayLiteral("1\r");
-const QByteArray AckRefused = QByteArrayLiteral("0\r");
-const QByteArray AckPending = QByteArrayLiteral("2\r");
+// What the unit answers. The last one is what the answer buffer holds before that.
+const QByteArray DoneAnswer = QByteArrayLiteral("1\r");
+const QByteArray RefusedAnswer = QByteArrayLiteral("0\r");
+const QByteArray PendingAnswer = QByteArrayLiteral("2\r");
 
 constexpr int FirmwareBlockSize = 1220;
 constexpr int FirmwareUpdateFiller = 255;
@@ -267,7 +261,7 @@ bool CDeviceCommunication::SendMacAddress(QString mac)
 
 bool CDeviceCommunication::SendFirmwareBlock(const uchar* block)
 {
-    lastResult = Refused;
+    lastResult = AckRefused;
     return SendAcknowledgedFrame(Head("CF3") + Bytes(block, FirmwareBlockSize));
 }
 
@@ -357,7 +351,7 @@ bool CDeviceCommunication::SendAcknowledgedFrame(const QByteArray& frame)
         return false;
     }
     lastResult = WaitForAck(AckPolls);
-    return lastResult == Done;
+    return lastResult == AckDone;
 }
 
 bool CDeviceCommunication::SendTextCommand(QString mnemonic, QString text)
@@ -406,16 +400,16 @@ void CDeviceCommunication::DrainInput()
 
 ushort CDeviceCommunication::WaitForAck(int polls)
 {
-    QByteArray answer = AckPending;
+    QByteArray answer = PendingAnswer;
     do {
         Stream().Receive(answer.data(), answer.size());
         platform::Sleep(1);
         --polls;
-    } while (answer == AckPending && polls != 0);
-    if (answer == AckDone) {
-        return Done;
+    } while (answer == PendingAnswer && polls != 0);
+    if (answer == DoneAnswer) {
+        return AckDone;
     }
-    return answer == AckRefused ? Refused : NoValidAnswer;
+    return answer == RefusedAnswer ? AckRefused : AckUnclear;
 }
 
 CDeviceCommunication* TheDeviceCommunication()

@@ -11,6 +11,7 @@
 #include "model/CDeviceDatabase.h"
 #include "options/CTabOptions.h"
 #include "rotor/CTabMotorConfiguration.h"
+#include "rotor/RotorCatalogue.h"
 #include "shell/CCustomProgressDialog.h"
 #include "shell/MaskedFields.h"
 #include "shell/ModelMapper.h"
@@ -25,10 +26,6 @@
 #include <QTabBar>
 
 namespace {
-
-constexpr ushort Retries = 3;
-constexpr int Azimuth = 0;
-constexpr int Polar = 1;
 
 // The sharp form for each size. Left to find out their format, Qt would load all its image plugins.
 QIcon LoadIcon()
@@ -81,8 +78,8 @@ void CMainDialog::CreateTabs()
     firmwareTab = new CTabLoadFirmware(ui->tabWidget);
     ipTab = new CTabIpConfiguration(ui->tabWidget);
     detectTab = new CTabDetectZKDevices(ui->tabWidget);
-    azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Azimuth);
-    polarTab = new CTabMotorConfiguration(ui->tabWidget, Polar);
+    azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Motor::Azimuth);
+    polarTab = new CTabMotorConfiguration(ui->tabWidget, Motor::Polar);
     boardDataTab = new CTabBoardDataNew(nullptr);
     optionsTab = new CTabOptions(ui->tabWidget);
     tabs = {infoTab, optionsTab, firmwareTab, ipTab, detectTab, azimuthTab, polarTab, boardDataTab};
@@ -161,7 +158,7 @@ void CMainDialog::ConnectButtonClicked()
     ui->lblAppStatus->setText(QString());
     TheDeviceDatabase()->ResetData();
     TheDeviceDatabase()->SetIpAddress(address);
-    if (ConnectToDevice(Retries, address)) {
+    if (ConnectToDevice(ConnectionRetries, address)) {
         LoadDeviceInfo();
     }
     UpdateTabs();
@@ -174,7 +171,7 @@ void CMainDialog::IpAddressChanged()
 
 void CMainDialog::ReconnectAfterFirmwareUpdate()
 {
-    if (ConnectToDevice(Retries, TheDeviceDatabase()->GetIpAddress())) {
+    if (ConnectToDevice(ConnectionRetries, TheDeviceDatabase()->GetIpAddress())) {
         ReadDeviceInfo();
     }
     emit AttemptedReconnection();
@@ -216,6 +213,5 @@ void CMainDialog::UpdateTabs()
 
 bool CMainDialog::eventFilter(QObject* watched, QEvent* event)
 {
-    return watched == ui->txtIpAddress &&
-           FilterMaskedField(*ui->txtIpAddress, *event, QLatin1Char('.'));
+    return FilterMaskedFields({ui->txtIpAddress}, QLatin1Char('.'), watched, event);
 }
