@@ -2,35 +2,12 @@
 
 #include "platform/NeighbourTable.h"
 
-#include <QVector>
-
 #include <array>
 #include <cstdio>
-#include <cstring>
-#include <vector>
 
 namespace {
 
 constexpr int TextSize = 1024;
-
-QVector<platform::NeighbourRow> ReadRows()
-{
-    quint32 size = 0;
-    platform::ReadNeighbourTable(nullptr, &size, true);
-    // One element for each byte is far more than needed, so that the table may grow meanwhile. The
-    // zeros are an empty table, in case that none can be read.
-    std::vector<platform::NeighbourTable> buffer(size + 1);
-    size = static_cast<quint32>(buffer.size() * sizeof(platform::NeighbourTable));
-    platform::NeighbourTable* table = buffer.data();
-    platform::ReadNeighbourTable(table, &size, true);
-    QVector<platform::NeighbourRow> rows(static_cast<int>(table->count));
-    if (!rows.isEmpty()) {
-        std::memcpy(rows.data(),
-            reinterpret_cast<const char*>(table) + offsetof(platform::NeighbourTable, rows),
-            table->count * sizeof(platform::NeighbourRow));
-    }
-    return rows;
-}
 
 QString IpText(quint32 ipAddress)
 {
@@ -63,8 +40,7 @@ CArpCacheAccess::~CArpCacheAccess() = default;
 
 bool CArpCacheAccess::ClearArpCache()
 {
-    const QVector<platform::NeighbourRow> rows = ReadRows();
-    for (const platform::NeighbourRow& row : rows) {
+    for (const platform::NeighbourRow& row : platform::ReadNeighbourTable()) {
         if (platform::DeleteNeighbour(row) != 0) {
             break;
         }
@@ -74,8 +50,7 @@ bool CArpCacheAccess::ClearArpCache()
 
 bool CArpCacheAccess::GetMacFromArpCache(QString& mac, QString ip)
 {
-    const QVector<platform::NeighbourRow> rows = ReadRows();
-    for (const platform::NeighbourRow& row : rows) {
+    for (const platform::NeighbourRow& row : platform::ReadNeighbourTable()) {
         if (IpText(row.ipAddress) == ip) {
             mac = MacText(row.physicalAddress);
             return true;

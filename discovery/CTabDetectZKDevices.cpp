@@ -58,12 +58,8 @@ void CTabDetectZKDevices::UpdateControls() {}
 
 bool CTabDetectZKDevices::eventFilter(QObject* watched, QEvent* event)
 {
-    for (QLineEdit* const field : {ui->txtStartIpAddress, ui->txtEndIpAddress}) {
-        if (watched == field) {
-            return FilterMaskedField(*field, *event, QLatin1Char('.'));
-        }
-    }
-    return false;
+    return FilterMaskedFields(
+        {ui->txtStartIpAddress, ui->txtEndIpAddress}, QLatin1Char('.'), watched, event);
 }
 
 void CTabDetectZKDevices::FindZKDevicesButtonClicked()

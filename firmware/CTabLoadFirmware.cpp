@@ -19,8 +19,6 @@ namespace {
 constexpr int InstallationPasses = 300;
 constexpr unsigned InstallationPassMs = 100;
 
-constexpr ushort Acknowledged = 1;
-constexpr ushort Refused = 0;
 constexpr ushort StoppedSilently = 65535;
 
 // A block as it travels: its fields big-endian, then the data. What is not named is zero.
@@ -90,11 +88,11 @@ private:
     bool TakeAnswer(QString& error)
     {
         switch (TheDeviceCommunication()->GetLastResult()) {
-        case Acknowledged:
+        case CDeviceCommunication::AckDone:
             totalSum += blockSum;
             ++sequence;
             return true;
-        case Refused:
+        case CDeviceCommunication::AckRefused:
             error = QStringLiteral("An error occoured during transmission");
             return false;
         case StoppedSilently:
@@ -207,7 +205,8 @@ bool CTabLoadFirmware::SendFirmwareFile(QString& error)
     Transfer transfer(stream, progress);
     const bool acknowledged = available && transfer.SendBlocks(error);
     progress.setValue(stream.BlockCount());
-    const bool sent = acknowledged && TheDeviceCommunication()->GetLastResult() == Acknowledged &&
+    const bool sent = acknowledged &&
+                      TheDeviceCommunication()->GetLastResult() == CDeviceCommunication::AckDone &&
                       transfer.SendChecksum();
     progress.close();
     ProcessEventsBesidesInput();

@@ -10,9 +10,6 @@
 
 namespace {
 
-constexpr quint16 DeviceRegion = 0;
-constexpr quint16 BoardRegion = 1200;
-constexpr quint16 RegionSize = 1200;
 constexpr quint16 BlockRequestSize = 64;
 constexpr int LargestRequest = 255;
 

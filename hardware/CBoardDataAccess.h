@@ -7,15 +7,19 @@
 class CDeviceCommunication;
 class QProgressDialog;
 
-/// Reads the two regions of the unit's EEPROM: the device's at the offset 0 and the board's at
-/// 1200, of 1200 bytes each. A request takes a second, and so does one that cannot be sent. Bytes
-/// that the unit leaves out read as 255: only a block that is not valid tells of it. Serves one
-/// operation.
+/// Reads the two regions of the unit's EEPROM, the device's and the board's. A request takes a
+/// second, and so does one that cannot be sent. Bytes that the unit leaves out read as 255: only a
+/// block that is not valid tells of it. Serves one operation.
 class CBoardDataAccess : public QObject
 {
     Q_OBJECT
 
 public:
+    /// The offsets and the length of the two regions.
+    static constexpr quint16 DeviceRegion = 0;
+    static constexpr quint16 BoardRegion = 1200;
+    static constexpr quint16 RegionSize = 1200;
+
     CBoardDataAccess() = default;
 
     /// Replaces `texts` by the row of the block at that offset, see BoardDataColumns. False, with

@@ -15,20 +15,13 @@
 #include <QFileInfo>
 #include <QtEndian>
 
-#include <algorithm>
 #include <array>
 
 namespace {
 
-constexpr int DeviceSet = 0;
-constexpr int BoardSet = 1;
-constexpr quint16 DeviceRegion = 0;
-constexpr quint16 BoardRegion = 1200;
-constexpr int RegionSize = 1200;
+constexpr int RegionSize = CBoardDataAccess::RegionSize;
 constexpr int EepromSize = 2 * RegionSize;
 constexpr int AddressSize = 2;
-constexpr ushort NoClearAnswer = 2;
-constexpr ushort Retries = 3;
 
 using RowSetter = void (CDeviceDatabase::*)(QString, int);
 
@@ -66,7 +59,7 @@ QByteArray ReadRegionFrom(QFile& file, QString& message)
 
 QString WriteFailureText()
 {
-    return TheDeviceCommunication()->GetLastResult() == NoClearAnswer
+    return TheDeviceCommunication()->GetLastResult() == CDeviceCommunication::AckUnclear
                ? QStringLiteral("An error occoured during transmission.")
                : QStringLiteral("EEPROM data write failed!");
 }
@@ -180,12 +173,12 @@ bool CTabBoardDataNew::ReadBlockData()
     }
     CBoardDataAccess access;
     QStringList texts;
-    if (access.ReadBlockTexts(device, texts, DeviceRegion)) {
-        ApplyRowToDatabase(texts, DeviceSet);
+    if (access.ReadBlockTexts(device, texts, CBoardDataAccess::DeviceRegion)) {
+        ApplyRowToDatabase(texts, CDeviceDatabase::DeviceSet);
     }
-    const bool valid = access.ReadBlockTexts(device, texts, BoardRegion);
+    const bool valid = access.ReadBlockTexts(device, texts, CBoardDataAccess::BoardRegion);
     if (valid) {
-        ApplyRowToDatabase(texts, BoardSet);
+        ApplyRowToDatabase(texts, CDeviceDatabase::BoardSet);
     }
     database->SetApplicationStatus(QStringLiteral("Eeprom data ") +
                                    (valid ? QStringLiteral("valid") : QStringLiteral("invalid")));
@@ -225,13 +218,13 @@ void CTabBoardDataNew::SelectDataFile(FileKind kind)
 
 void CTabBoardDataNew::DeviceDataWriteButtonClicked()
 {
-    WriteDataFile(DeviceRegion, DeviceDataFile);
+    WriteDataFile(CBoardDataAccess::DeviceRegion, DeviceDataFile);
     Forget(DeviceDataFile, ui->txtDeviceDataFile);
 }
 
 void CTabBoardDataNew::BoardDataWriteButtonClicked()
 {
-    WriteDataFile(BoardRegion, BoardDataFile);
+    WriteDataFile(CBoardDataAccess::BoardRegion, BoardDataFile);
     Forget(BoardDataFile, ui->txtBoardDataFile);
 }
 
@@ -306,13 +299,13 @@ void CTabBoardDataNew::SendOldFirmwareDataButtonClicked()
     const QString part = ui->txtDevicePartNumber->text();
     const QString mac = database->GetMacAddress();
     const bool done = ChangeDeviceConfiguration(serial, part, mac, QStringLiteral("Board Data")) &&
-                      ConnectToDevice(Retries, database->GetIpAddress());
+                      ConnectToDevice(ConnectionRetries, database->GetIpAddress());
     if (!done || !TheDeviceCommunication()->IsConnected()) {
         database->SetApplicationStatus(QStringLiteral("Board Data update failed!."));
         return;
     }
-    database->SetSerialNumber(serial, DeviceSet);
-    database->SetPartNumber(part, DeviceSet);
+    database->SetSerialNumber(serial, CDeviceDatabase::DeviceSet);
+    database->SetPartNumber(part, CDeviceDatabase::DeviceSet);
     database->SetMacAddress(mac);
     database->SetApplicationStatus(QStringLiteral("Board Data updated successfully. "));
 }

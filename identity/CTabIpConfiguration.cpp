@@ -14,11 +14,9 @@
 #include <QEvent>
 #include <QHostAddress>
 #include <QLineEdit>
-#include <QPushButton>
 
 namespace {
 
-constexpr ushort Retries = 3;
 constexpr unsigned AddressChangeMs = 100;
 
 QString MacChangedText()
@@ -95,13 +93,9 @@ void CTabIpConfiguration::UpdateControls()
 
 bool CTabIpConfiguration::eventFilter(QObject* watched, QEvent* event)
 {
-    for (QLineEdit* const field : {ui->txtNewIpAddress, ui->txtNewSubnetMask}) {
-        if (watched == field) {
-            return FilterMaskedField(*field, *event, QLatin1Char('.'));
-        }
-    }
-    return watched == ui->txtNewMacAddress &&
-           FilterMaskedField(*ui->txtNewMacAddress, *event, QLatin1Char(':'));
+    return FilterMaskedFields(
+               {ui->txtNewIpAddress, ui->txtNewSubnetMask}, QLatin1Char('.'), watched, event) ||
+           FilterMaskedFields({ui->txtNewMacAddress}, QLatin1Char(':'), watched, event);
 }
 
 void CTabIpConfiguration::SendIpAddressButtonClicked()
@@ -122,7 +116,7 @@ void CTabIpConfiguration::SendIpAddressButtonClicked()
     if (ok && changed) {
         database->SetIpAddress(address);
         database->SetSubnetMask(mask);
-        ok = ConnectToDevice(Retries, address);
+        ok = ConnectToDevice(ConnectionRetries, address);
     } else if (ok) {
         database->SetApplicationStatus(
             QStringLiteral("Ip Address & Subnet Mask changed successfully."));
@@ -154,7 +148,7 @@ void CTabIpConfiguration::SendMacAddressButtonClicked()
         ok = ChangeMac(mac, error);
     }
     if (ok) {
-        ok = ConnectToDevice(Retries, database->GetIpAddress());
+        ok = ConnectToDevice(ConnectionRetries, database->GetIpAddress());
     }
     if (!ok || !TheDeviceCommunication()->IsConnected()) {
         database->SetApplicationStatus(QStringLiteral("Mac address change failed."));

@@ -2,7 +2,6 @@
 
 #include "link/RavoSocket.h"
 #include "platform/Sleep.h"
-#include "rotor/RotorCatalogue.h"
 
 #include <QHostAddress>
 #include <QSharedPointer>
@@ -29,16 +28,10 @@ constexpr int DrainMs = 10;
 constexpr int TextPasses = 2000;
 constexpr int AckPolls = 10000;
 
-enum AckCode : ushort
-{
-    Refused = 0,
-    Done = 1,
-    NoValidAnswer = 2
-};
-// What the unit answers, as the answer buffer holds it.
-const QByteArray AckDone = QByteArrayLiteral("1\r");
-const QByteArray AckRefused = QByteArrayLiteral("0\r");
-const QByteArray AckPending = QByteArrayLiteral("2\r");
+// What the unit answers. The last one is what the answer buffer holds before that.
+const QByteArray DoneAnswer = QByteArrayLiteral("1\r");
+const QByteArray RefusedAnswer = QByteArrayLiteral("0\r");
+const QByteArray PendingAnswer = QByteArrayLiteral("2\r");
 
 constexpr int FirmwareBlockSize = 1220;
 constexpr int FirmwareUpdateFiller = 255;
@@ -54,7 +47,6 @@ constexpr int MacOffset = 40;
 constexpr int IpOffset = 46;
 constexpr int MaskOffset = 50;
 constexpr int IdentityOffset = 67;
-constexpr int ConfigurationMotors = 2;
 constexpr int ConfigurationParameters = 10;
 constexpr int ConfigurationMotorSize = 2 * ConfigurationParameters;
 
@@ -94,11 +86,8 @@ void Overwrite(QByteArray& block, int offset, const QByteArray& bytes)
 void PutMotor(QByteArray& block, int motor, const QMap<int, ushort>& parameters)
 {
     uchar* const words = reinterpret_cast<uchar*>(block.data()) + motor * ConfigurationMotorSize;
-    const QList<int> ids = MotorParameterNames.keys();
-    for (const int id : ids) {
-        if (id < ConfigurationParameters) {
-            qToBigEndian<quint16>(parameters.value(id), words + 2 * id);
-        }
+    for (int id = 0; id < ConfigurationParameters; ++id) {
+        qToBigEndian<quint16>(parameters.value(id), words + 2 * id);
     }
 }
 
@@ -247,15 +236,9 @@ bool CDeviceCommunication::SendIpConfiguration(const uchar* addressAndMask)
 bool CDeviceCommunication::SendDeviceConfiguration(QString identity, QString mac, QString ip,
     QString mask, QMap<int, ushort> motor0, QMap<int, ushort> motor1)
 {
-    const QMap<int, ushort>* const motors[ConfigurationMotors] = {&motor0, &motor1};
     QByteArray block(ConfigurationBlockSize, '\0');
-    const QList<int> indices = MotorNames.keys();
-    for (const int motor : indices) {
-        if (motor >= ConfigurationMotors) {
-            break;
-        }
-        PutMotor(block, motor, *motors[motor]);
-    }
+    PutMotor(block, 0, motor0);
+    PutMotor(block, 1, motor1);
     Overwrite(block, MacOffset, OctetsOfMac(mac));
     Overwrite(block, IpOffset, OctetsOfAddress(ip));
     Overwrite(block, MaskOffset, OctetsOfAddress(mask));
@@ -278,7 +261,7 @@ bool CDeviceCommunication::SendMacAddress(QString mac)
 
 bool CDeviceCommunication::SendFirmwareBlock(const uchar* block)
 {
-    lastResult = Refused;
+    lastResult = AckRefused;
     return SendAcknowledgedFrame(Head("CF3") + Bytes(block, FirmwareBlockSize));
 }
 
@@ -368,7 +351,7 @@ bool CDeviceCommunication::SendAcknowledgedFrame(const QByteArray& frame)
         return false;
     }
     lastResult = WaitForAck(AckPolls);
-    return lastResult == Done;
+    return lastResult == AckDone;
 }
 
 bool CDeviceCommunication::SendTextCommand(QString mnemonic, QString text)
@@ -417,16 +400,16 @@ void CDeviceCommunication::DrainInput()
 
 ushort CDeviceCommunication::WaitForAck(int polls)
 {
-    QByteArray answer = AckPending;
+    QByteArray answer = PendingAnswer;
     do {
         Stream().Receive(answer.data(), answer.size());
         platform::Sleep(1);
         --polls;
-    } while (answer == AckPending && polls != 0);
-    if (answer == AckDone) {
-        return Done;
+    } while (answer == PendingAnswer && polls != 0);
+    if (answer == DoneAnswer) {
+        return AckDone;
     }
-    return answer == AckRefused ? Refused : NoValidAnswer;
+    return answer == RefusedAnswer ? AckRefused : AckUnclear;
 }
 
 CDeviceCommunication* TheDeviceCommunication()

@@ -25,6 +25,14 @@ class CDeviceCommunication : public QThread
     Q_OBJECT
 
 public:
+    /// How a wait for an acknowledgement ended.
+    enum AckResult : ushort
+    {
+        AckRefused = 0,
+        AckDone = 1,
+        AckUnclear = 2, ///< no answer, or another one
+    };
+
     CDeviceCommunication();
     ~CDeviceCommunication() override;
 
@@ -37,8 +45,8 @@ public:
     void Disconnect();
     bool IsConnected() const;
 
-    /// How the latest wait for an acknowledgement ended: 1 done, 0 refused, 2 anything else. 0
-    /// before the first one, and after a firmware block that could not be sent.
+    /// An AckResult, of the latest wait for an acknowledgement. AckRefused before the first one,
+    /// and after a firmware block that could not be sent.
     ushort GetLastResult() const;
 
     /// "*IDN?": the answer with its carriage return, behind a zero character for each millisecond
@@ -115,7 +123,7 @@ private:
     std::atomic<bool> connected{false};
     QByteArray host;
     std::atomic<qint32> connectState;
-    quint16 lastResult = 0;
+    quint16 lastResult = AckRefused;
 };
 
 /// The one object, valid from before main until the process ends.

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int DeviceSet = 0;
 constexpr unsigned MacChangeMs = 100;
 constexpr int AddressOctets = 4;
 
@@ -60,8 +59,8 @@ void ReadDeviceInfo()
         CDeviceDetector().ResolveMacAddress(database->GetIpAddress(), info.macAddress);
     }
     database->SetMacAddress(info.macAddress);
-    database->SetPartNumber(info.partNumber, DeviceSet);
-    database->SetSerialNumber(info.serialNumber, DeviceSet);
+    database->SetPartNumber(info.partNumber, CDeviceDatabase::DeviceSet);
+    database->SetSerialNumber(info.serialNumber, CDeviceDatabase::DeviceSet);
     database->SetFirmwareVersion(info.firmwareVersion);
 }
 

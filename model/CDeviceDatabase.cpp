@@ -8,12 +8,8 @@
 
 namespace {
 
-constexpr int AzimuthMotor = 0;
-constexpr int PolarMotor = 1;
-constexpr int RotorTypeParameter = 11;
 constexpr ushort NoSuchParameter = 65535;
 constexpr int SerialNumberLength = 6;
-constexpr float FirstNewFirmware = 3.0F;
 
 struct StatusTexts
 {
@@ -39,15 +35,15 @@ StatusTexts TextsOfConnectionStatus(int code)
 
 bool IsMotor(int motor)
 {
-    return motor == AzimuthMotor || motor == PolarMotor;
+    return motor == Motor::Azimuth || motor == Motor::Polar;
 }
 
 int ColumnOfMotorParameter(int motor, int parameter)
 {
     switch (motor) {
-    case AzimuthMotor:
+    case Motor::Azimuth:
         return CDeviceDatabase::FirstAzimuthColumn + parameter;
-    case PolarMotor:
+    case Motor::Polar:
         return CDeviceDatabase::FirstPolarColumn + parameter;
     default:
         return CDeviceDatabase::ColumnCount;
@@ -119,13 +115,13 @@ QVariant CDeviceDatabase::data(const QModelIndex& index, int role) const
 
 QVariant CDeviceDatabase::MotorParameterOfColumn(int column) const
 {
-    const int motor = column < FirstPolarColumn ? AzimuthMotor : PolarMotor;
+    const int motor = column < FirstPolarColumn ? Motor::Azimuth : Motor::Polar;
     const int parameter = column - ColumnOfMotorParameter(motor, 0);
 
     bool found = false;
     const ushort stored = GetMotorParameter(motor, parameter, &found);
     const int value = found ? stored : 0;
-    if (parameter == RotorTypeParameter) {
+    if (parameter == Parameter::RotorType) {
         return RotorTypeNames.value(value);
     }
     return value;
@@ -170,7 +166,7 @@ QString CDeviceDatabase::ConnectionStatusText() const
 // The azimuth motor's store decides for both motors whether a parameter exists.
 ushort CDeviceDatabase::GetMotorParameter(int motor, int parameter, bool* found) const
 {
-    const bool exists = motorParameters[AzimuthMotor].contains(parameter);
+    const bool exists = motorParameters[Motor::Azimuth].contains(parameter);
     if (found != nullptr) {
         *found = exists;
     }
@@ -343,7 +339,7 @@ void CDeviceDatabase::ResetData()
     for (const Column column : ClearedTexts) {
         StoreText(column, QString());
     }
-    for (const int motor : {AzimuthMotor, PolarMotor}) {
+    for (const int motor : {Motor::Azimuth, Motor::Polar}) {
         motorParameters[motor].clear();
         motorValidationError[motor].clear();
     }
@@ -375,10 +371,10 @@ void CDeviceDatabase::StoreTextOfSet(
     int set, Column columnOfSet0, Column columnOfSet1, const QString& text)
 {
     switch (set) {
-    case 0:
+    case DeviceSet:
         StoreText(columnOfSet0, text);
         break;
-    case 1:
+    case BoardSet:
         StoreText(columnOfSet1, text);
         break;
     default:

@@ -12,8 +12,8 @@
 /// A setter notifies its column also when the value is the same as before. To be used in the GUI
 /// thread only.
 ///
-/// A `set` is one of the unit's two EEPROM blocks: 0 is the device's, 1 the board's. Any other set
-/// stores nothing and notifies nothing. A `motor` is 0 for Azimuth and 1 for Polar.
+/// A `set` is a Set; any other number stores nothing and notifies nothing. A `motor` is a
+/// Motor::Index of the rotors' catalogue.
 class CDeviceDatabase : public QAbstractTableModel
 {
     Q_OBJECT
@@ -30,8 +30,8 @@ public:
         ConnectionReconnecting = 4,
     };
 
-    /// The digit in a name is the set. Mappers bind by number; set 1 has no variant. Behind the
-    /// first column of each motor stand its twelve parameters in the order of their ids.
+    /// The digit in a name is the set. Mappers bind by number; the BoardSet has no variant. Behind
+    /// the first column of each motor stand its twelve parameters in the order of their ids.
     enum Column
     {
         ConnectButtonColumn = 0,
@@ -59,6 +59,16 @@ public:
         ColumnCount = 44,
     };
 
+    /// Which of the unit's two EEPROM blocks a text is of.
+    enum Set
+    {
+        DeviceSet = 0,
+        BoardSet = 1,
+    };
+
+    /// The first version of the newer generation of units.
+    static constexpr float FirstNewFirmware = 3.0F;
+
     CDeviceDatabase();
     ~CDeviceDatabase() override;
 
@@ -74,7 +84,7 @@ public:
     QString GetMacAddress() const;
     QString GetSubnetMask() const;
 
-    /// Of set 0.
+    /// Of the DeviceSet.
     QString GetPartNumber() const;
     QString GetSerialNumber() const;
 
@@ -117,17 +127,17 @@ public:
     /// Stores upper case.
     void SetMacAddress(QString text);
     void SetFirmwareVersion(QString text);
-    void SetPartNumber(QString text, int set = 0);
+    void SetPartNumber(QString text, int set = DeviceSet);
 
     /// The one field for both sets: stores for any `set`.
-    void SetVariant(QString text, int set = 0);
-    void SetProductIndex(QString text, int set = 0);
+    void SetVariant(QString text, int set = DeviceSet);
+    void SetProductIndex(QString text, int set = DeviceSet);
 
     /// Keeps the first 6 characters.
-    void SetSerialNumber(QString text, int set = 0);
-    void SetProductionDate(QString text, int set = 0);
-    void SetTestInstructionIndex(QString text, int set = 0);
-    void SetBoardName(QString text, int set = 0);
+    void SetSerialNumber(QString text, int set = DeviceSet);
+    void SetProductionDate(QString text, int set = DeviceSet);
+    void SetTestInstructionIndex(QString text, int set = DeviceSet);
+    void SetBoardName(QString text, int set = DeviceSet);
 
     /// Element n becomes parameter n. Parameters beyond the last element stay.
     void SetMotorParameters(int motor, QVector<ushort> values);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 /// The table in which the system keeps the link-layer addresses of its IPv4 neighbours (its ARP
 /// cache). Addresses are in network byte order throughout.
@@ -17,25 +18,9 @@ struct NeighbourRow
     std::uint32_t type;
 };
 
-/// A count with that many rows directly behind it. The type itself has room for one.
-struct NeighbourTable
-{
-    std::uint32_t count;
-    NeighbourRow rows[1];
-};
-
-/// Results of ReadNeighbourTable.
-constexpr unsigned NeighbourTableRead = 0;
-constexpr unsigned NeighbourBufferTooSmall = 122;
-
-/// Copies the table to `table`, which has room for `*size` bytes, in ascending order of the address
-/// when `sorted`. What the system keeps for loopback, multicast and broadcast is left out. When the
-/// room is too small, or `table` is null, nothing is copied and `*size` becomes the number of bytes
-/// needed. Any other result is the system's error number, and then a given table that has room for
-/// one row has a count of 0.
-///
-/// A call without a table counts for the next one in the same thread, which gets the rows counted.
-unsigned ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted);
+/// All neighbours, in ascending order of the address. What the system keeps for loopback, multicast
+/// and broadcast is left out. Empty when the system cannot read its table.
+std::vector<NeighbourRow> ReadNeighbourTable();
 
 /// Takes one row out of the table. 0, or the system's error number: it needs a privilege.
 unsigned DeleteNeighbour(const NeighbourRow& row);

@@ -1,5 +1,8 @@
 #include "rotor/CDeviceParameters.h"
 
+#include "model/CDeviceDatabase.h"
+#include "rotor/RotorCatalogue.h"
+
 #include <QStringList>
 #include <QtEndian>
 
@@ -7,9 +10,7 @@
 
 namespace {
 
-constexpr float FirstNewFirmware = 3.0F;
 constexpr int Motors = 2;
-constexpr int RotorType = 11;
 constexpr ushort NoRotorType = 65535;
 constexpr int MacSize = 6;
 constexpr int AddressSize = 4;
@@ -52,7 +53,7 @@ QString TakeIpAddress(uchar* bytes)
 
 CDeviceParameters::CDeviceParameters(float firmwareVersion)
     : firmwareVersion(firmwareVersion)
-    , legacyLayout(FirstNewFirmware > firmwareVersion)
+    , legacyLayout(CDeviceDatabase::FirstNewFirmware > firmwareVersion)
 {
 }
 
@@ -95,62 +96,62 @@ ushort CDeviceParameters::Value(short motor, int parameter, ushort missing) cons
 
 ushort CDeviceParameters::GetSlowMotionDifference(short motor) const
 {
-    return Value(motor, 0);
+    return Value(motor, Parameter::SlowMotionDifference);
 }
 
 ushort CDeviceParameters::GetMotionHangUpDifference(short motor) const
 {
-    return Value(motor, 1);
+    return Value(motor, Parameter::MotionHangUpDifference);
 }
 
 ushort CDeviceParameters::GetStepDifference(short motor) const
 {
-    return Value(motor, 2);
+    return Value(motor, Parameter::StepDifference);
 }
 
 ushort CDeviceParameters::GetStepSleep(short motor) const
 {
-    return Value(motor, 3);
+    return Value(motor, Parameter::StepSleep);
 }
 
 ushort CDeviceParameters::GetPulseDuration(short motor) const
 {
-    return Value(motor, 4);
+    return Value(motor, Parameter::PulseDuration);
 }
 
 ushort CDeviceParameters::GetMaxPositionDifference(short motor) const
 {
-    return Value(motor, 5);
+    return Value(motor, Parameter::MaxPositionDifference);
 }
 
 ushort CDeviceParameters::GetMaxPositionFromRight(short motor) const
 {
-    return Value(motor, 6);
+    return Value(motor, Parameter::MaxPositionFromRight);
 }
 
 ushort CDeviceParameters::GetMaxPositionFromLeft(short motor) const
 {
-    return Value(motor, 7);
+    return Value(motor, Parameter::MaxPositionFromLeft);
 }
 
 ushort CDeviceParameters::GetMaxMotionHangUpLoop(short motor) const
 {
-    return Value(motor, 8);
+    return Value(motor, Parameter::MaxMotionHangUpLoop);
 }
 
 ushort CDeviceParameters::GetLoopsInside(short motor) const
 {
-    return Value(motor, 9);
+    return Value(motor, Parameter::LoopsInside);
 }
 
 ushort CDeviceParameters::GetSlowMotionSpeed(short motor) const
 {
-    return Value(motor, 10);
+    return Value(motor, Parameter::SlowMotionSpeed);
 }
 
 ushort CDeviceParameters::GetRotorType(short motor) const
 {
-    return Value(motor, RotorType, NoRotorType);
+    return Value(motor, Parameter::RotorType, NoRotorType);
 }
 
 QString CDeviceParameters::GetSubnetMask() const

@@ -7,7 +7,6 @@
 #include "rotor/CTableValueValidator.h"
 #include "rotor/ConfigurationFileLines.h"
 #include "rotor/RotorCatalogue.h"
-#include "rotor/StringTokenizer.h"
 #include "shell/ModelMapper.h"
 #include "shell/UserInput.h"
 #include "ui_TabMotorConfiguration.h"
@@ -22,33 +21,31 @@
 
 namespace {
 
-constexpr int Azimuth = 0;
-constexpr int Polar = 1;
-constexpr int NoMotor = 2;
-
-constexpr int SlowMotionSpeed = 10;
-constexpr int RotorType = 11;
-constexpr ushort UnknownRotorType = 2;
-
 constexpr int ValueColumn = 0;
 constexpr int RowHeaderWidth = 250;
 constexpr int ValueWidth = 150;
 
 int ColumnOf(int motor, int parameter)
 {
-    const int first =
-        motor == Azimuth ? CDeviceDatabase::FirstAzimuthColumn : CDeviceDatabase::FirstPolarColumn;
+    const int first = motor == Motor::Azimuth ? CDeviceDatabase::FirstAzimuthColumn
+                                              : CDeviceDatabase::FirstPolarColumn;
     return first + parameter;
 }
 
 const QVector<sROTOR_PRESET>& PresetsOf(int motor)
 {
-    return motor == Azimuth ? AzimuthRotorPresets : PolarRotorPresets;
+    return motor == Motor::Azimuth ? AzimuthRotorPresets : PolarRotorPresets;
 }
 
 const QMap<int, ushort>& ResetDefaultsOf(int motor)
 {
-    return motor == Azimuth ? AzimuthResetDefaults : PolarResetDefaults;
+    return motor == Motor::Azimuth ? AzimuthResetDefaults : PolarResetDefaults;
+}
+
+// In the layout of the unit's firmware.
+CDeviceParameters UnitParameters()
+{
+    return CDeviceParameters(TheDeviceDatabase()->GetFirmwareVersion().toFloat());
 }
 
 QString NotConnectedText()
@@ -119,7 +116,7 @@ void CTabMotorConfiguration::SetUpTable()
     for (int row = 0; row < MotorParameterRanges.size(); ++row) {
         SetUpCell(row);
     }
-    mapper->addMapping(ui->txtRotorType, ColumnOf(motor, RotorType));
+    mapper->addMapping(ui->txtRotorType, ColumnOf(motor, Parameter::RotorType));
     mapper->toFirst();
 }
 
@@ -218,8 +215,8 @@ void CTabMotorConfiguration::UpdateControls()
 
 void CTabMotorConfiguration::ChangeRotorType(int index)
 {
-    ushort rotorType = UnknownRotorType;
-    if (motor == Azimuth || motor == Polar) {
+    ushort rotorType = RotorType::Unknown;
+    if (motor == Motor::Azimuth || motor == Motor::Polar) {
         if (index < 0 || index >= PresetsOf(motor).size()) {
             return;
         }
@@ -228,7 +225,7 @@ void CTabMotorConfiguration::ChangeRotorType(int index)
         ui->txtRotorType->setText(RotorTypeNames.value(rotorType));
         TheDeviceDatabase()->SetMotorParameters(motor, preset.values);
     }
-    TheDeviceDatabase()->SetMotorParameter(motor, RotorType, rotorType);
+    TheDeviceDatabase()->SetMotorParameter(motor, Parameter::RotorType, rotorType);
 }
 
 void CTabMotorConfiguration::ResetToDefaultButtonClicked()
@@ -247,17 +244,14 @@ void CTabMotorConfiguration::ReadParamValuesFromUi()
             continue;
         }
         const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
-        QString text = edit->text();
-        int position = 0;
-        const CTableValueValidator validator(range.minimum, range.maximum);
-        if (validator.validate(text, position) != QValidator::Acceptable) {
+        if (!edit->hasAcceptableInput()) {
             TheDeviceDatabase()->SetMotorValidationError(motor,
                 QStringLiteral("Invalid value for ") + MotorNames.value(motor) + QLatin1Char(' ') +
                     MotorParameterNames.value(range.parameterId) + QLatin1Char('!'));
             return;
         }
         TheDeviceDatabase()->SetMotorParameter(
-            motor, range.parameterId, static_cast<ushort>(text.toInt()));
+            motor, range.parameterId, static_cast<ushort>(edit->text().toInt()));
     }
     TheDeviceDatabase()->SetMotorValidationError(motor, QString());
 }
@@ -265,13 +259,12 @@ void CTabMotorConfiguration::ReadParamValuesFromUi()
 QVector<ushort> CTabMotorConfiguration::CollectMotorValues() const
 {
     QVector<ushort> values;
-    if (motor == NoMotor) {
+    if (motor == Motor::NoMotor) {
         return values;
     }
-    const CDeviceDatabase* const database = TheDeviceDatabase();
-    const int last = database->IsFirmwareBelowVersion3() ? SlowMotionSpeed - 1 : RotorType;
-    for (int parameter = 0; parameter <= last; ++parameter) {
-        values.append(database->GetMotorParameter(motor, parameter));
+    const int count = UnitParameters().GetParameterCount();
+    for (int parameter = 0; parameter < count; ++parameter) {
+        values.append(TheDeviceDatabase()->GetMotorParameter(motor, parameter));
     }
     return values;
 }
@@ -288,15 +281,13 @@ void CTabMotorConfiguration::SendConfigurationButtonClicked()
 // The text that the status line ends with. A value out of range reads there as a missing link.
 QString CTabMotorConfiguration::SendTable()
 {
-    CDeviceDatabase* const database = TheDeviceDatabase();
-    if (!database->GetMotorValidationError(motor).isEmpty() ||
+    if (!TheDeviceDatabase()->GetMotorValidationError(motor).isEmpty() ||
         !TheDeviceCommunication()->IsConnected()) {
         UpdateControls();
         return NotConnectedText();
     }
-    const CDeviceParameters parameters(database->GetFirmwareVersion().toFloat());
     const QVector<ushort> values = CollectMotorValues();
-    if (values.size() != parameters.GetParameterCount()) {
+    if (values.size() != UnitParameters().GetParameterCount()) {
         return QStringLiteral("Error! Invalid number of Motor configuration params.");
     }
     TheDeviceCommunication()->SendMotorConfiguration(motor, values);
@@ -306,7 +297,7 @@ QString CTabMotorConfiguration::SendTable()
 bool CTabMotorConfiguration::ReadMotorConfigurationFromDevice(int motor)
 {
     CDeviceDatabase* const database = TheDeviceDatabase();
-    CDeviceParameters parameters(database->GetFirmwareVersion().toFloat());
+    CDeviceParameters parameters = UnitParameters();
     const ushort size = parameters.GetDeviceBlockSize();
     // In words, as the decoder takes it, with room for the odd byte at the end.
     QVector<ushort> block((size + 1) / 2, 0);
@@ -315,8 +306,7 @@ bool CTabMotorConfiguration::ReadMotorConfigurationFromDevice(int motor)
         return false;
     }
     parameters.ParseDeviceBlock(block.data());
-    const int last = database->IsFirmwareBelowVersion3() ? SlowMotionSpeed - 1 : RotorType;
-    for (int parameter = 0; parameter <= last; ++parameter) {
+    for (int parameter = 0; parameter < parameters.GetParameterCount(); ++parameter) {
         const ushort value = (parameters.*ParameterAccessors[parameter])(static_cast<short>(motor));
         database->SetMotorParameter(motor, parameter, value);
     }
@@ -354,7 +344,7 @@ void CTabMotorConfiguration::WriteMotorConfigurationButtonClicked()
 // These give the text that the status line ends with.
 QString CTabMotorConfiguration::WriteTables()
 {
-    for (const int any : {Azimuth, Polar}) {
+    for (const int any : {Motor::Azimuth, Motor::Polar}) {
         const QString error = TheDeviceDatabase()->GetMotorValidationError(any);
         if (!error.isEmpty()) {
             return error;
@@ -384,7 +374,7 @@ bool CTabMotorConfiguration::WriteConfigurationFile(QString fileName)
 {
     CFileIO file(fileName);
     return file.OpenForWrite() && file.WriteBanner() && WriteIdentityLines(file) &&
-           WriteParameterLines(file, Azimuth) && WriteParameterLines(file, Polar);
+           WriteParameterLines(file, Motor::Azimuth) && WriteParameterLines(file, Motor::Polar);
 }
 
 void CTabMotorConfiguration::ReadMotorConfigurationButtonClicked()

@@ -7,18 +7,12 @@
 
 namespace {
 
-constexpr int NoMotor = 2;
-constexpr int NoParameter = 12;
-
-constexpr int LoopsInside = 9;
-constexpr int SlowMotionSpeed = 10;
-
 // The last motor whose name contains the key's text in front of its first blank. The name for no
 // motor takes part: what stands in it as well is none.
 int MotorOfKey(const QString& key)
 {
     const QString text = key.section(QLatin1Char(' '), 0, 0);
-    int motor = NoMotor;
+    int motor = Motor::NoMotor;
     for (auto name = MotorNames.cbegin(); name != MotorNames.cend(); ++name) {
         if (name.value().contains(text)) {
             motor = name.key();
@@ -30,7 +24,7 @@ int MotorOfKey(const QString& key)
 // The last parameter whose mnemonic stands in the key, wherever.
 int ParameterOfKey(const QString& key)
 {
-    int parameter = NoParameter;
+    int parameter = Parameter::NoParameter;
     for (auto label = MotorParameterNames.cbegin(); label != MotorParameterNames.cend(); ++label) {
         if (key.contains(ParameterMnemonic(label.value()))) {
             parameter = label.key();
@@ -54,7 +48,8 @@ bool WriteIdentityLines(CFileIO& file)
 bool WriteParameterLines(CFileIO& file, int motor)
 {
     const CDeviceDatabase* const database = TheDeviceDatabase();
-    const int last = database->IsFirmwareBelowVersion3() ? LoopsInside : SlowMotionSpeed;
+    const int last =
+        database->IsFirmwareBelowVersion3() ? Parameter::LoopsInside : Parameter::SlowMotionSpeed;
     bool written = true;
     for (int parameter = 0; written && parameter <= last; ++parameter) {
         const QString key =
@@ -74,8 +69,8 @@ bool ApplyConfigurationLine(const QString& line, int motor)
     }
     const int motorOfLine = MotorOfKey(key);
     const int parameter = ParameterOfKey(key);
-    const bool hasMotor = motorOfLine != NoMotor;
-    const bool hasParameter = parameter != NoParameter;
+    const bool hasMotor = motorOfLine != Motor::NoMotor;
+    const bool hasParameter = parameter != Parameter::NoParameter;
     if (hasMotor && hasParameter && motorOfLine == motor) {
         TheDeviceDatabase()->SetMotorParameter(
             motor, parameter, static_cast<ushort>(value.toInt()));

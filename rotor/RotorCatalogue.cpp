@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr quint16 Potentiometer = 0;
-constexpr quint16 Pulse = 1;
+using RotorType::Potentiometer;
+using RotorType::Pulse;
 
 constexpr quint16 NoLimit = 65535;
 constexpr quint16 Percent = 100;
@@ -23,33 +23,42 @@ sMOTOR_PARAM_RANGE Percentage(int parameterId)
 } // namespace
 
 const QMap<int, QString> MotorNames{
-    {0, QStringLiteral("Azimuth")},
-    {1, QStringLiteral("Polar")},
-    {2, QStringLiteral("UnknownMotor")},
+    {Motor::Azimuth, QStringLiteral("Azimuth")},
+    {Motor::Polar, QStringLiteral("Polar")},
+    {Motor::NoMotor, QStringLiteral("UnknownMotor")},
 };
 
 const QMap<int, QString> RotorTypeNames{
     {Potentiometer, QStringLiteral("Potentiometer")},
     {Pulse, QStringLiteral("Pulse")},
-    {2, QStringLiteral("Unknow Type")},
+    {RotorType::Unknown, QStringLiteral("Unknow Type")},
 };
 
 const QMap<int, QString> MotorParameterNames{
-    {0, QStringLiteral("Slow Motion Difference (SMD)")},
-    {1, QStringLiteral("Motion Hang Up Difference (MHD)")},
-    {2, QStringLiteral("Step Difference (SD)")},
-    {3, QStringLiteral("Step Sleep (SS)")},
-    {4, QStringLiteral("Pulse Duration (PD)")},
-    {5, QStringLiteral("Max Position Difference (OD)")},
-    {6, QStringLiteral("Max Position From Right (ORS)")},
-    {7, QStringLiteral("Max Position From Left (OLS)")},
-    {8, QStringLiteral("Max Motion Hang Up Loop (MMHL)")},
-    {9, QStringLiteral("Loops Inside (MOT)")},
-    {10, QStringLiteral("Slow Motion Speed (SMS)")},
+    {Parameter::SlowMotionDifference, QStringLiteral("Slow Motion Difference (SMD)")},
+    {Parameter::MotionHangUpDifference, QStringLiteral("Motion Hang Up Difference (MHD)")},
+    {Parameter::StepDifference, QStringLiteral("Step Difference (SD)")},
+    {Parameter::StepSleep, QStringLiteral("Step Sleep (SS)")},
+    {Parameter::PulseDuration, QStringLiteral("Pulse Duration (PD)")},
+    {Parameter::MaxPositionDifference, QStringLiteral("Max Position Difference (OD)")},
+    {Parameter::MaxPositionFromRight, QStringLiteral("Max Position From Right (ORS)")},
+    {Parameter::MaxPositionFromLeft, QStringLiteral("Max Position From Left (OLS)")},
+    {Parameter::MaxMotionHangUpLoop, QStringLiteral("Max Motion Hang Up Loop (MMHL)")},
+    {Parameter::LoopsInside, QStringLiteral("Loops Inside (MOT)")},
+    {Parameter::SlowMotionSpeed, QStringLiteral("Slow Motion Speed (SMS)")},
 };
 
 const QVector<sMOTOR_PARAM_RANGE> MotorParameterRanges{
-    Word(0), Word(1), Word(2), Word(5), Word(6), Word(7), Word(8), Word(9), Percentage(10)};
+    Word(Parameter::SlowMotionDifference),
+    Word(Parameter::MotionHangUpDifference),
+    Word(Parameter::StepDifference),
+    Word(Parameter::MaxPositionDifference),
+    Word(Parameter::MaxPositionFromRight),
+    Word(Parameter::MaxPositionFromLeft),
+    Word(Parameter::MaxMotionHangUpLoop),
+    Word(Parameter::LoopsInside),
+    Percentage(Parameter::SlowMotionSpeed),
+};
 
 // The columns: SMD, MHD, SD, SS, PD, OD, ORS, OLS, MMHL, MOT, SMS.
 // clang-format off

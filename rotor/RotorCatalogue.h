@@ -4,8 +4,49 @@
 #include <QString>
 #include <QVector>
 
-// The vocabulary of the two rotators: what the unit's parameters are called, and the values that
-// the vendor gives for each rotor model. The tables are constant, and made before the window.
+// The vocabulary of the two rotators: the numbers and names of motors and parameters, and the
+// values that the vendor gives for each rotor model. The tables are constant, and made before the
+// window.
+
+/// The number of a motor, in the model and in the unit.
+namespace Motor {
+enum Index
+{
+    Azimuth = 0,
+    Polar = 1,
+    NoMotor = 2,
+};
+} // namespace Motor
+
+/// The number of a parameter, which is its place on the wire and in the model.
+namespace Parameter {
+enum Id
+{
+    SlowMotionDifference = 0,
+    MotionHangUpDifference = 1,
+    StepDifference = 2,
+    StepSleep = 3,
+    PulseDuration = 4,
+    MaxPositionDifference = 5,
+    MaxPositionFromRight = 6,
+    MaxPositionFromLeft = 7,
+    MaxMotionHangUpLoop = 8,
+    LoopsInside = 9,
+    SlowMotionSpeed = 10,
+    RotorType = 11,
+    NoParameter = 12,
+};
+} // namespace Parameter
+
+/// What the parameter RotorType holds.
+namespace RotorType {
+enum Code
+{
+    Potentiometer = 0,
+    Pulse = 1,
+    Unknown = 2,
+};
+} // namespace RotorType
 
 /// A row of the table in which the user edits a motor's parameters.
 struct sMOTOR_PARAM_RANGE
@@ -16,7 +57,8 @@ struct sMOTOR_PARAM_RANGE
     quint16 maximum;
 };
 
-/// A rotor model: its name in the list, its rotor type code, and the parameters 0 to 10.
+/// A rotor model: its name in the list, its rotor type code, and the parameters up to
+/// SlowMotionSpeed.
 struct sROTOR_PRESET
 {
     QString name;
@@ -24,14 +66,13 @@ struct sROTOR_PRESET
     QVector<ushort> values;
 };
 
-/// By motor index: 0 azimuth, 1 polar, 2 for no motor.
+/// By motor index, with a name for no motor.
 extern const QMap<int, QString> MotorNames;
 /// By rotor type code.
 extern const QMap<int, QString> RotorTypeNames;
-/// By parameter id, 0 to 10. The id is a parameter's place on the wire and in the model. Id 11 is
-/// the rotor type code and has no label.
+/// By parameter id. The rotor type has no label.
 extern const QMap<int, QString> MotorParameterNames;
-/// In the order of the table's rows. The parameters 3 and 4 are not for the user.
+/// In the order of the table's rows. StepSleep and PulseDuration are not for the user.
 extern const QVector<sMOTOR_PARAM_RANGE> MotorParameterRanges;
 /// The vendor's presets, in the order of the rotor list; the first is a blank entry.
 extern const QVector<sROTOR_PRESET> AzimuthRotorPresets;

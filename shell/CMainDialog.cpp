@@ -11,6 +11,7 @@
 #include "model/CDeviceDatabase.h"
 #include "options/CTabOptions.h"
 #include "rotor/CTabMotorConfiguration.h"
+#include "rotor/RotorCatalogue.h"
 #include "shell/CCustomProgressDialog.h"
 #include "shell/MaskedFields.h"
 #include "shell/ModelMapper.h"
@@ -26,10 +27,6 @@
 
 namespace {
 
-constexpr ushort Retries = 3;
-constexpr int Azimuth = 0;
-constexpr int Polar = 1;
-
 // The sharp form for each size. Left to find out their format, Qt would load all its image plugins.
 QIcon LoadIcon()
 {
@@ -43,29 +40,19 @@ QIcon LoadIcon()
     return icon;
 }
 
-template<class... Tabs>
-bool IsOneOf(const CTabBaseClass* tab)
-{
-    return (... || (qobject_cast<const Tabs*>(tab) != nullptr));
-}
-
 } // namespace
 
 CMainDialog::CMainDialog(QWidget* parent)
     : QDialog(parent)
     , ui(new Ui::MainDialog)
-    , tabs{&infoTab, &optionsTab, &firmwareTab, &ipTab, &detectTab, &azimuthTab, &polarTab,
-          &boardDataTab}
 {
 }
 
 CMainDialog::~CMainDialog()
 {
-    const auto owned = tabs;
-    tabs.clear();
-    for (CTabBaseClass** const tab : owned) {
-        delete *tab;
-    }
+    QVector<CTabBaseClass*> owned;
+    owned.swap(tabs);
+    qDeleteAll(owned);
     ui.reset();
 }
 
@@ -91,10 +78,11 @@ void CMainDialog::CreateTabs()
     firmwareTab = new CTabLoadFirmware(ui->tabWidget);
     ipTab = new CTabIpConfiguration(ui->tabWidget);
     detectTab = new CTabDetectZKDevices(ui->tabWidget);
-    azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Azimuth);
-    polarTab = new CTabMotorConfiguration(ui->tabWidget, Polar);
+    azimuthTab = new CTabMotorConfiguration(ui->tabWidget, Motor::Azimuth);
+    polarTab = new CTabMotorConfiguration(ui->tabWidget, Motor::Polar);
     boardDataTab = new CTabBoardDataNew(nullptr);
     optionsTab = new CTabOptions(ui->tabWidget);
+    tabs = {infoTab, optionsTab, firmwareTab, ipTab, detectTab, azimuthTab, polarTab, boardDataTab};
 }
 
 // The board data tab has no page: it takes part in the passes and stays out of sight.
@@ -102,7 +90,7 @@ void CMainDialog::AddPages()
 {
     const struct
     {
-        CTabBaseClass* tab;
+        QWidget* tab;
         QString title;
     } pages[] = {
         {infoTab, QStringLiteral("Info")},
@@ -115,10 +103,8 @@ void CMainDialog::AddPages()
     };
     ui->tabWidget->clear();
     for (const auto& page : pages) {
-        if (page.tab != nullptr) {
-            const int index = ui->tabWidget->addTab(page.tab, page.title);
-            ui->tabWidget->tabBar()->setAccessibleTabName(index, page.title);
-        }
+        const int index = ui->tabWidget->addTab(page.tab, page.title);
+        ui->tabWidget->tabBar()->setAccessibleTabName(index, page.title);
     }
 }
 
@@ -143,22 +129,16 @@ void CMainDialog::ConnectSignals()
 {
     ConnectClick(ui->btnConnect, this, &CMainDialog::ConnectButtonClicked);
     connect(ui->txtIpAddress, &QLineEdit::returnPressed, ui->btnConnect, &QPushButton::click);
-    connect(qobject_cast<CTabIpConfiguration*>(ipTab), &CTabIpConfiguration::SignalIpChanged, this,
-        &CMainDialog::IpAddressChanged);
+    connect(ipTab, &CTabIpConfiguration::SignalIpChanged, this, &CMainDialog::IpAddressChanged);
     connect(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost, this,
         &CMainDialog::CheckForConnectionLoss);
-
-    const auto* const firmware = qobject_cast<CTabLoadFirmware*>(firmwareTab);
-    connect(firmware, &CTabLoadFirmware::ReconnectAfterFirmwareUpDate, this,
+    connect(firmwareTab, &CTabLoadFirmware::ReconnectAfterFirmwareUpDate, this,
         &CMainDialog::ReconnectAfterFirmwareUpdate);
-    connect(this, &CMainDialog::AttemptedReconnection, firmware,
+    connect(this, &CMainDialog::AttemptedReconnection, firmwareTab,
         &CTabLoadFirmware::ValidateFirmwareUpdate);
-
-    const auto* const azimuth = qobject_cast<CTabMotorConfiguration*>(azimuthTab);
-    const auto* const polar = qobject_cast<CTabMotorConfiguration*>(polarTab);
-    connect(polar, &CTabMotorConfiguration::ReadFromUi, azimuth,
+    connect(polarTab, &CTabMotorConfiguration::ReadFromUi, azimuthTab,
         &CTabMotorConfiguration::ReadParamValuesFromUi);
-    connect(azimuth, &CTabMotorConfiguration::ReadFromUi, polar,
+    connect(azimuthTab, &CTabMotorConfiguration::ReadFromUi, polarTab,
         &CTabMotorConfiguration::ReadParamValuesFromUi);
 }
 
@@ -178,7 +158,7 @@ void CMainDialog::ConnectButtonClicked()
     ui->lblAppStatus->setText(QString());
     TheDeviceDatabase()->ResetData();
     TheDeviceDatabase()->SetIpAddress(address);
-    if (ConnectToDevice(Retries, address)) {
+    if (ConnectToDevice(ConnectionRetries, address)) {
         LoadDeviceInfo();
     }
     UpdateTabs();
@@ -191,7 +171,7 @@ void CMainDialog::IpAddressChanged()
 
 void CMainDialog::ReconnectAfterFirmwareUpdate()
 {
-    if (ConnectToDevice(Retries, TheDeviceDatabase()->GetIpAddress())) {
+    if (ConnectToDevice(ConnectionRetries, TheDeviceDatabase()->GetIpAddress())) {
         ReadDeviceInfo();
     }
     emit AttemptedReconnection();
@@ -213,11 +193,8 @@ void CMainDialog::LoadDeviceInfo()
     ProcessEventsBesidesInput();
     const int step = 100 / tabs.size();
     int progress = 0;
-    for (CTabBaseClass** const tab : qAsConst(tabs)) {
-        if (IsOneOf<CTabInfo, CTabOptions, CTabLoadFirmware, CTabIpConfiguration,
-                CTabMotorConfiguration, CTabBoardDataNew, CTabDetectZKDevices>(*tab)) {
-            (*tab)->ConnectionStatusChanged();
-        }
+    for (CTabBaseClass* const tab : qAsConst(tabs)) {
+        tab->ConnectionStatusChanged();
         progress += step;
         dialog.setValue(progress);
         if (dialog.wasCanceled()) {
@@ -229,15 +206,12 @@ void CMainDialog::LoadDeviceInfo()
 
 void CMainDialog::UpdateTabs()
 {
-    for (CTabBaseClass** const tab : qAsConst(tabs)) {
-        if (*tab != nullptr) {
-            (*tab)->UpdateControls();
-        }
+    for (CTabBaseClass* const tab : qAsConst(tabs)) {
+        tab->UpdateControls();
     }
 }
 
 bool CMainDialog::eventFilter(QObject* watched, QEvent* event)
 {
-    return watched == ui->txtIpAddress &&
-           FilterMaskedField(*ui->txtIpAddress, *event, QLatin1Char('.'));
+    return FilterMaskedFields({ui->txtIpAddress}, QLatin1Char('.'), watched, event);
 }

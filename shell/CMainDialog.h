@@ -6,6 +6,13 @@
 #include <QVector>
 
 class CTabBaseClass;
+class CTabBoardDataNew;
+class CTabDetectZKDevices;
+class CTabInfo;
+class CTabIpConfiguration;
+class CTabLoadFirmware;
+class CTabMotorConfiguration;
+class CTabOptions;
 
 namespace Ui {
 class MainDialog;
@@ -55,16 +62,15 @@ private:
     void UpdateTabs();
 
     QScopedPointer<Ui::MainDialog> ui;
-    // A null tab is skipped wherever the tabs are walked.
-    CTabBaseClass* polarTab = nullptr;
-    CTabBaseClass* azimuthTab = nullptr;
-    CTabBaseClass* infoTab = nullptr;
-    CTabBaseClass* firmwareTab = nullptr;
-    CTabBaseClass* ipTab = nullptr;
-    CTabBaseClass* detectTab = nullptr;
-    CTabBaseClass* boardDataTab = nullptr;
-    CTabBaseClass* optionsTab = nullptr;
-    // In the order of the passes. The fields are pointed at, since the tabs are made later.
-    QVector<CTabBaseClass**> tabs;
+    CTabMotorConfiguration* polarTab = nullptr;
+    CTabMotorConfiguration* azimuthTab = nullptr;
+    CTabInfo* infoTab = nullptr;
+    CTabLoadFirmware* firmwareTab = nullptr;
+    CTabIpConfiguration* ipTab = nullptr;
+    CTabDetectZKDevices* detectTab = nullptr;
+    CTabBoardDataNew* boardDataTab = nullptr;
+    CTabOptions* optionsTab = nullptr;
+    // All of them, in the order of the passes. They are deleted in this order.
+    QVector<CTabBaseClass*> tabs;
     QScopedPointer<QDataWidgetMapper> mapper;
 };

@@ -14,6 +14,16 @@ static void LoadResources()
 
 namespace {
 
+// Qt wants to know these before it makes the application.
+int& WithAttributes(int& argc)
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    return argc;
+}
+
 // The forms have fixed geometries, which were checked with this style and font.
 void UseFormLook()
 {
@@ -24,7 +34,7 @@ void UseFormLook()
 } // namespace
 
 CVX440_AccessApplication::CVX440_AccessApplication(int& argc, char** argv)
-    : QApplication(argc, argv)
+    : QApplication(WithAttributes(argc), argv)
 {
     LoadResources();
     UseFormLook();

@@ -5,8 +5,11 @@
 
 class CMainDialog;
 
-/// The program. Its constructor shows the window, runs its event loop and returns when the user has
-/// closed it: there is nothing left to do with the object then but to destroy it.
+/// The program, set up as a whole: resolution, resources, style, font, accessibility. Whoever needs
+/// the program makes this object and sets nothing up itself.
+///
+/// The constructor shows the window, runs its event loop and returns when the user has closed it.
+/// There is nothing left to do with the object then but to destroy it.
 class CVX440_AccessApplication : public QApplication
 {
     Q_OBJECT

@@ -111,9 +111,7 @@ bool ShowMenu(QLineEdit& field, const QContextMenuEvent& event, QLatin1Char sepa
     return true;
 }
 
-} // namespace
-
-bool FilterMaskedField(QLineEdit& field, QEvent& event, QLatin1Char separator)
+bool FilterEvent(QLineEdit& field, QEvent& event, QLatin1Char separator)
 {
     switch (event.type()) {
     case QEvent::MouseButtonPress:
@@ -131,4 +129,13 @@ bool FilterMaskedField(QLineEdit& field, QEvent& event, QLatin1Char separator)
     default:
         return false;
     }
+}
+
+} // namespace
+
+bool FilterMaskedFields(std::initializer_list<QLineEdit*> fields, QLatin1Char separator,
+    const QObject* watched, QEvent* event)
+{
+    const auto field = std::find(fields.begin(), fields.end(), watched);
+    return field != fields.end() && FilterEvent(**field, *event, separator);
 }

@@ -1,6 +1,5 @@
 #include "platform/NeighbourTable.h"
 
-#include "platform/NeighbourRows.h"
 #include "platform/Sleep.h"
 
 #include <algorithm>
@@ -8,7 +7,6 @@
 #include <chrono>
 #include <cstring>
 #include <memory>
-#include <vector>
 
 #include <arpa/inet.h>
 #include <linux/neighbour.h>
@@ -202,9 +200,7 @@ bool AwaitAnswer(nl_sock* kernel, NeighbourRow& row)
     return resolution == Resolution::Answered;
 }
 
-} // namespace
-
-unsigned ReadNeighbourRows(std::vector<NeighbourRow>& rows)
+unsigned AskForAllNeighbours(std::vector<NeighbourRow>* rows)
 {
     const NetlinkSocket kernel = ConnectToKernel();
     const Message request(nlmsg_alloc_simple(RTM_GETNEIGH, NLM_F_DUMP));
@@ -214,12 +210,31 @@ unsigned ReadNeighbourRows(std::vector<NeighbourRow>& rows)
         nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0) {
         return EIO;
     }
-    const unsigned error = Ask(kernel.get(), request.get(), &rows);
-    // The kernel's own entries for loopback, multicast and broadcast.
-    rows.erase(std::remove_if(rows.begin(), rows.end(),
-                   [](const NeighbourRow& row) { return row.type == NUD_NOARP; }),
-        rows.end());
-    return error;
+    return Ask(kernel.get(), request.get(), rows);
+}
+
+// The kernel's own entry for loopback, multicast or broadcast.
+bool IsNoNeighbour(const NeighbourRow& row)
+{
+    return row.type == NUD_NOARP;
+}
+
+bool IsBelow(const NeighbourRow& left, const NeighbourRow& right)
+{
+    return std::memcmp(&left.ipAddress, &right.ipAddress, sizeof left.ipAddress) < 0;
+}
+
+} // namespace
+
+std::vector<NeighbourRow> ReadNeighbourTable()
+{
+    std::vector<NeighbourRow> rows;
+    if (AskForAllNeighbours(&rows) != 0) {
+        return {};
+    }
+    rows.erase(std::remove_if(rows.begin(), rows.end(), IsNoNeighbour), rows.end());
+    std::stable_sort(rows.begin(), rows.end(), IsBelow);
+    return rows;
 }
 
 unsigned DeleteNeighbour(const NeighbourRow& row)

@@ -1,7 +1,5 @@
 #include "platform/NeighbourTable.h"
 
-#include "platform/NeighbourRows.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -31,15 +29,16 @@ bool IsNoNeighbour(const NeighbourRow& row)
            (row.physicalAddress[0] & GroupBit) != 0;
 }
 
-// What the system delivers: a count, and the rows behind it. Empty when `error` is set.
-std::vector<char> ReadSystemTable(DWORD& error)
+// What the system delivers: a count, and the rows behind it. Empty when it cannot.
+std::vector<char> ReadSystemTable()
 {
     std::vector<char> table;
     ULONG size = 0;
+    DWORD error = NO_ERROR;
     // The table may grow between a call that counts it and the one that reads it.
     do {
         table.resize(size);
-        error = GetIpNetTable(reinterpret_cast<MIB_IPNETTABLE*>(table.data()), &size, FALSE);
+        error = GetIpNetTable(reinterpret_cast<MIB_IPNETTABLE*>(table.data()), &size, TRUE);
     } while (error == ERROR_INSUFFICIENT_BUFFER);
     if (error != NO_ERROR) {
         table.clear();
@@ -49,23 +48,19 @@ std::vector<char> ReadSystemTable(DWORD& error)
 
 } // namespace
 
-unsigned ReadNeighbourRows(std::vector<NeighbourRow>& rows)
+std::vector<NeighbourRow> ReadNeighbourTable()
 {
-    DWORD error = NO_ERROR;
-    const std::vector<char> table = ReadSystemTable(error);
-    if (error == ERROR_NO_DATA) {
-        return 0; // no neighbours
-    }
-    if (error != NO_ERROR) {
-        return error;
+    const std::vector<char> table = ReadSystemTable();
+    if (table.empty()) {
+        return {};
     }
     DWORD count = 0;
     std::memcpy(&count, table.data(), sizeof count);
-    rows.resize(count);
+    std::vector<NeighbourRow> rows(count);
     std::memcpy(
         rows.data(), table.data() + offsetof(MIB_IPNETTABLE, table), count * sizeof(NeighbourRow));
     rows.erase(std::remove_if(rows.begin(), rows.end(), IsNoNeighbour), rows.end());
-    return 0;
+    return rows;
 }
 
 unsigned DeleteNeighbour(const NeighbourRow& row)

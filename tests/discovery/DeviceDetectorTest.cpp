@@ -158,13 +158,12 @@ private slots:
             }
         });
         QVERIFY(search.Run("192.168.1.7", "192.168.1.8"));
-        QCOMPARE(
-            search.steps, Lines("size\nread\ndelete 192.168.1.9\n"
-                                "progress 7\nwait 5\nresolve 192.168.1.7\nwait 80\n"
-                                "progress 8\nwait 5\nresolve 192.168.1.8\nwait 80\n"
-                                "wait 100\n"
-                                "progress 15\nsize\nread\n"
-                                "progress 16\nsize\nread\nfound 192.168.1.8 00:11:22:33:44:55"));
+        QCOMPARE(search.steps, Lines("read\ndelete 192.168.1.9\n"
+                                     "progress 7\nwait 5\nresolve 192.168.1.7\nwait 80\n"
+                                     "progress 8\nwait 5\nresolve 192.168.1.8\nwait 80\n"
+                                     "wait 100\n"
+                                     "progress 15\nread\n"
+                                     "progress 16\nread\nfound 192.168.1.8 00:11:22:33:44:55"));
     }
 
     void aWholeNetworkWaits85MillisecondsAnAddressAnd100AtTheEnd()
@@ -418,7 +417,7 @@ private slots:
         QString mac = "of before";
         QVERIFY(CDeviceDetector().ResolveMacAddress("10.0.0.2", mac));
         QCOMPARE(mac, "02:4c:7e:00:00:0f");
-        QCOMPARE(ScriptedNeighbours::Calls(), (QStringList{"resolve 10.0.0.2", "size", "read"}));
+        QCOMPARE(ScriptedNeighbours::Calls(), (QStringList{"resolve 10.0.0.2", "read"}));
         QCOMPARE(ScriptedThreads::Starts(), 0);
         const ScriptedNeighbours::Request request = ScriptedNeighbours::LatestResolution();
         QCOMPARE(request.source, 0U);

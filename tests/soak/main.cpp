@@ -32,7 +32,6 @@ int main(int argc, char** argv)
     Run run(QByteArray(argv[1]).toUInt());
     QMetaObject::invokeMethod(&run, &Run::Begin, Qt::QueuedConnection);
     {
-        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
         const CVX440_AccessApplication application(argc, argv);
     }
     return run.ExitCode();

@@ -152,6 +152,9 @@ int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
         QFile::copy(
             qEnvironmentVariable("VX440_THEME_SETTINGS"), settings.filePath("qt5ct/qt5ct.conf"));
     }
+    // Displays that nobody sees have 100 dots per inch, and the window would grow by a
+    // twenty-fourth.
+    qputenv("QT_SCALE_FACTOR_ROUNDING_POLICY", "Round");
 
     int result = 1;
     QObject context;
@@ -162,7 +165,6 @@ int RunInTheProgram(const std::function<int()>& work, int argc, char** argv)
             MainWindow()->close();
         },
         Qt::QueuedConnection);
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     // The system's own take keys from the system only, and are no windows of this program.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const CVX440_AccessApplication application(argc, argv);

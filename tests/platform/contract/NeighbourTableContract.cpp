@@ -10,41 +10,10 @@
 #include <vector>
 
 using platform::NeighbourRow;
-using platform::NeighbourTable;
 using results::Expect;
 
 namespace contract {
 namespace {
-
-constexpr unsigned TooSmall = 122;
-constexpr std::uint32_t HeadBytes = 4;
-constexpr std::uint32_t RowBytes = 24;
-
-// A table's bytes, aligned as its numbers need it.
-using Buffer = std::vector<std::uint32_t>;
-
-NeighbourTable* TableIn(Buffer& buffer)
-{
-    return reinterpret_cast<NeighbourTable*>(buffer.data());
-}
-
-std::vector<NeighbourRow> RowsIn(const Buffer& buffer)
-{
-    std::vector<NeighbourRow> rows(buffer.front());
-    if (!rows.empty()) {
-        std::memcpy(rows.data(), buffer.data() + 1, rows.size() * sizeof rows.front());
-    }
-    return rows;
-}
-
-std::vector<NeighbourRow> ReadRows()
-{
-    std::uint32_t size = 0;
-    platform::ReadNeighbourTable(nullptr, &size, true);
-    Buffer buffer(size / sizeof(std::uint32_t));
-    platform::ReadNeighbourTable(TableIn(buffer), &size, true);
-    return RowsIn(buffer);
-}
 
 std::string IpText(std::uint32_t address)
 {
@@ -74,29 +43,9 @@ bool HasNeighboursOnly(const std::vector<NeighbourRow>& rows)
     });
 }
 
-void CheckShape()
+void CheckRows()
 {
-    std::uint32_t size = 0;
-    Expect("a call without a table says that there is too little room",
-        platform::ReadNeighbourTable(nullptr, &size, true) == TooSmall);
-    Expect("and how many bytes a head and its rows take",
-        size >= HeadBytes + RowBytes && (size - HeadBytes) % RowBytes == 0);
-
-    const Buffer untouched(size / sizeof(std::uint32_t), 0xAAAAAAAA);
-    Buffer buffer = untouched;
-    std::uint32_t tooSmall = size - 1;
-    const unsigned refused = platform::ReadNeighbourTable(TableIn(buffer), &tooSmall, true);
-    Expect("a byte too little gives the same answer",
-        refused == TooSmall && (tooSmall - HeadBytes) % RowBytes == 0 && tooSmall >= size);
-    Expect("and leaves the table as it was", buffer == untouched);
-
-    platform::ReadNeighbourTable(nullptr, &size, true);
-    buffer.assign(size / sizeof(std::uint32_t), 0);
-    Expect(
-        "the second call reads", platform::ReadNeighbourTable(TableIn(buffer), &size, true) == 0);
-    const std::vector<NeighbourRow> rows = RowsIn(buffer);
-    Expect("it gives the rows that the first one counted",
-        std::max<std::size_t>(rows.size(), 1) * RowBytes == size - HeadBytes);
+    const std::vector<NeighbourRow> rows = platform::ReadNeighbourTable();
     Expect("the rows are in ascending order of their addresses", IsAscending(rows));
     Expect("none of them is loopback, multicast or broadcast", HasNeighboursOnly(rows));
 }
@@ -124,10 +73,11 @@ std::string Facts(const std::vector<NeighbourRow>& rows)
 
 void CheckRefusedDeletion()
 {
-    const std::vector<NeighbourRow> before = ReadRows();
+    const std::vector<NeighbourRow> before = platform::ReadNeighbourTable();
     const unsigned result = before.empty() ? 0 : platform::DeleteNeighbour(before.front());
     Expect("a refused deletion gives an error number", result != 0);
-    Expect("a refused deletion leaves the table as it was", Facts(ReadRows()) == Facts(before));
+    Expect("a refused deletion leaves the table as it was",
+        Facts(platform::ReadNeighbourTable()) == Facts(before));
 }
 
 void CheckResolving()
@@ -163,13 +113,14 @@ void CheckAddressTexts()
 void CheckNeighbourTable()
 {
     CheckAddressTexts();
-    CheckShape();
+    CheckRows();
 }
 
 void CheckKnownNeighbours()
 {
     Expect("both neighbours are in the table, with their physical addresses",
-        Facts(ReadRows()) == "192.168.77.9 024c7e000009 6\n192.168.77.10 024c7e00000a 6\n");
+        Facts(platform::ReadNeighbourTable()) ==
+            "192.168.77.9 024c7e000009 6\n192.168.77.10 024c7e00000a 6\n");
     CheckRefusedDeletion();
     CheckResolving();
 }

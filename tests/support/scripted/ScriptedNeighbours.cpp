@@ -1,7 +1,6 @@
 #include "tests/support/scripted/ScriptedNeighbours.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -14,13 +13,12 @@ namespace {
 constexpr unsigned Refused = 1;
 constexpr int NoLimit = std::numeric_limits<int>::max();
 
-QVector<platform::NeighbourRow> rows;
+std::vector<platform::NeighbourRow> rows;
 QStringList calls;
 std::function<void(const QString&)> onCall;
 std::mutex recording;
 ScriptedNeighbours::Request latestResolution;
 int deletesLeft = NoLimit;
-bool failing = false;
 
 QString TextOf(quint32 address)
 {
@@ -53,7 +51,6 @@ void ScriptedNeighbours::Reset()
     onCall = nullptr;
     latestResolution = Request{};
     deletesLeft = NoLimit;
-    failing = false;
 }
 
 void ScriptedNeighbours::Add(const char* ip, const char* mac)
@@ -64,7 +61,7 @@ void ScriptedNeighbours::Add(const char* ip, const char* mac)
     const QStringList pairs = QString::fromLatin1(mac).split(':');
     std::transform(pairs.cbegin(), pairs.cend(), row.physicalAddress,
         [](const QString& pair) { return static_cast<quint8>(pair.toUInt(nullptr, 16)); });
-    rows.append(row);
+    rows.push_back(row);
 }
 
 void ScriptedNeighbours::Empty()
@@ -75,7 +72,7 @@ void ScriptedNeighbours::Empty()
 QStringList ScriptedNeighbours::Addresses()
 {
     QStringList addresses;
-    for (const platform::NeighbourRow& row : qAsConst(rows)) {
+    for (const platform::NeighbourRow& row : rows) {
         addresses.append(TextOf(row.ipAddress));
     }
     return addresses;
@@ -84,11 +81,6 @@ QStringList ScriptedNeighbours::Addresses()
 void ScriptedNeighbours::RefuseDeletesAfter(int deletes)
 {
     deletesLeft = deletes;
-}
-
-void ScriptedNeighbours::FailReads()
-{
-    failing = true;
 }
 
 void ScriptedNeighbours::SetOnCall(std::function<void(const QString&)> action)
@@ -117,27 +109,12 @@ ScriptedNeighbours::Request ScriptedNeighbours::LatestResolution()
     return latestResolution;
 }
 
-unsigned platform::ReadNeighbourTable(NeighbourTable* table, std::uint32_t* size, bool sorted)
+std::vector<platform::NeighbourRow> platform::ReadNeighbourTable()
 {
-    Record(table == nullptr ? "size" : "read");
-    if (failing) {
-        return Refused;
-    }
-    const auto bytesOfRows = static_cast<std::size_t>(rows.size()) * sizeof(NeighbourRow);
-    const std::size_t needed =
-        std::max(sizeof(NeighbourTable), offsetof(NeighbourTable, rows) + bytesOfRows);
-    if (table == nullptr || *size < needed) {
-        *size = static_cast<std::uint32_t>(needed);
-        return NeighbourBufferTooSmall;
-    }
-    QVector<NeighbourRow> copy = rows;
-    if (sorted) {
-        std::stable_sort(copy.begin(), copy.end(), IsBelow);
-    }
-    table->count = static_cast<std::uint32_t>(copy.size());
-    std::memcpy(reinterpret_cast<char*>(table) + offsetof(NeighbourTable, rows), copy.constData(),
-        bytesOfRows);
-    return NeighbourTableRead;
+    Record("read");
+    std::vector<NeighbourRow> sorted = rows;
+    std::stable_sort(sorted.begin(), sorted.end(), IsBelow);
+    return sorted;
 }
 
 unsigned platform::DeleteNeighbour(const NeighbourRow& row)

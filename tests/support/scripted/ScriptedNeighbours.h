@@ -27,13 +27,10 @@ QStringList Addresses();
 /// From now on only that many more rows can be deleted.
 void RefuseDeletesAfter(int rows);
 
-/// From now on the table cannot be read at all: every read gives an error and no size.
-void FailReads();
-
 /// Called at the beginning of each call with its text, in the caller's thread.
 void SetOnCall(std::function<void(const QString& call)> action);
 
-/// What was asked, one text each, in order: "size", "read", "delete IP", "resolve IP".
+/// What was asked, one text each, in order: "read", "delete IP", "resolve IP".
 QStringList Calls();
 
 /// The calls that begin with that word.

@@ -1,9 +1,0 @@
-#include "shell/CVX440_AccessApplication.h"
-
-int main(int argc, char** argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    const CVX440_AccessApplication application(argc, argv);
-    return 0;
-}
