@@ -46,7 +46,7 @@ void Walk::WalkThroughUnit(const QString& unit)
     Say(QStringLiteral("  the unit received:"));
     const QStringList commands = log->Commands();
     for (const QString& command : commands) {
-        Say(QStringLiteral("    ") + command);
+        Say(QStringLiteral("    ") + ShortLine(command));
     }
 }
 
