@@ -3,7 +3,6 @@
 #include "tests/support/Warnings.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 #include <QtTest>
@@ -205,19 +204,6 @@ private slots:
         for (const QString& text : OtherTexts) {
             QVERIFY2(texts.contains(text), qPrintable(text));
         }
-    }
-
-    void everyPictureOfThePageIsThere()
-    {
-        static const QRegularExpression picture(QStringLiteral(R"(!\[[^\]]+\]\(([^)]+)\))"));
-        int count = 0;
-        auto found = picture.globalMatch(page);
-        for (; found.hasNext(); ++count) {
-            const QString path = found.next().captured(1);
-            QVERIFY2(QFileInfo(QFileInfo(QStringLiteral(USING_PAGE)).dir(), path).isFile(),
-                qPrintable(path));
-        }
-        QCOMPARE(count, 7);
     }
 };
 
