@@ -121,12 +121,12 @@ private slots:
     {
         for (int octet = 1; octet <= 255; ++octet) {
             ScriptedNeighbours::Add(QString("10.0.0.%1").arg(octet).toLatin1(),
-                QString("02:4c:7e:00:00:%1").arg(octet, 2, 16, '0').toLatin1());
+                QString("02:4c:7e:00:00:%1").arg(octet, 2, 16, QLatin1Char('0')).toLatin1());
         }
         for (int octet = 1; octet <= 255; ++octet) {
             QString mac;
             QVERIFY(CArpCacheAccess().GetMacFromArpCache(mac, QString("10.0.0.%1").arg(octet)));
-            QCOMPARE(mac, QString("02:4c:7e:00:00:%1").arg(octet, 2, 16, '0'));
+            QCOMPARE(mac, QString("02:4c:7e:00:00:%1").arg(octet, 2, 16, QLatin1Char('0')));
         }
     }
 };

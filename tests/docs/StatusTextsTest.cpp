@@ -3,7 +3,6 @@
 #include "tests/support/pages/StatusRows.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 #include <QtTest>
@@ -200,19 +199,6 @@ private slots:
         for (const QString& text : OtherTexts) {
             QVERIFY2(texts.contains(text), qPrintable(text));
         }
-    }
-
-    void everyPictureOfThePageIsThere()
-    {
-        static const QRegularExpression picture(R"(!\[[^\]]+\]\(([^)]+)\))");
-        int count = 0;
-        auto found = picture.globalMatch(page);
-        for (; found.hasNext(); ++count) {
-            const QString path = found.next().captured(1);
-            QVERIFY2(QFileInfo(QFileInfo(QStringLiteral(USING_PAGE)).dir(), path).isFile(),
-                qPrintable(path));
-        }
-        QCOMPARE(count, 7);
     }
 };
 

@@ -124,7 +124,7 @@ private slots:
         for (int octet = 2; octet <= 254; ++octet) {
             MustRun(QString("neigh add 192.168.77.%1 lladdr 02:4c:7e:00:00:%2 dev silent")
                         .arg(octet)
-                        .arg(octet, 2, 16, '0')
+                        .arg(octet, 2, 16, QLatin1Char('0'))
                         .toLatin1());
         }
         const std::vector<platform::NeighbourRow> rows = platform::ReadNeighbourTable();

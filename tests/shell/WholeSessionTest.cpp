@@ -1,5 +1,5 @@
-#include "scripts/walkthrough/UnitLog.h"
 #include "tests/simulator/FirmwareBlocks.h"
+#include "tests/support/UnitLog.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 

@@ -1,4 +1,4 @@
-#include "scripts/walkthrough/UnitLog.h"
+#include "tests/support/UnitLog.h"
 
 #include <QRegularExpression>
 #include <QtTest>
@@ -6,6 +6,8 @@
 namespace {
 
 constexpr int LongestWaitMs = 5000;
+constexpr int DigitsOfByte = 2;
+constexpr int BytesInLine = 24;
 
 // Commands are in capitals; what the unit says of itself and of its connections is not.
 bool IsCommand(const QString& line)
@@ -15,6 +17,19 @@ bool IsCommand(const QString& line)
 }
 
 } // namespace
+
+QString ShortLine(const QString& command)
+{
+    const QString mnemonic = command.section(' ', 0, 0);
+    const QString payload = command.section(' ', 1);
+    const int size = payload.size() / DigitsOfByte;
+    if (size <= BytesInLine) {
+        return command;
+    }
+    return QString("%1 %2... (%3 bytes)")
+        .arg(mnemonic, payload.left(BytesInLine * DigitsOfByte))
+        .arg(size);
+}
 
 UnitLog::UnitLog(const QString& fileName)
     : file(fileName)

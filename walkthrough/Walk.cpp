@@ -1,7 +1,7 @@
-#include "scripts/walkthrough/Walk.h"
+#include "walkthrough/Walk.h"
 
-#include "scripts/walkthrough/Steps.h"
 #include "tests/support/WindowTest.h"
+#include "walkthrough/Steps.h"
 
 #include <QPixmap>
 #include <QTextStream>
@@ -44,7 +44,7 @@ void Walk::WalkThroughUnit(const QString& unit)
     Say("  the unit received:");
     const QStringList commands = log->Commands();
     for (const QString& command : commands) {
-        Say(QString("    ") + command);
+        Say(QString("    ") + ShortLine(command));
     }
 }
 

@@ -1,5 +1,5 @@
-#include "scripts/walkthrough/Walk.h"
 #include "tests/support/WindowTest.h"
+#include "walkthrough/Walk.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

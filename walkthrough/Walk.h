@@ -1,6 +1,6 @@
 #pragma once
 
-#include "scripts/walkthrough/UnitLog.h"
+#include "tests/support/UnitLog.h"
 
 #include <QDir>
 #include <QStringList>

@@ -1,9 +1,9 @@
-#include "scripts/walkthrough/Steps.h"
+#include "walkthrough/Steps.h"
 
 #include "model/CDeviceDatabase.h"
 #include "rotor/RotorCatalogue.h"
-#include "scripts/walkthrough/Walk.h"
 #include "tests/support/WindowTest.h"
+#include "walkthrough/Walk.h"
 
 #include <QComboBox>
 #include <QHostAddress>

@@ -3,6 +3,10 @@
 #include <QFile>
 #include <QStringList>
 
+/// A command of the log as a line that fits a screen of 80 columns. Of a payload of more than 24
+/// bytes it has the first ones, and how many there are.
+QString ShortLine(const QString& command);
+
 /// What a simulated unit writes to its log, from the moment on that this is made. A log that is
 /// not there reads as an empty one.
 class UnitLog
