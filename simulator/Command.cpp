@@ -6,7 +6,7 @@ namespace simulator {
 
 namespace {
 
-/// No frame of the tool is longer than 1206 bytes.
+// No open frame of the tool is longer than 1206 bytes.
 constexpr int LongestOpenPayload = 4096;
 
 constexpr int LongConfiguration = 127;
@@ -78,7 +78,8 @@ QString HexText(const QByteArray& bytes)
 QString FrameText(const Frame& frame)
 {
     const CommandRule* rule = FindCommand(frame.command);
-    const QString name = rule ? QString::fromLatin1(rule->mnemonic) : QStringLiteral("unknown");
+    const QString name =
+        rule != nullptr ? QString::fromLatin1(rule->mnemonic) : QStringLiteral("unknown");
     return frame.payload.isEmpty() ? name : name + QLatin1Char(' ') + HexText(frame.payload);
 }
 

@@ -6,7 +6,7 @@
 
 namespace simulator {
 
-/// What a unit's firmware understands: below 3.0 (10 words a motor) or from 3.0 on (12).
+/// What a unit's firmware understands. Below 3.0 a motor has 10 words, from 3.0 on 12.
 enum class Generation
 {
     Below3,
@@ -40,9 +40,9 @@ enum class Command
 /// How the end of a payload is known.
 enum class PayloadEnd
 {
-    Length,        ///< only when all of its bytes are there
-    LengthOrQuiet, ///< when all of its bytes are there, or the input is quiet before that
-    Quiet          ///< when the input is quiet: the wire gives no length
+    Length,        ///< all of its bytes are there
+    LengthOrQuiet, ///< all of its bytes are there, or the input is quiet before that
+    Quiet          ///< the input is quiet: the wire gives no length
 };
 
 enum class AnswerKind
@@ -52,8 +52,8 @@ enum class AnswerKind
     Data
 };
 
-/// One command as the wire has it. The lengths are the payload's in bytes; of a payload that ends
-/// by quiet alone they are the most that is collected.
+/// One command as the wire has it. The lengths are those of the payload, in bytes. For a payload
+/// that ends by quiet alone they say how much is collected at most.
 struct CommandRule
 {
     Command command;
@@ -69,22 +69,21 @@ struct CommandRule
 /// All commands of the unit, in the order of the catalogue.
 const QVector<CommandRule>& CommandRules();
 
-/// Null when no command has that mnemonic.
+/// Null when no command has this mnemonic.
 const CommandRule* FindCommand(const QByteArray& mnemonic);
 
 /// Null for Command::Unknown.
 const CommandRule* FindCommand(Command command);
 
-/// One command as it came in. The payload of Command::Unknown is what stood where a mnemonic
-/// should.
+/// One command as it came in. The payload of Command::Unknown is what came in place of a mnemonic.
 struct Frame
 {
     Command command = Command::Unknown;
     QByteArray payload;
 };
 
-/// The frame as a line of the log: its mnemonic, or "unknown", then the payload, if any, behind a
-/// blank in upper-case hexadecimal.
+/// The frame as a line of the log: its mnemonic, or "unknown". A payload follows behind a blank, in
+/// upper-case hexadecimal.
 QString FrameText(const Frame& frame);
 
 /// Upper-case hexadecimal without blanks.

@@ -10,6 +10,8 @@ namespace simulator {
 
 namespace {
 
+constexpr int OneDayMs = 24 * 60 * 60 * 1000;
+
 struct OptionText
 {
     const char* name;
@@ -116,10 +118,10 @@ void AddOptions(QCommandLineParser& parser)
     for (const OptionText& text : OptionTexts()) {
         QCommandLineOption option(QString::fromLatin1(text.name));
         QString description = QString::fromLatin1(text.description);
-        if (text.valueName) {
+        if (text.valueName != nullptr) {
             option.setValueName(QString::fromLatin1(text.valueName));
         }
-        if (text.standard) {
+        if (text.standard != nullptr) {
             option.setDefaultValue(QString::fromLatin1(text.standard));
             description += QStringLiteral(" Default: %1").arg(QString::fromLatin1(text.standard));
         }
@@ -128,7 +130,7 @@ void AddOptions(QCommandLineParser& parser)
     }
 }
 
-/// Reads option values and keeps the first complaint.
+// Reads option values and keeps the first complaint.
 class Reader
 {
 public:
@@ -238,14 +240,13 @@ UnitSettings ReadUnit(Reader& reader)
 
 ServerSettings ReadServer(Reader& reader)
 {
-    constexpr int oneDayMs = 24 * 60 * 60 * 1000;
     ServerSettings server;
-    server.port = quint16(reader.Number("port", 65535));
+    server.port = static_cast<quint16>(reader.Number("port", 65535));
     server.interfaceName = reader.Text("interface");
     server.saveEeprom = reader.Text("save-eeprom");
     server.saveFirmware = reader.Text("save-firmware");
-    server.awayMs = reader.Number("away-ms", oneDayMs);
-    server.slowMs = reader.Number("slow-ms", oneDayMs);
+    server.awayMs = reader.Number("away-ms", OneDayMs);
+    server.slowMs = reader.Number("slow-ms", OneDayMs);
     server.trace = reader.IsSet("trace");
     return server;
 }

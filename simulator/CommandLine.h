@@ -19,8 +19,10 @@ struct CommandLine
     bool endWithInput = false;
 };
 
-/// False, with the reason in `error`, when an option has a value that it cannot have. Prints and
-/// ends the program itself for --help, for --version and, with exit code 1, for an unknown option.
+/// False, with the reason in `error`, when an option has a value that it cannot have. For --help
+/// and
+/// --version, and for an unknown option, this prints a text and ends the program itself. An unknown
+/// option gives exit code 1.
 bool ReadCommandLine(const QCoreApplication& application, CommandLine& commandLine, QString& error);
 
 } // namespace simulator

@@ -11,7 +11,8 @@ namespace {
 constexpr int QuietMs = 50;
 constexpr int InputBufferSize = 65536;
 constexpr qint64 MostOwed = 65536;
-/// Read at a time: a command of eight bytes may have an answer of 65535.
+// What is read at a time. It is little, because a command of eight bytes may have an answer of
+// 65535.
 constexpr qint64 PortionSize = 64;
 
 } // namespace
@@ -32,7 +33,7 @@ Connection::Connection(QTcpSocket* connectedSocket, Generation generation, QObje
     deliveryTimer.setTimerType(Qt::PreciseTimer);
     connect(socket, &QTcpSocket::readyRead, this, &Connection::ReadInput);
     connect(socket, &QTcpSocket::disconnected, this, &Connection::ReportEnd);
-    // Queued: an answer may leave while the frames behind it are still to be taken.
+    // Queued, because an answer may leave while the frames behind it are still to be taken.
     connect(socket, &QTcpSocket::bytesWritten, this, &Connection::ReadOn, Qt::QueuedConnection);
     connect(&quietTimer, &QTimer::timeout, this, &Connection::FinishQuietFrame);
     connect(&deliveryTimer, &QTimer::timeout, this, &Connection::DeliverNext);
@@ -118,8 +119,7 @@ void Connection::FinishQuietFrame()
 
 void Connection::ScheduleDelivery()
 {
-    // Steps without a wait go out at once, so that nothing that comes after them finds them
-    // waiting.
+    // Steps without a wait go out at once. Nothing that comes later then finds them waiting.
     while (!deliveryTimer.isActive() && !pending.isEmpty()) {
         if (pending.head().delayMs > 0) {
             deliveryTimer.start(pending.head().delayMs);

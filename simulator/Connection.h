@@ -11,43 +11,43 @@
 
 namespace simulator {
 
-/// One client. Cuts what it sends into frames and gives it the answers, in order. Ends the frames
-/// whose length is not on the wire once nothing has come for 50 ms. While the client leaves many
-/// answers unread, nothing more of it is read: it cannot make the unit hold more than a megabyte or
-/// two.
+/// One client. Cuts what the client sends into frames, and gives it the answers in order. A frame
+/// whose length is not on the wire ends once nothing has come for 50 ms. While the client leaves
+/// many answers unread, nothing more is read from it. It therefore cannot make the unit hold more
+/// than a megabyte or two.
 class Connection : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Takes the connected socket over.
+    /// Takes over the connected socket.
     Connection(QTcpSocket* socket, Generation generation, QObject* parent);
 
-    /// The client's.
+    /// The client's address.
     QHostAddress Peer() const { return peer; }
 
     /// "ADDRESS:PORT" of the client.
     QString PeerText() const;
 
-    /// Queues the steps of one answer behind those of earlier ones.
+    /// Queues the steps of one answer behind those of earlier answers.
     void Deliver(const QVector<Delivery>& deliveries);
 
-    /// Ends the connection now. What is still to be delivered is dropped.
+    /// Both end the connection now and drop what is still to be delivered.
     void Close();
     void Reset();
 
-    /// Leaves the connection open, but takes no frame and answers nothing from here on, like a unit
+    /// Leaves the connection open. From here on it takes no frame and answers nothing, like a unit
     /// that has left its address.
     void GoDeaf();
 
 signals:
-    /// A frame is there. Emitted after the end of the connection as well, for a frame that the end
-    /// completes.
+    /// A frame is there. This is also emitted when the connection has ended, for a frame that its
+    /// end completes.
     void FrameTaken(const simulator::Frame& frame);
 
     void AnswerSent(const QByteArray& bytes);
 
-    /// The last signal. The object may be deleted later, not within it.
+    /// The last signal. Its receiver must not delete the object at once, but may do so later.
     void Ended();
 
 private:

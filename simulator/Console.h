@@ -8,19 +8,19 @@ namespace simulator {
 
 class Server;
 
-/// Takes commands for the simulator itself from the standard input, a line each, while it runs.
+/// Reads commands for the simulator itself from the standard input while it runs, one in a line.
 class Console : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The server stays the caller's.
+    /// The caller keeps the server.
     explicit Console(Server& server);
 
     /// Begins to read the standard input.
     void Start();
 
-    /// One command. Says what it has to say, and then "ok" or "error TEXT".
+    /// Carries out one command. Says what the command has to say, and then "ok" or "error TEXT".
     void Execute(const QString& line);
 
 signals:

@@ -6,7 +6,7 @@ namespace simulator {
 
 namespace {
 
-/// Longer than the system takes to send a segment off.
+// Longer than the system takes to send a segment off.
 constexpr int BytewiseGapMs = 3;
 
 QVector<Delivery> AtOnce(const QByteArray& bytes)
@@ -25,11 +25,11 @@ QVector<Delivery> OneByOne(const QByteArray& bytes)
 
 QByteArray Garbage(int size)
 {
-    // Always the same seed, so that a failure can be had again.
+    // The seed is always the same, so that a failure can be repeated.
     static QRandomGenerator random(440);
     QByteArray bytes;
     while (bytes.size() < size) {
-        const char byte = char(random.bounded(256));
+        const char byte = static_cast<char>(random.bounded(256));
         if (byte != '\r') {
             bytes.append(byte);
         }

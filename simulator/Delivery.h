@@ -12,8 +12,8 @@ enum class Ending
     Reset
 };
 
-/// One step of an answer: a wait, the bytes that then go out as one piece, and what then becomes of
-/// the connection.
+/// One step of an answer: first a wait, then the bytes, which go out as one piece, then what
+/// becomes of the connection.
 struct Delivery
 {
     int delayMs = 0;
@@ -21,9 +21,9 @@ struct Delivery
     Ending ending = Ending::Open;
 };
 
-/// The steps in which a unit with this fault gives the answer. `wrongAnswer` goes out in place of
-/// it where the fault is FaultKind::Wrong; `slowMs` is the wait of FaultKind::Slow. No steps for an
-/// answer that is empty, unless the fault ends the connection.
+/// The steps in which a unit with this fault gives the answer. With FaultKind::Wrong `wrongAnswer`
+/// goes out in its place. `slowMs` is the wait of FaultKind::Slow. An empty answer gives no steps,
+/// unless the fault ends the connection.
 QVector<Delivery> Deliveries(
     FaultKind fault, const QByteArray& answer, const QByteArray& wrongAnswer, int slowMs);
 

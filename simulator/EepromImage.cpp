@@ -7,10 +7,11 @@ namespace simulator {
 namespace {
 
 constexpr int BoardRegion = 1200;
+constexpr quint16 MandatoryBlockType = 2;
 constexpr int NameLength = 14;
 constexpr char Erased = '\xff';
 
-/// What a hardware block tells. All numbers are little-endian in the memory.
+// What a hardware block tells. All numbers are little-endian in the memory.
 struct HardwareData
 {
     quint32 partNumber;
@@ -25,7 +26,7 @@ struct HardwareData
 
 constexpr quint16 Date(int year, int month, int day)
 {
-    return quint16((year - 1980) << 9 | month << 5 | day);
+    return static_cast<quint16>((year - 1980) << 9 | month << 5 | day);
 }
 
 template<typename Number>
@@ -37,9 +38,8 @@ void Append(QByteArray& bytes, Number number)
 
 QByteArray HardwareBlock(const HardwareData& data)
 {
-    constexpr quint16 mandatoryBlock = 2;
     QByteArray block;
-    Append(block, mandatoryBlock);
+    Append(block, MandatoryBlockType);
     block.append(6, '\0');
     Append(block, quint32{0});
     Append(block, data.partNumber);
@@ -70,8 +70,9 @@ QString DigitsOf(const QString& text)
 QByteArray FactoryEeprom(const QString& part, const QString& serial)
 {
     const QString partDigits = DigitsOf(part);
-    const HardwareData device = {partDigits.left(8).toUInt(), quint8(partDigits.mid(8, 2).toUInt()),
-        1, 100, DigitsOf(serial).toUInt(), Date(2024, 3, 9), 105, "VX440"};
+    const HardwareData device = {partDigits.left(8).toUInt(),
+        static_cast<quint8>(partDigits.mid(8, 2).toUInt()), 1, 100, DigitsOf(serial).toUInt(),
+        Date(2024, 3, 9), 105, "VX440"};
     const HardwareData board = {44010450, 2, 3, 210, 700129, Date(2024, 2, 26), 101, "VX440-CTRL"};
 
     QByteArray eeprom(EepromSize, Erased);

@@ -58,12 +58,12 @@ bool ParseFault(const QString& text, Fault& fault, QString& error)
     const QString occurrence = match.captured(QStringLiteral("occurrence"));
 
     const FaultDescription* description = FindFault(kind);
-    if (!description) {
+    if (description == nullptr) {
         error = QStringLiteral("no such fault: %1").arg(kind);
         return false;
     }
     const CommandRule* rule = FindCommand(command.toLatin1());
-    if (!command.isEmpty() && !rule) {
+    if (!command.isEmpty() && rule == nullptr) {
         error = QStringLiteral("no such command: %1").arg(command);
         return false;
     }
@@ -71,7 +71,8 @@ bool ParseFault(const QString& text, Fault& fault, QString& error)
         error = QStringLiteral("occurrences count from 1: %1").arg(occurrence);
         return false;
     }
-    fault = Fault{description->kind, rule ? rule->command : Command::Unknown, occurrence.toInt()};
+    fault = Fault{
+        description->kind, rule != nullptr ? rule->command : Command::Unknown, occurrence.toInt()};
     return true;
 }
 
@@ -79,8 +80,8 @@ QString FaultText(const Fault& fault)
 {
     QString text = FaultName(fault.kind);
     const CommandRule* rule = FindCommand(fault.command);
-    if (rule || fault.occurrence > 0) {
-        text += QLatin1Char(':') + QString::fromLatin1(rule ? rule->mnemonic : "");
+    if (rule != nullptr || fault.occurrence > 0) {
+        text += QLatin1Char(':') + QString::fromLatin1(rule != nullptr ? rule->mnemonic : "");
     }
     if (fault.occurrence > 0) {
         text += QLatin1Char(':') + QString::number(fault.occurrence);

@@ -6,8 +6,8 @@
 
 namespace simulator {
 
-/// What can go wrong with the answer to a command. A fault that says nothing else leaves the
-/// command itself in force: only the answer is bad.
+/// What can go wrong with the answer to a command. Unless its description says otherwise, the unit
+/// still carries the command out, and only the answer is bad.
 enum class FaultKind
 {
     None,
@@ -30,33 +30,34 @@ struct FaultDescription
     const char* effect;
 };
 
-/// Every fault there is: FaultKind without None.
+/// Every fault: all of FaultKind but None.
 const QVector<FaultDescription>& FaultDescriptions();
 
-/// "KIND[:COMMAND[:NTH]]" in parts.
+/// The parts of "KIND[:COMMAND[:NTH]]".
 struct Fault
 {
     FaultKind kind = FaultKind::None;
     /// Command::Unknown stands for every command.
     Command command = Command::Unknown;
-    /// 1 for the first such command after the fault was set; 0 for all of them.
+    /// 1 for the first such command after the fault was set, and so on; 0 for all of them.
     int occurrence = 0;
 };
 
 /// False, with the reason in `error`, when the text does not name a fault.
 bool ParseFault(const QString& text, Fault& fault, QString& error);
 
-/// The text from which ParseFault makes this fault.
+/// The text from which ParseFault() makes this fault.
 QString FaultText(const Fault& fault);
 
-/// The faults that are set. Of several that meet a command the one that was set last wins.
+/// The faults that are set. When several fit a command, the one that was set last wins.
 class Faults
 {
 public:
     void Add(const Fault& fault);
     void Clear();
 
-    /// What to do wrong with this command, which every fault counts by this call.
+    /// What to do wrong with this command. To be called once for each command, because every fault
+    /// counts the calls.
     FaultKind Meet(Command command);
 
     /// One text for each fault, oldest first.

@@ -21,7 +21,7 @@ constexpr int FullDataLength = BlockSize - DataOffset;
 // The head of the stream.
 constexpr int HeadLength = 64;
 constexpr int ImageLengthOffset = 3;
-constexpr int ImageLengthSize = 4;
+constexpr int ImageLengthEnd = ImageLengthOffset + 4;
 
 quint16 WordAt(const QByteArray& bytes, int offset)
 {
@@ -40,8 +40,9 @@ bool IsZero(const QByteArray& bytes)
 
 quint16 SumOf(const QByteArray& bytes)
 {
-    return std::accumulate(bytes.cbegin(), bytes.cend(), quint16{0},
-        [](quint16 sum, char byte) { return quint16(sum + quint8(byte)); });
+    return std::accumulate(bytes.cbegin(), bytes.cend(), quint16{0}, [](quint16 sum, char byte) {
+        return static_cast<quint16>(sum + static_cast<uchar>(byte));
+    });
 }
 
 bool IsWellFormed(const QByteArray& block)
@@ -58,9 +59,8 @@ bool IsWellFormed(const QByteArray& block)
 
 bool BeginsWithHead(const QByteArray& data)
 {
-    constexpr int lengthEnd = ImageLengthOffset + ImageLengthSize;
     return data.size() >= HeadLength && IsZero(data.left(ImageLengthOffset)) &&
-           IsZero(data.mid(lengthEnd, HeadLength - lengthEnd));
+           IsZero(data.mid(ImageLengthEnd, HeadLength - ImageLengthEnd));
 }
 
 } // namespace
@@ -78,8 +78,8 @@ bool FirmwareTransfer::TakeBlock(const QByteArray& block)
         return false;
     }
     const quint32 namedLength = isFirst ? DwordAt(data, ImageLengthOffset) : imageLength;
-    const quint64 before = isFirst ? 0 : quint64(stream.size());
-    if (before + quint64(data.size()) > quint64(HeadLength) + namedLength) {
+    const qint64 before = isFirst ? 0 : stream.size();
+    if (before + data.size() > HeadLength + qint64{namedLength}) {
         return false;
     }
 
@@ -96,8 +96,8 @@ bool FirmwareTransfer::TakeBlock(const QByteArray& block)
 
 bool FirmwareTransfer::TakeChecksum(const QByteArray& checksum)
 {
-    const quint64 size = quint64(stream.size());
-    whole = blockCount > 0 && size == quint64(HeadLength) + imageLength &&
+    const qint64 size = stream.size();
+    whole = blockCount > 0 && size == HeadLength + qint64{imageLength} &&
             DwordAt(checksum, 0) == totalSum && DwordAt(checksum, 4) == size;
     return whole;
 }

@@ -8,7 +8,7 @@ namespace {
 
 constexpr char CarriageReturn = '\r';
 
-/// Bytes without a carriage return are reported as unknown in pieces of this length.
+// Bytes without a carriage return are reported as unknown in pieces of this length.
 constexpr int LongestMnemonic = 256;
 
 } // namespace
@@ -22,7 +22,7 @@ QVector<Frame> FrameParser::Take(const QByteArray& bytes)
 {
     QVector<Frame> frames;
     for (const char byte : bytes) {
-        if (rule) {
+        if (rule != nullptr) {
             TakePayloadByte(byte, frames);
         } else {
             TakeMnemonicByte(byte, frames);
@@ -42,7 +42,7 @@ QVector<Frame> FrameParser::InputQuiet()
 
 bool FrameParser::WaitsForQuiet() const
 {
-    return rule && rule->end != PayloadEnd::Length;
+    return rule != nullptr && rule->end != PayloadEnd::Length;
 }
 
 void FrameParser::TakeMnemonicByte(char byte, QVector<Frame>& frames)
@@ -55,7 +55,7 @@ void FrameParser::TakeMnemonicByte(char byte, QVector<Frame>& frames)
         return;
     }
     rule = FindCommand(mnemonic);
-    if (!rule) {
+    if (rule == nullptr) {
         FinishUnknown(frames);
     } else if (rule->Length(generation) == 0) {
         FinishFrame(frames);

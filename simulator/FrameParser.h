@@ -4,10 +4,9 @@
 
 namespace simulator {
 
-/// Cuts the byte stream of one connection into frames. It does not matter how the bytes are
-/// portioned: one by one they give what they give at once. It has no clock: its owner says when the
-/// input has been quiet, which ends the payloads whose length the wire does not tell. It holds some
-/// kilobytes at most.
+/// Cuts the byte stream of one connection into frames. It does not matter in what portions the
+/// bytes come. The parser has no clock: its owner says when the input has been quiet, which ends a
+/// payload whose length the wire does not tell. It holds some kilobytes at most.
 class FrameParser
 {
 public:
@@ -16,8 +15,8 @@ public:
     /// The frames that these bytes complete, in order.
     QVector<Frame> Take(const QByteArray& bytes);
 
-    /// The input is quiet, or has ended. Completes a payload that quiet completes, and leaves any
-    /// other beginning of a frame as it is.
+    /// The input is quiet, or has ended. This completes a payload that ends by quiet. The beginning
+    /// of any other frame stays as it is.
     QVector<Frame> InputQuiet();
 
     /// Whether InputQuiet() would complete a frame now.

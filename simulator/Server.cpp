@@ -8,8 +8,8 @@ namespace simulator {
 
 namespace {
 
-/// From the command to the move: time for whoever waits for the log, and less than the 100 ms after
-/// which the tool looks for the unit at its new address.
+// The time from the command to the move. It leaves time to whoever waits for the log. It is less
+// than the 100 ms after which the tool looks for the unit at its new address.
 constexpr int MoveDelayMs = 50;
 
 QString PlaceText(const QHostAddress& address, quint16 port)
@@ -102,7 +102,7 @@ void Server::TakeFrame(Connection* connection, const Frame& frame)
     const QByteArray wrongAnswer = unit.WrongAnswer(frame);
     const Outcome outcome =
         fault == FaultKind::Refusing ? unit.Refuse(frame) : unit.CarryOut(frame);
-    // Before the answer: whoever has it finds the files up to date.
+    // The files come before the answer. Whoever has the answer then finds them up to date.
     SaveFiles(outcome.effects);
     connection->Deliver(Deliveries(fault, outcome.answer, wrongAnswer, settings.slowMs));
     ActOn(outcome.effects);
@@ -143,7 +143,7 @@ void Server::LeaveOldAddress()
             connection->GoDeaf();
         }
     }
-    // While the unit is away it starts on its address when it is back.
+    // A unit that is away does not listen now. It starts on its address when it is back.
     if (awayTimer.isActive()) {
         listener.close();
     } else {

@@ -23,9 +23,9 @@ struct ServerSettings
     bool trace = false;
 };
 
-/// The unit on the network: listens on its address, hands the commands of its clients to the unit
-/// and their answers back, with the faults that are set, and does in the world what a command asks
-/// for.
+/// The unit on the network. It listens on the unit's address, hands the commands of its clients to
+/// the unit, and gives the answers back, with the faults that are set. It also carries out what a
+/// command asks of the world around the unit.
 class Server : public QObject
 {
     Q_OBJECT
@@ -33,14 +33,14 @@ class Server : public QObject
 public:
     Server(const UnitSettings& unitSettings, const ServerSettings& settings);
 
-    /// Begins to listen, unless it listens, and says so or that it failed.
+    /// Begins to listen, unless it listens already. Says that it does, or that it failed.
     void Start();
 
     Faults& SetFaults() { return faults; }
     const Unit& TheUnit() const { return unit; }
     int ClientCount() const { return connections.size(); }
 
-    /// Ends the connections of all clients now.
+    /// Both end the connections of all clients now.
     void CloseClients();
     void ResetClients();
 
@@ -78,7 +78,7 @@ private:
     QVector<Connection*> connections;
     QTimer moveTimer;
     QTimer awayTimer;
-    /// Where the unit is now; the unit's own address is where it is to be.
+    // Where the unit is now. While it is to move, the unit itself has its new address already.
     QHostAddress currentAddress;
     QHostAddress currentMask;
 };

@@ -39,7 +39,8 @@ constexpr int IdentityOffset = 67;
 
 constexpr int MacSize = 6;
 constexpr int AddressAndMaskSize = 8;
-constexpr int UninterpretedSize = 13; ///< at the end of what CF0 answers
+constexpr int UninterpretedSize = 13; // at the end of what CF0 answers
+constexpr int EepromOffsetSize = 2;
 constexpr int LargestEepromWrite = 1200;
 constexpr int RegionSize = EepromSize / 2;
 constexpr char Erased = '\xff';
@@ -62,7 +63,7 @@ QHostAddress AddressAt(const QByteArray& bytes, int offset)
 void AppendWords(QByteArray& bytes, const QVector<quint16>& words, int count)
 {
     for (const quint16 word : words.mid(0, count)) {
-        bytes.append(char(word >> 8)).append(char(word & 0xff));
+        bytes.append(static_cast<char>(word >> 8)).append(static_cast<char>(word & 0xff));
     }
 }
 
@@ -72,7 +73,7 @@ void AppendAddress(QByteArray& bytes, const QHostAddress& address)
     bytes.append(reinterpret_cast<const char*>(&stored), sizeof(stored));
 }
 
-/// As many words as the bytes hold; the others stay.
+// Sets as many words as the bytes hold. The others stay.
 void SetWords(QVector<quint16>& words, const QByteArray& bytes)
 {
     const int count = qMin(words.size(), bytes.size() / 2);
@@ -174,10 +175,10 @@ Outcome Unit::CarryOut(const Frame& frame)
 Outcome Unit::Refuse(const Frame& frame)
 {
     const CommandRule* rule = FindCommand(frame.command);
-    if (rule && rule->answer == AnswerKind::Data) {
+    if (rule != nullptr && rule->answer == AnswerKind::Data) {
         return CarryOut(frame);
     }
-    if (rule && rule->answer == AnswerKind::Acknowledgement) {
+    if (rule != nullptr && rule->answer == AnswerKind::Acknowledgement) {
         return {Refused(), {}};
     }
     return {};
@@ -198,13 +199,13 @@ QByteArray Unit::WrongAnswer(const Frame& frame) const
     case Command::ReadEeprom: {
         QByteArray request = frame.payload;
         const int offset = (WordAt(request, 2) + RegionSize) % EepromSize;
-        request[2] = char(offset >> 8);
-        request[3] = char(offset & 0xff);
+        request[2] = static_cast<char>(offset >> 8);
+        request[3] = static_cast<char>(offset & 0xff);
         return EepromBytes(request);
     }
     default: {
         const CommandRule* rule = FindCommand(frame.command);
-        const bool acknowledged = rule && rule->answer == AnswerKind::Acknowledgement;
+        const bool acknowledged = rule != nullptr && rule->answer == AnswerKind::Acknowledgement;
         return acknowledged ? QByteArrayLiteral("2\r") : QByteArray();
     }
     }
@@ -318,12 +319,11 @@ void Unit::SetIdentity(const QByteArray& identity)
 
 Outcome Unit::WriteEeprom(const QByteArray& offsetAndData)
 {
-    constexpr int offsetSize = 2;
-    if (offsetAndData.size() < offsetSize) {
+    if (offsetAndData.size() < EepromOffsetSize) {
         return {Refused(), {}};
     }
     const int offset = WordAt(offsetAndData, 0);
-    const QByteArray data = offsetAndData.mid(offsetSize);
+    const QByteArray data = offsetAndData.mid(EepromOffsetSize);
     if (data.size() > LargestEepromWrite || offset + data.size() > EepromSize) {
         return {Refused(), {}};
     }
@@ -333,8 +333,10 @@ Outcome Unit::WriteEeprom(const QByteArray& offsetAndData)
 
 Outcome Unit::TakeChecksum(const QByteArray& checksum)
 {
-    const bool complete = transfer.TakeChecksum(checksum);
-    return {QByteArray(), complete ? Effects(Effect::ImageComplete) : Effects()};
+    if (!transfer.TakeChecksum(checksum)) {
+        return {};
+    }
+    return {QByteArray(), Effect::ImageComplete};
 }
 
 } // namespace simulator

@@ -9,7 +9,7 @@
 
 namespace simulator {
 
-/// A rotator's words as a unit from 3.0 on has them; one below 3.0 uses the first ten.
+/// The number of words of a rotator from firmware 3.0 on. Firmware below 3.0 uses the first ten.
 constexpr int WordsPerMotor = 12;
 
 /// What a unit is when it is switched on.
@@ -48,8 +48,8 @@ struct Outcome
     Effects effects;
 };
 
-/// The state of one unit and its rules: what each command changes and what it answers. It knows
-/// neither sockets nor files.
+/// The state of one unit and its rules: what each command changes, and what the unit answers. It
+/// knows neither sockets nor files.
 class Unit
 {
 public:
@@ -57,25 +57,26 @@ public:
 
     Outcome CarryOut(const Frame& frame);
 
-    /// As a unit that will not change anything: an acknowledged command is answered with 0, one
-    /// without an answer is dropped, a query is answered as usual.
+    /// Behaves like a unit that will not change anything: it answers an acknowledged command with
+    /// 0, drops a command without an answer, and answers a query as usual.
     Outcome Refuse(const Frame& frame);
 
-    /// What a unit at fault could answer to the frame in place of the right answer.
+    /// What a faulty unit could answer to the frame in place of the right answer.
     QByteArray WrongAnswer(const Frame& frame) const;
 
-    /// Takes back the new address and mask of Effect::AddressChanged, where the unit cannot be.
+    /// Takes back the new address and mask of Effect::AddressChanged, when the unit cannot move
+    /// there.
     void KeepAddress(const QHostAddress& address, const QHostAddress& mask);
 
-    /// The end of the restart that Effect::Restarting began: the new firmware runs if a whole image
-    /// was there.
+    /// Ends the restart that Effect::Restarting began. The new firmware runs if a whole image was
+    /// there.
     void FinishUpdate();
 
     Generation CurrentGeneration() const { return GenerationOf(state.firmware); }
     const UnitSettings& State() const { return state; }
     QByteArray FirmwareImage() const { return transfer.Image(); }
 
-    /// All there is to know, in pairs of a key without blanks and a value.
+    /// All that the unit holds, in pairs of a key without blanks and a value.
     QVector<QPair<QString, QString>> Report() const;
 
 private:

@@ -4,8 +4,8 @@
 
 namespace simulator::platform {
 
-/// Makes the closing of this TCP socket reset the connection, whatever has been read or sent, where
-/// it would close it in an orderly way. False when the system refuses.
+/// Lets the closing of this TCP socket reset the connection, whatever has been read or sent,
+/// instead of an orderly close. False when the system refuses.
 bool ResetOnClose(std::intptr_t socketDescriptor);
 
 } // namespace simulator::platform

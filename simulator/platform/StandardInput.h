@@ -10,7 +10,8 @@ class StandardInput
 {
 public:
     /// From here on `take` gets each byte, one in a turn of the event loop, until the input or this
-    /// object ends. `ended` is called once at the end of the input; at once where there is none.
+    /// object ends. `ended` is called once, at the end of the input. Where there is no input, it is
+    /// called at once.
     StandardInput(const std::function<void(char)>& take, const std::function<void()>& ended);
     ~StandardInput();
     StandardInput(const StandardInput&) = delete;

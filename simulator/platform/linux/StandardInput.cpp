@@ -28,7 +28,7 @@ public:
 private:
     void ReadByte()
     {
-        // A read of more than is there would block, and only one byte is known to be there.
+        // Only one byte is known to be there. A read of more could block.
         char byte = 0;
         if (input.read(&byte, 1) == 1) {
             take(byte);

@@ -12,8 +12,8 @@ namespace simulator::platform {
 
 namespace {
 
-// Takes the bytes in the thread of the event loop. The thread that reads them shares it: it may
-// hang in its read when all others have gone.
+// Takes the bytes in the thread of the event loop. The thread that reads them shares this object,
+// because it may still hang in its read when all others have gone.
 class Taker
 {
 public:
@@ -24,8 +24,8 @@ public:
     {
     }
 
-    // From the thread that reads. Both come back when it is done; false when there is nobody any
-    // more who takes something.
+    // The thread that reads calls these. Both return when the byte or the end has been taken, and
+    // give false when nobody takes anything any more.
     bool GiveByte(char byte)
     {
         return Give([this, byte] { take(byte); });
@@ -44,7 +44,7 @@ private:
     {
         {
             const QMutexLocker locker(&guard);
-            if (!context) {
+            if (context == nullptr) {
                 return false;
             }
             QMetaObject::invokeMethod(
@@ -66,7 +66,8 @@ private:
     QSemaphore taken;
 };
 
-// The system tells no event loop of what comes through a pipe or from a console.
+// A thread has to read, because the system does not tell an event loop what comes through a pipe or
+// from a console.
 void Read(HANDLE input, const std::shared_ptr<Taker>& taker)
 {
     char byte = 0;
