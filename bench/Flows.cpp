@@ -14,19 +14,19 @@
 
 namespace {
 
-// The waits, in milliseconds: before each command the input is drained, an answer of a fixed length
-// is given a second, a text is read a character a millisecond.
+// The waits, in milliseconds. The tool drains the input before each command, gives an answer of a
+// fixed length one second, and reads a text at one character a millisecond.
 constexpr double DrainMs = 10;
 constexpr double AnswerMs = 1000;
 constexpr double ConnectPollMs = 100;
 constexpr double AddressMs = 85;
 constexpr double SearchMs = 100 + 200;
-// An acknowledgement is looked for each millisecond. That of a unit which answers at once is not
-// there at the first look, right behind the block, but at the second.
+// The tool looks for an acknowledgement each millisecond. The first look comes right behind the
+// block. Even when the unit answers at once, only the second look finds the answer.
 constexpr double AcknowledgementMs = 2;
 
 constexpr int ImageBytes = 300000;
-// So large that nothing else counts.
+// This is so large that nothing else counts.
 constexpr int LargeImageBytes = 50 * 1024 * 1024;
 constexpr int BlockBytes = 1200;
 constexpr int Blocks = (64 + ImageBytes + BlockBytes - 1) / BlockBytes;
@@ -34,7 +34,7 @@ constexpr int Blocks = (64 + ImageBytes + BlockBytes - 1) / BlockBytes;
 constexpr char NewIdentity[] = "ZELMA&KOVINTH,VX440,4400.1290.02/000129,3.10\r";
 constexpr char OldIdentity[] = "ZELMA&KOVINTH,VX440,4400.1290.02/000129,2.50\r";
 
-// What the units hold, so that the time is theirs and not that of other defaults.
+// The units get these texts, so that the waits do not depend on the simulator's defaults.
 constexpr char Options[] =
     "VX440-DCF,0,VX440-ATT,VX440-FIL,0,VX440-A1+A2,VX440-F1,VX440-F2,VX440-F3,"
     "0,0,0,0,0,0,0,0,ProSisTel,YAESU G-550\r";
@@ -53,8 +53,8 @@ double TextWaits(const char* answer)
     return DrainMs + static_cast<double>(qstrlen(answer));
 }
 
-// The texts of the info and the options tab, and a configuration block for each of the two motor
-// tabs; from firmware 3.0 on also two EEPROM blocks.
+// A load reads the texts of the info and the options tab, and a configuration block for each of the
+// two motor tabs. From firmware 3.0 on it also reads two EEPROM blocks.
 double LoadWaits(const char* identity, int blocks)
 {
     return ConnectPollMs + TextWaits(identity) + TextWaits(Options) + TextWaits(Descriptions) +
@@ -120,8 +120,8 @@ void Transfer()
     Require(StatusLine(), "Firmware sent to device successfully!");
 }
 
-// What a transfer takes at its peak, in kB. It has all that it needs before its first block: the
-// user ends it there.
+// The peak memory of a transfer, in kB. The transfer has all the memory that it needs before its
+// first block, so the user ends it there.
 double TransferKb(const QString& image)
 {
     ChooseImage(image);

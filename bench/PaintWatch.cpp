@@ -7,8 +7,8 @@
 
 namespace {
 
-// The most memory that the process had at any time so far. ru_maxrss would count what the process
-// had before it became this program.
+// The most memory that the process has had so far. ru_maxrss would also count the memory that the
+// process had before it became this program.
 QByteArray PeakMemoryKb()
 {
     QFile status("/proc/self/status");

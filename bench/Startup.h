@@ -2,6 +2,6 @@
 
 class Table;
 
-/// Starts the tool and an empty dialog in turn, each as a process of its own, and adds the time
-/// until the window is painted and the most memory that the process had until then.
+/// Starts the tool and an empty dialog in turn, each as a process of its own. Adds the time until
+/// the window is painted, and the most memory that the process had until then.
 void MeasureStartup(Table& table, int repetitions);

@@ -22,11 +22,11 @@ constexpr Repetitions Quick{5, 1, 1};
 // The network that scripts/bench lays.
 constexpr int UnitsInNetwork = 2;
 
-/// In ticks of the kernel, of all processors since the machine's start.
+// In ticks of the kernel, of all processors, since the machine's start.
 struct ProcessorTime
 {
     double wanted;
-    double stolen; // of it: what the host of a virtual machine gave to others
+    double stolen; // the part of it that the host of a virtual machine gave to others
 };
 
 ProcessorTime ProcessorTimeSoFar()

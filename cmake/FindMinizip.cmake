@@ -1,4 +1,4 @@
-# minizip, which comes without a file for find_package: the target Minizip::Minizip.
+# Finds minizip, which brings no file for find_package. Makes the target Minizip::Minizip.
 find_package(ZLIB)
 find_path(Minizip_INCLUDE_DIR unzip.h PATH_SUFFIXES minizip)
 find_library(Minizip_LIBRARY minizip)

@@ -1,4 +1,4 @@
-# What a program for Windows has beside its code.
+# Adds to a program for Windows what is not code.
 
 # vx440_describe_for_windows(TARGET DESCRIPTION): gives a program its icon, its version and its manifest.
 function(vx440_describe_for_windows target description)

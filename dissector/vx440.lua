@@ -1,19 +1,20 @@
 -- Shows in Wireshark and tshark what a VX440 control unit and the tool say to each other. It is written
--- from docs/protocol.md alone, so that no mistake of the tool or of the simulator is repeated here.
+-- from docs/protocol.md alone, so that it does not repeat a mistake of the tool or of the simulator.
 --
--- A segment is never held back until its frame is whole, as Wireshark's own reassembly would do it: an
--- answer that stops half-way is what one looks for in a capture, and would not be seen. So the first pass
--- over a capture cuts both directions of each connection into records, and notes for each segment which
--- records it has a part of. What is shown is read from these notes. A record is shown where its last byte
--- is; the segments before only say which frame they are a part of.
+-- Wireshark's own reassembly would hold a segment back until its frame is whole. An answer that stops
+-- half-way would not be seen then, and such answers are what one looks for in a capture. The dissector
+-- therefore does without it. The first pass over a capture cuts both directions of each connection into
+-- records, and notes for each segment which records it has a part of. The dissector shows what these notes
+-- say. A record is shown in the segment that has its last byte. The segments before it only say which frame
+-- they are a part of.
 
 local vx440 = Proto("vx440", "VX440 Control Unit")
 
 local TCP_PORT = 50000
 
--- Seconds. The tool waits so long before each frame.
+-- The seconds that the tool waits before each frame.
 local DRAIN = 0.010
--- Seconds after which the tool has given up, or has read the block as far as it had come.
+-- The seconds after which the tool has given up, or has read as much of the block as had come.
 local LATE_AFTER = { acknowledgement = 10, block = 1, text = 2 }
 
 local LONGEST_TEXT = 2000
@@ -22,12 +23,13 @@ local STREAM_HEAD = 64
 local EEPROM_REGION = 1200
 local EEPROM_BLOCK = 44
 
--- A frame whose end the wire does not tell has 1206 bytes at most. No more than this are put together.
+-- The most bytes that are put together. A frame whose end the wire does not tell has at most 1206 from the
+-- tool.
 local LONGEST_OPEN_FRAME = 4096
--- What is longer and not whole is not shown in the first pass: it would be shown anew with each segment.
+-- The first pass does not show a longer record that is not whole. It would show it anew with each segment.
 local LONGEST_UNFINISHED = 4096
 local LONGEST_MNEMONIC = 20
--- The tool has a few in one segment at most, where the network holds them back.
+-- Where the network holds frames of the tool back, a segment has a few of them at most.
 local MOST_FRAMES_OF_A_SEGMENT = 100
 local MOST_TEXTS_OF_A_PACKET = 4
 
@@ -216,13 +218,13 @@ local function count_of(number, noun)
     return string.format("%d %s%s", number, noun, number == 1 and "" or "s")
 end
 
--- The generation that a version text names, read by its whole part alone, which no locale changes.
+-- The generation that a version text names. Only the whole part is read, because no locale changes it.
 local function generation_of(version)
     local whole = version:match("^%s*%+?(%d+)%.?%d*%s*$")
     return whole and tonumber(whole) >= 3 and NEW or OLD
 end
 
--- A text of the wire as Wireshark takes texts, which are UTF-8 and end at a zero.
+-- Turns a text of the wire into one for Wireshark, where texts are UTF-8 and end at a zero.
 local function readable(text)
     return (text:gsub("[\0\128-\255]", function(character)
         local byte = character:byte()
@@ -234,7 +236,8 @@ local function add_text(tree, name, range)
     return tree:add(fields[name], range, readable(range:raw()))
 end
 
--- Reads the bytes of a record from the front and adds them to a tree. What is not whole is not added.
+-- Reads the bytes of a record from the front and adds fields to a tree. A field that is not whole is not
+-- added.
 local Cursor = {}
 Cursor.__index = Cursor
 
@@ -246,7 +249,7 @@ function Cursor:left()
     return self.range:len() - self.position
 end
 
--- The next bytes, and what they are as a text; nothing when there are fewer.
+-- Gives the next bytes, also as a text. Gives nothing when there are fewer.
 function Cursor:take(size)
     if size < 1 or self:left() < size then
         return nil
@@ -256,7 +259,7 @@ function Cursor:take(size)
     return range, range:raw()
 end
 
--- Adds a field of that size. Gives its item and its bytes, or nothing.
+-- Adds a field of this size. Gives its item and its bytes, or nothing.
 function Cursor:add(name, size, ...)
     local range, text = self:take(size)
     if range then
@@ -269,8 +272,8 @@ function Cursor:add_little_endian(name, size)
     return range and self.tree:add_le(fields[name], range)
 end
 
--- A text and the carriage return that may end it, which belongs to the field's bytes but not to its
--- value. Gives the item, the text's bytes and the text; nothing when there is no text.
+-- Adds a text. A carriage return that ends it belongs to the field's bytes, but not to its value. Gives the
+-- item, the text's bytes and the text. Gives nothing when there is no text.
 function Cursor:add_line(name, size)
     local range, text = self:take(size)
     local length = text and #text - (text:sub(-1) == "\r" and 1 or 0)
@@ -294,7 +297,7 @@ function Cursor:add_zeros(size)
     end
 end
 
--- A cursor over the next bytes, which hang below an item of their own.
+-- Gives a cursor over the next bytes. Their fields hang below an item of their own.
 function Cursor:below(name, size)
     local range = self:take(size)
     return range and cursor_over(range, self.tree:add(fields[name], range))
@@ -330,8 +333,8 @@ local function show_addresses(cursor)
     end
 end
 
--- The fields of an identity text between commas. That of an answer has the version, that of a
--- configuration has not.
+-- Adds the fields of an identity text, which stand between commas. The identity of an answer has the
+-- version, the identity of a configuration has not.
 local function show_identity_fields(cursor, size, count)
     local item, range, text = cursor:add_line("identity", size)
     if not item then
@@ -395,7 +398,7 @@ local function show_new_address(cursor)
     end
 end
 
--- Whether the length of a frame is the one that its unit's generation has.
+-- Tells whether a frame has the length that its unit's generation asks for.
 local function check_generation(cursor, record)
     local wanted = record.generation and record.command.sizes[record.generation]
     if wanted and wanted ~= record.size then
@@ -541,7 +544,7 @@ local function show_eeprom_block(range, tree)
     cursor.tree:add(fields["eeprom.block.name"], name, readable(text:gsub("\0", "")))
 end
 
--- What the memory holds from that offset on. A region's block is shown where the data begin with it.
+-- Shows what the memory holds from this offset on. A region's block is shown when the data begin with it.
 local function show_memory(cursor, offset)
     local size = cursor:left()
     local item, data = cursor:add("eeprom.data", size)
@@ -587,7 +590,7 @@ local function show_eeprom_answer(cursor, record)
     return count_of(size, "byte")
 end
 
--- The names or descriptions of all places in one text.
+-- Adds the names or descriptions of all places, which come in one text.
 local function show_places(cursor, name, separator)
     local item, range, text = cursor:add_line(name, cursor:left())
     if not item then
@@ -623,7 +626,7 @@ end
 
 local ACKNOWLEDGEMENTS = { ["0"] = REFUSED, ["1"] = DONE }
 
--- The digit alone is enough, whatever has become of its carriage return.
+-- The digit alone is enough, with or without its carriage return.
 local function acknowledgement_of(text)
     return (#text == 1 or text:sub(2) == "\r") and ACKNOWLEDGEMENTS[text:sub(1, 1)] or NOT_UNDERSTOOD
 end
@@ -646,7 +649,7 @@ end
 
 local commands = {}
 
--- What a frame is, by its mnemonic. A command has a size, or a size for each generation, or is open:
+-- All commands by their mnemonics. A command has a size, or a size for each generation, or it is open: then
 -- its frame ends where the bytes end. Its answer is an acknowledgement, a block, a text or nothing.
 local function catalogue(mnemonic, purpose, definition)
     definition.mnemonic = mnemonic
@@ -681,8 +684,8 @@ catalogue("GET:OPTION:INTERNAL?", "options",
 catalogue("GET:OPTION:DESC?", "descriptions",
     { size = 17, answer = "text", show_answer = show_places_answer("descriptions", ";") })
 
--- The command that a text begins with, its carriage return included; and whether the text is all of it
--- that there is, so that it may become one.
+-- Gives the command that a text begins with, with its carriage return. Also tells whether the whole text is
+-- the beginning of a command, so that it may become one.
 local function command_at(text, from)
     local head = text:sub(from, from + LONGEST_MNEMONIC)
     local at = head:find("\r", 1, true)
@@ -729,8 +732,8 @@ local function conversation_of(tool, tool_port, unit, unit_port)
     return conversation
 end
 
--- A record is a request, an answer, bytes that are no command, or bytes that nobody asked for. `whole`
--- says that its last byte is there; `may_end` that it may be whole, which the wire does not tell.
+-- A record is a request, an answer, bytes that are no command, or bytes that nobody asked for. `whole` says
+-- that its last byte is there. `may_end` says that it may be whole, where the wire does not tell.
 local function new_record(kind, conversation)
     return { kind = kind, size = 0, pieces = {}, parts = 0, generation = conversation.unit.generation }
 end
@@ -742,7 +745,7 @@ local function text_of(record)
     return record.pieces[1] or ""
 end
 
--- Gives the record the next bytes of the segment, and notes that they are its.
+-- Gives the record the next bytes of the segment, and notes that they belong to it.
 local function append(record, segment, size)
     record.pieces[#record.pieces + 1] = segment.bytes:sub(segment.position, segment.position + size - 1)
     record.size = record.size + size
@@ -761,8 +764,8 @@ local function append(record, segment, size)
     segment.position = segment.position + size
 end
 
--- How many of the bytes of `text` a frame with that command has, if they are there; and whether it is
--- whole then, or may be. It had `before` of them before the segment.
+-- Tells how many bytes of `text` belong to a frame with this command, and whether the frame is whole then or
+-- may be whole. The frame had `before` bytes before this segment.
 local function measure_by_generation(command, text, generation, before)
     local wanted = command.sizes[generation]
     local small = math.min(command.sizes[OLD], command.sizes[NEW])
@@ -778,7 +781,7 @@ local function measure_by_generation(command, text, generation, before)
     return size, #text >= size
 end
 
--- How many bytes there are before something that is or may become a command.
+-- Counts the bytes before something that is a command or may become one.
 local function measure_no_command(text)
     local at = text:find("\r", 1, true)
     while at and at < #text do
@@ -791,7 +794,7 @@ local function measure_no_command(text)
     return #text
 end
 
--- The same for the frame that a text begins with, and its command.
+-- Does the same for the frame that a text begins with, and also gives its command.
 local function measure_request(text, generation, before)
     local command, beginning = command_at(text, 1)
     if beginning then
@@ -807,9 +810,10 @@ local function measure_request(text, generation, before)
     return command.size, #text >= command.size, false, command
 end
 
--- Whether the bytes of a segment go on with a request that is not whole, or may not be. They do not behind
--- an answer, nor behind all waits for one, nor when they begin with a command. Where bytes are missing for
--- certain, or only the beginning of a command is there, this can be chance, and the pause counts, too.
+-- Tells whether the bytes of a segment go on with a request that is not whole, or may not be whole. They do
+-- not when an answer came between, when all waits for an answer are over, or when they begin with a command.
+-- If bytes of the request are missing for certain, or only the beginning of a command is there, they may
+-- look like a command by chance. Then the pause before the segment decides, too.
 local function goes_on(request, segment)
     if not request or request.whole or request.answer then
         return false
@@ -831,7 +835,7 @@ local function begin_transfer(unit, sequence)
     return unit.transfer
 end
 
--- What the first pass has to know of requests that are there: for checks, and for their answers.
+-- Notes what the first pass has to know of requests, for checks and for their answers.
 local LEARN_FROM_REQUEST = {
     CF1 = function(conversation, text)
         local octets = { text:byte(5, 8) }
@@ -898,7 +902,8 @@ local function follow_request(conversation, segment)
         request = new_record("request", conversation)
     end
     local known = request.command
-    -- No more than a frame can have: a segment of many small frames would be copied over and over.
+    -- Takes no more than a frame can have. Otherwise a segment of many small frames would be copied over and
+    -- over.
     local text = text_of(request) ..
         segment.bytes:sub(segment.position, segment.position + LONGEST_OPEN_FRAME)
     local size, whole, may_end, command = measure_request(text, request.generation, request.size)
@@ -913,8 +918,8 @@ local function follow_request(conversation, segment)
     conversation.open_request = not whole and request or nil
 end
 
--- How many bytes an answer has, if they are there or come; whether it is whole with those that are left
--- of the segment, or may be; and whether more will come, nobody knows how many.
+-- Tells how many bytes an answer has, with those that are still to come; whether it is whole with what is left
+-- of the segment, or may be whole; and whether it goes on for a number of bytes that nobody knows.
 local function measure_text_answer(answer, segment)
     local at = segment.bytes:find("\r", segment.position, true)
     local size = answer.size + (at or #segment.bytes) - segment.position + 1
@@ -970,7 +975,7 @@ local function follow_answer(conversation, segment)
     if whole or may_end then
         learn(LEARN_FROM_ANSWER, conversation, answer)
     end
-    -- The tool goes on waiting behind an acknowledgement that it takes for silence.
+    -- The tool takes this acknowledgement for silence and goes on waiting.
     answer.request.answered = whole and not (answer.command.answer == "acknowledgement" and
         text_of(answer) == "2\r")
 end
@@ -983,7 +988,7 @@ local function forget_bytes_of_whole_records(parts)
     end
 end
 
--- Cuts a segment into the parts of records that it has.
+-- Cuts a segment into the parts of records that it holds.
 local function follow(conversation, segment, from_tool)
     while segment.position <= #segment.bytes do
         if from_tool then
@@ -999,7 +1004,7 @@ local function follow(conversation, segment, from_tool)
     return segment.parts
 end
 
--- Who has sent a segment: the unit is the one at the port by which the dissector was called.
+-- Tells who has sent a segment. The unit is at the port for which the dissector was called.
 local function is_from_tool(pinfo)
     if pinfo.src_port == pinfo.match_uint then
         return pinfo.dst_port == pinfo.match_uint
@@ -1032,7 +1037,7 @@ local function name_of(record)
     return record.kind == "answer" and "answer to " .. name or name
 end
 
--- Says that a segment has bytes of a frame that ends, or so far ends, elsewhere.
+-- Says that a segment has bytes of a frame whose end, or last byte so far, is in another segment.
 local function show_part(part, range, tree)
     local record = part.record
     local item = tree:add(fields.part, range)
@@ -1069,7 +1074,7 @@ local function show_unasked(record, range, tree)
     return string.format("%s that nobody asked for", count_of(record.size, "byte"))
 end
 
--- What a record is put together from.
+-- Shows from how many segments a record is put together.
 local function show_segments(record, tree)
     if record.parts > 1 then
         add_generated(tree, "segments", record.parts)
@@ -1149,7 +1154,7 @@ local function show_record(record, range, tree, is_final)
     return show_answer(record, range, tree, is_final)
 end
 
--- All bytes of a record: those of this segment, or put together from several.
+-- Gives all bytes of a record: those of this segment, or put together from several segments.
 local function range_of(part, range)
     if part.record.parts == 1 then
         return range

@@ -110,7 +110,7 @@ QByteArray Image()
     return image;
 }
 
-// Up to the first block that is not acknowledged.
+// Stops at the first block that is not acknowledged.
 void SendFirmware(Session& session)
 {
     const QByteArray image = Image();
@@ -218,7 +218,7 @@ const QMap<QString, Step>& Steps()
 
 } // namespace
 
-/// Has the tool's link do some steps with a unit, for a capture of what travels.
+/// Lets the tool's link take some steps with a unit, for a capture of what travels.
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);

@@ -1,4 +1,4 @@
-; Installs for all users of the computer. With /S without a question, with /D=FOLDER into that folder.
+; Installs for all users of the computer. /S asks no question, /D=FOLDER names the folder.
 ; scripts/lib/windows-package gives NAME, VERSION, FILES, ICON and OUTPUT.
 Target amd64-unicode
 !include MUI2.nsh

@@ -1,4 +1,4 @@
-# Simulated units in the background, for the scripts that source this. The units end with the script.
+# Starts simulated units in the background, for the scripts that source this. The units end with the script.
 # shellcheck shell=bash
 
 # shellcheck disable=SC2034 # for those who source this
@@ -6,8 +6,8 @@ simulator=${VX440_SIMULATOR:-$(dirname "${BASH_SOURCE[0]}")/../../build/release/
 unit_pids=()
 trap end_units EXIT
 
-# start_unit LOG COMMAND...: COMMAND becomes a simulator that writes to LOG. Comes back when the unit
-# listens; fails, and shows the log, if it ends instead.
+# start_unit LOG COMMAND...: COMMAND becomes a simulator that writes to LOG. Returns when the unit listens.
+# If the unit ends instead, this fails and shows the log.
 start_unit() {
     local log=$1
     shift
