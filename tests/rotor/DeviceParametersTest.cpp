@@ -133,320 +133,286 @@ class DeviceParametersTest : public QObject
     Q_OBJECT
 
 private slots:
-    void theFirmwareTextSelectsTheLayout_data();
-    void theFirmwareTextSelectsTheLayout();
-    void aParameterStandsBigEndianAtItsOffset_data();
-    void aParameterStandsBigEndianAtItsOffset();
-    void theMaskIsReadAtItsOffset_data();
-    void theMaskIsReadAtItsOffset();
-    void onlyTheAddressWordsAreSwappedInPlace_data();
-    void onlyTheAddressWordsAreSwappedInPlace();
-    void anOldBlockLeavesSpeedAndTypeMissing();
-    void readingAMissingParameterDoesNotMakeItExist();
-    void nothingDecodedReadsAsMissing_data();
-    void nothingDecodedReadsAsMissing();
-    void noSuchMotorReadsAsMissing_data();
-    void noSuchMotorReadsAsMissing();
-    void aNullBlockChangesNothing();
-    void aSecondBlockReplacesTheFirst();
-    void aBlockMayStandAtAnOddAddress();
-    void theBlocksLengthIsNotExceeded_data();
-    void theBlocksLengthIsNotExceeded();
-    void anIpAddressIsDecimalWithoutPadding_data();
-    void anIpAddressIsDecimalWithoutPadding();
-    void aMacAddressIsPaddedLowerCaseHexadecimal_data();
-    void aMacAddressIsPaddedLowerCaseHexadecimal();
-    void randomBlocksDecodeAsTheManualSays();
-};
+    void theFirmwareTextSelectsTheLayout_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<int>("words");
+        QTest::addColumn<int>("bytes");
+        const auto add = [](const char* name, const char* version, int words, int bytes) {
+            QTest::newRow(name) << QString::fromLatin1(version) << words << bytes;
+        };
+        add("2.99 is old", "2.99", 10, 67);
+        add("3.0 is new", "3.0", 12, 75);
+        add("3.01 is new", "3.01", 12, 75);
+        add("3.10 with the carriage return of the answer is new", "3.10\r", 12, 75);
+        add("2.99 with the carriage return of the answer is old", "2.99\r", 10, 67);
+        add("an empty text is old", "", 10, 67);
+        add("no number is old", "V3.10", 10, 67);
+        add("a second point is old", "3.1.0", 10, 67);
+        add("a negative number is old", "-3.5", 10, 67);
+    }
+    void theFirmwareTextSelectsTheLayout()
+    {
+        QFETCH(QString, version);
+        const CDeviceParameters parameters(version.toFloat());
+        QTEST(int(parameters.GetParameterCount()), "words");
+        QTEST(int(parameters.GetDeviceBlockSize()), "bytes");
+    }
 
-void DeviceParametersTest::theFirmwareTextSelectsTheLayout_data()
-{
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<int>("words");
-    QTest::addColumn<int>("bytes");
-    const auto add = [](const char* name, const char* version, int words, int bytes) {
-        QTest::newRow(name) << QString::fromLatin1(version) << words << bytes;
-    };
-    add("2.99 is old", "2.99", 10, 67);
-    add("3.0 is new", "3.0", 12, 75);
-    add("3.01 is new", "3.01", 12, 75);
-    add("3.10 with the carriage return of the answer is new", "3.10\r", 12, 75);
-    add("2.99 with the carriage return of the answer is old", "2.99\r", 10, 67);
-    add("an empty text is old", "", 10, 67);
-    add("no number is old", "V3.10", 10, 67);
-    add("a second point is old", "3.1.0", 10, 67);
-    add("a negative number is old", "-3.5", 10, 67);
-}
-
-void DeviceParametersTest::theFirmwareTextSelectsTheLayout()
-{
-    QFETCH(QString, version);
-    const CDeviceParameters parameters(version.toFloat());
-    QTEST(int(parameters.GetParameterCount()), "words");
-    QTEST(int(parameters.GetDeviceBlockSize()), "bytes");
-}
-
-void DeviceParametersTest::aParameterStandsBigEndianAtItsOffset_data()
-{
-    QTest::addColumn<float>("firmware");
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("offset");
-    QTest::addColumn<int>("motor");
-    QTest::addColumn<int>("id");
-    for (int motor = 0; motor < 2; ++motor) {
-        for (int id = 0; id < 10; ++id) {
-            QTest::addRow("old, motor %d, %s", motor, AccessorNames[id])
-                << OldFirmware << OldBlockSize << motor * 20 + id * 2 << motor << id;
-        }
-        for (int id = 0; id < 12; ++id) {
-            QTest::addRow("new, motor %d, %s", motor, AccessorNames[id])
-                << NewFirmware << NewBlockSize << motor * 24 + id * 2 << motor << id;
+    void aParameterStandsBigEndianAtItsOffset_data()
+    {
+        QTest::addColumn<float>("firmware");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<int>("motor");
+        QTest::addColumn<int>("id");
+        for (int motor = 0; motor < 2; ++motor) {
+            for (int id = 0; id < 10; ++id) {
+                QTest::addRow("old, motor %d, %s", motor, AccessorNames[id])
+                    << OldFirmware << OldBlockSize << motor * 20 + id * 2 << motor << id;
+            }
+            for (int id = 0; id < 12; ++id) {
+                QTest::addRow("new, motor %d, %s", motor, AccessorNames[id])
+                    << NewFirmware << NewBlockSize << motor * 24 + id * 2 << motor << id;
+            }
         }
     }
-}
+    void aParameterStandsBigEndianAtItsOffset()
+    {
+        QFETCH(float, firmware);
+        QFETCH(int, size);
+        QFETCH(int, offset);
+        QFETCH(int, motor);
+        QFETCH(int, id);
+        QByteArray block(size, '\0');
+        block[offset] = '\x01';
+        block[offset + 1] = '\xF4';
 
-void DeviceParametersTest::aParameterStandsBigEndianAtItsOffset()
-{
-    QFETCH(float, firmware);
-    QFETCH(int, size);
-    QFETCH(int, offset);
-    QFETCH(int, motor);
-    QFETCH(int, id);
-    QByteArray block(size, '\0');
-    block[offset] = '\x01';
-    block[offset + 1] = '\xF4';
-
-    CDeviceParameters parameters(firmware);
-    parameters.ParseDeviceBlock(WordsOf(block));
-
-    for (int otherMotor = 0; otherMotor < 2; ++otherMotor) {
-        for (int otherId = 0; otherId < parameters.GetParameterCount(); ++otherId) {
-            const int expected = otherMotor == motor && otherId == id ? 500 : 0;
-            QCOMPARE(int((parameters.*Accessors[otherId])(short(otherMotor))), expected);
-        }
-    }
-}
-
-void DeviceParametersTest::theMaskIsReadAtItsOffset_data()
-{
-    QTest::addColumn<float>("firmware");
-    QTest::addColumn<int>("size");
-    QTest::addColumn<QString>("mask");
-    QTest::newRow("old at 50") << OldFirmware << OldBlockSize << "150.151.152.153";
-    QTest::newRow("new at 58") << NewFirmware << NewBlockSize << "158.159.160.161";
-}
-
-void DeviceParametersTest::theMaskIsReadAtItsOffset()
-{
-    QFETCH(float, firmware);
-    QFETCH(int, size);
-    QByteArray block = CountingBlock(size);
-    CDeviceParameters parameters(firmware);
-    parameters.ParseDeviceBlock(WordsOf(block));
-    QTEST(parameters.GetSubnetMask(), "mask");
-}
-
-void DeviceParametersTest::onlyTheAddressWordsAreSwappedInPlace_data()
-{
-    QTest::addColumn<float>("firmware");
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("addresses");
-    QTest::newRow("old from 46 to 53") << OldFirmware << OldBlockSize << 46;
-    QTest::newRow("new from 54 to 61") << NewFirmware << NewBlockSize << 54;
-}
-
-void DeviceParametersTest::onlyTheAddressWordsAreSwappedInPlace()
-{
-    QFETCH(float, firmware);
-    QFETCH(int, size);
-    QFETCH(int, addresses);
-    QByteArray block = CountingBlock(size);
-    CDeviceParameters parameters(firmware);
-    parameters.ParseDeviceBlock(WordsOf(block));
-
-    QByteArray expected = CountingBlock(size);
-    for (int offset = addresses; offset < addresses + 8; offset += 2) {
-        std::swap(expected.data()[offset], expected.data()[offset + 1]);
-    }
-    QCOMPARE(block.toHex(), expected.toHex());
-}
-
-void DeviceParametersTest::anOldBlockLeavesSpeedAndTypeMissing()
-{
-    QByteArray block = CountingBlock(OldBlockSize);
-    CDeviceParameters parameters(OldFirmware);
-    parameters.ParseDeviceBlock(WordsOf(block));
-    for (const short motor : {short(0), short(1)}) {
-        QCOMPARE(int(parameters.GetRotorType(motor)), 65535);
-        QCOMPARE(int(parameters.GetSlowMotionSpeed(motor)), 0);
-    }
-}
-
-void DeviceParametersTest::readingAMissingParameterDoesNotMakeItExist()
-{
-    const CDeviceParameters parameters(NewFirmware);
-    for (int twice = 0; twice < 2; ++twice) {
-        QCOMPARE(int(parameters.GetRotorType(0)), 65535);
-        QCOMPARE(int(parameters.GetRotorType(1)), 65535);
-    }
-}
-
-void DeviceParametersTest::nothingDecodedReadsAsMissing_data()
-{
-    QTest::addColumn<int>("id");
-    QTest::addColumn<int>("value");
-    for (int id = 0; id < 12; ++id) {
-        QTest::newRow(AccessorNames[id]) << id << (id == 11 ? 65535 : 0);
-    }
-}
-
-void DeviceParametersTest::nothingDecodedReadsAsMissing()
-{
-    QFETCH(int, id);
-    const CDeviceParameters parameters(NewFirmware);
-    QTEST(int((parameters.*Accessors[id])(0)), "value");
-    QTEST(int((parameters.*Accessors[id])(1)), "value");
-    QCOMPARE(parameters.GetSubnetMask(), QString());
-}
-
-void DeviceParametersTest::noSuchMotorReadsAsMissing_data()
-{
-    QTest::addColumn<int>("motor");
-    QTest::newRow("2, which means no motor") << 2;
-    QTest::newRow("3") << 3;
-    QTest::newRow("the largest") << int(std::numeric_limits<short>::max());
-    QTest::newRow("-1") << -1;
-    QTest::newRow("the smallest") << int(std::numeric_limits<short>::min());
-}
-
-void DeviceParametersTest::noSuchMotorReadsAsMissing()
-{
-    QFETCH(int, motor);
-    QByteArray block = CountingBlock(NewBlockSize);
-    CDeviceParameters parameters(NewFirmware);
-    parameters.ParseDeviceBlock(WordsOf(block));
-    for (int id = 0; id < 12; ++id) {
-        QCOMPARE(int((parameters.*Accessors[id])(short(motor))), id == 11 ? 65535 : 0);
-    }
-}
-
-void DeviceParametersTest::aNullBlockChangesNothing()
-{
-    QByteArray block = CountingBlock(NewBlockSize);
-    const Decoded expected = DecodeNew(block);
-    CDeviceParameters parameters(NewFirmware);
-    parameters.ParseDeviceBlock(nullptr);
-    QCOMPARE(int(parameters.GetRotorType(0)), 65535);
-    QCOMPARE(parameters.GetSubnetMask(), QString());
-
-    parameters.ParseDeviceBlock(WordsOf(block));
-    parameters.ParseDeviceBlock(nullptr);
-    QCOMPARE(DifferenceTo(expected, parameters), QString());
-}
-
-void DeviceParametersTest::aSecondBlockReplacesTheFirst()
-{
-    QByteArray first = CountingBlock(OldBlockSize);
-    QByteArray second(OldBlockSize, '\xFF');
-    const Decoded expected = DecodeOld(second);
-    CDeviceParameters parameters(OldFirmware);
-    parameters.ParseDeviceBlock(WordsOf(first));
-    parameters.ParseDeviceBlock(WordsOf(second));
-    QCOMPARE(DifferenceTo(expected, parameters), QString());
-}
-
-void DeviceParametersTest::aBlockMayStandAtAnOddAddress()
-{
-    const QByteArray block = CountingBlock(OldBlockSize);
-    alignas(ushort) uchar room[1 + OldBlockSize];
-    std::memcpy(room + 1, block.constData(), OldBlockSize);
-    CDeviceParameters parameters(OldFirmware);
-    parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(room + 1));
-    QCOMPARE(DifferenceTo(DecodeOld(block), parameters), QString());
-}
-
-void DeviceParametersTest::theBlocksLengthIsNotExceeded_data()
-{
-    QTest::addColumn<float>("firmware");
-    QTest::addColumn<int>("size");
-    QTest::newRow("old, of odd length") << OldFirmware << OldBlockSize;
-    QTest::newRow("new, of odd length") << NewFirmware << NewBlockSize;
-}
-
-// Here it is for AddressSanitizer to see what is read or written behind the block's last byte.
-void DeviceParametersTest::theBlocksLengthIsNotExceeded()
-{
-    QFETCH(float, firmware);
-    QFETCH(int, size);
-    const QByteArray bytes = CountingBlock(size);
-    const std::unique_ptr<uchar[]> exactly(new uchar[size]);
-    std::memcpy(exactly.get(), bytes.constData(), size);
-    CDeviceParameters parameters(firmware);
-    parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(exactly.get()));
-    QCOMPARE(int(exactly[size - 1]), size - 1 + 100);
-}
-
-void DeviceParametersTest::anIpAddressIsDecimalWithoutPadding_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("text");
-    const auto add = [](const char* hex, const char* text) {
-        QTest::newRow(text) << QByteArray::fromHex(hex) << QString::fromLatin1(text);
-    };
-    add("c0a80081", "192.168.0.129");
-    add("00000000", "0.0.0.0");
-    add("ffffffff", "255.255.255.255");
-    add("01020364", "1.2.3.100");
-}
-
-void DeviceParametersTest::anIpAddressIsDecimalWithoutPadding()
-{
-    QFETCH(QByteArray, bytes);
-    QTEST(CDeviceParameters::FormatIpAddress(reinterpret_cast<const uchar*>(bytes.constData())),
-        "text");
-}
-
-void DeviceParametersTest::aMacAddressIsPaddedLowerCaseHexadecimal_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("text");
-    const auto add = [](const char* hex, const char* text) {
-        QTest::newRow(text) << QByteArray::fromHex(hex) << QString::fromLatin1(text);
-    };
-    add("024c7e00010a", "02:4c:7e:00:01:0a");
-    add("000000000000", "00:00:00:00:00:00");
-    add("ffffffffffff", "ff:ff:ff:ff:ff:ff");
-    add("0123456789ab", "01:23:45:67:89:ab");
-}
-
-void DeviceParametersTest::aMacAddressIsPaddedLowerCaseHexadecimal()
-{
-    QFETCH(QByteArray, bytes);
-    QTEST(CDeviceParameters::FormatMacAddress(reinterpret_cast<const uchar*>(bytes.constData())),
-        "text");
-}
-
-void DeviceParametersTest::randomBlocksDecodeAsTheManualSays()
-{
-    constexpr int Blocks = 100000;
-    std::mt19937 random(440); // the same blocks in every run
-    std::uniform_int_distribution<int> byte(0, 255);
-    for (int i = 0; i < Blocks; ++i) {
-        const bool old = i % 2 == 0;
-        QByteArray block(old ? OldBlockSize : NewBlockSize, '\0');
-        std::generate(block.begin(), block.end(), [&] { return char(byte(random)); });
-        const Decoded expected = old ? DecodeOld(block) : DecodeNew(block);
-
-        CDeviceParameters parameters(old ? OldFirmware : NewFirmware);
+        CDeviceParameters parameters(firmware);
         parameters.ParseDeviceBlock(WordsOf(block));
 
-        const QString difference = DifferenceTo(expected, parameters);
-        QVERIFY2(difference.isEmpty(), qPrintable(QString("block %1: ").arg(i) + difference));
-        QVERIFY2(block == expected.blockAfterwards,
-            qPrintable(QString("block %1 is left otherwise").arg(i)));
+        for (int otherMotor = 0; otherMotor < 2; ++otherMotor) {
+            for (int otherId = 0; otherId < parameters.GetParameterCount(); ++otherId) {
+                const int expected = otherMotor == motor && otherId == id ? 500 : 0;
+                QCOMPARE(int((parameters.*Accessors[otherId])(short(otherMotor))), expected);
+            }
+        }
     }
-}
+
+    void theMaskIsReadAtItsOffset_data()
+    {
+        QTest::addColumn<float>("firmware");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<QString>("mask");
+        QTest::newRow("old at 50") << OldFirmware << OldBlockSize << "150.151.152.153";
+        QTest::newRow("new at 58") << NewFirmware << NewBlockSize << "158.159.160.161";
+    }
+    void theMaskIsReadAtItsOffset()
+    {
+        QFETCH(float, firmware);
+        QFETCH(int, size);
+        QByteArray block = CountingBlock(size);
+        CDeviceParameters parameters(firmware);
+        parameters.ParseDeviceBlock(WordsOf(block));
+        QTEST(parameters.GetSubnetMask(), "mask");
+    }
+
+    void onlyTheAddressWordsAreSwappedInPlace_data()
+    {
+        QTest::addColumn<float>("firmware");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("addresses");
+        QTest::newRow("old from 46 to 53") << OldFirmware << OldBlockSize << 46;
+        QTest::newRow("new from 54 to 61") << NewFirmware << NewBlockSize << 54;
+    }
+    void onlyTheAddressWordsAreSwappedInPlace()
+    {
+        QFETCH(float, firmware);
+        QFETCH(int, size);
+        QFETCH(int, addresses);
+        QByteArray block = CountingBlock(size);
+        CDeviceParameters parameters(firmware);
+        parameters.ParseDeviceBlock(WordsOf(block));
+
+        QByteArray expected = CountingBlock(size);
+        for (int offset = addresses; offset < addresses + 8; offset += 2) {
+            std::swap(expected.data()[offset], expected.data()[offset + 1]);
+        }
+        QCOMPARE(block.toHex(), expected.toHex());
+    }
+
+    void anOldBlockLeavesSpeedAndTypeMissing()
+    {
+        QByteArray block = CountingBlock(OldBlockSize);
+        CDeviceParameters parameters(OldFirmware);
+        parameters.ParseDeviceBlock(WordsOf(block));
+        for (const short motor : {short(0), short(1)}) {
+            QCOMPARE(int(parameters.GetRotorType(motor)), 65535);
+            QCOMPARE(int(parameters.GetSlowMotionSpeed(motor)), 0);
+        }
+    }
+
+    void readingAMissingParameterDoesNotMakeItExist()
+    {
+        const CDeviceParameters parameters(NewFirmware);
+        for (int twice = 0; twice < 2; ++twice) {
+            QCOMPARE(int(parameters.GetRotorType(0)), 65535);
+            QCOMPARE(int(parameters.GetRotorType(1)), 65535);
+        }
+    }
+
+    void nothingDecodedReadsAsMissing_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::addColumn<int>("value");
+        for (int id = 0; id < 12; ++id) {
+            QTest::newRow(AccessorNames[id]) << id << (id == 11 ? 65535 : 0);
+        }
+    }
+    void nothingDecodedReadsAsMissing()
+    {
+        QFETCH(int, id);
+        const CDeviceParameters parameters(NewFirmware);
+        QTEST(int((parameters.*Accessors[id])(0)), "value");
+        QTEST(int((parameters.*Accessors[id])(1)), "value");
+        QCOMPARE(parameters.GetSubnetMask(), QString());
+    }
+
+    void noSuchMotorReadsAsMissing_data()
+    {
+        QTest::addColumn<int>("motor");
+        QTest::newRow("2, which means no motor") << 2;
+        QTest::newRow("3") << 3;
+        QTest::newRow("the largest") << int(std::numeric_limits<short>::max());
+        QTest::newRow("-1") << -1;
+        QTest::newRow("the smallest") << int(std::numeric_limits<short>::min());
+    }
+    void noSuchMotorReadsAsMissing()
+    {
+        QFETCH(int, motor);
+        QByteArray block = CountingBlock(NewBlockSize);
+        CDeviceParameters parameters(NewFirmware);
+        parameters.ParseDeviceBlock(WordsOf(block));
+        for (int id = 0; id < 12; ++id) {
+            QCOMPARE(int((parameters.*Accessors[id])(short(motor))), id == 11 ? 65535 : 0);
+        }
+    }
+
+    void aNullBlockChangesNothing()
+    {
+        QByteArray block = CountingBlock(NewBlockSize);
+        const Decoded expected = DecodeNew(block);
+        CDeviceParameters parameters(NewFirmware);
+        parameters.ParseDeviceBlock(nullptr);
+        QCOMPARE(int(parameters.GetRotorType(0)), 65535);
+        QCOMPARE(parameters.GetSubnetMask(), QString());
+
+        parameters.ParseDeviceBlock(WordsOf(block));
+        parameters.ParseDeviceBlock(nullptr);
+        QCOMPARE(DifferenceTo(expected, parameters), QString());
+    }
+
+    void aSecondBlockReplacesTheFirst()
+    {
+        QByteArray first = CountingBlock(OldBlockSize);
+        QByteArray second(OldBlockSize, '\xFF');
+        const Decoded expected = DecodeOld(second);
+        CDeviceParameters parameters(OldFirmware);
+        parameters.ParseDeviceBlock(WordsOf(first));
+        parameters.ParseDeviceBlock(WordsOf(second));
+        QCOMPARE(DifferenceTo(expected, parameters), QString());
+    }
+
+    void aBlockMayStandAtAnOddAddress()
+    {
+        const QByteArray block = CountingBlock(OldBlockSize);
+        alignas(ushort) uchar room[1 + OldBlockSize];
+        std::memcpy(room + 1, block.constData(), OldBlockSize);
+        CDeviceParameters parameters(OldFirmware);
+        parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(room + 1));
+        QCOMPARE(DifferenceTo(DecodeOld(block), parameters), QString());
+    }
+
+    void theBlocksLengthIsNotExceeded_data()
+    {
+        QTest::addColumn<float>("firmware");
+        QTest::addColumn<int>("size");
+        QTest::newRow("old, of odd length") << OldFirmware << OldBlockSize;
+        QTest::newRow("new, of odd length") << NewFirmware << NewBlockSize;
+    }
+    // Here it is for AddressSanitizer to see what is read or written behind the block's last byte.
+    void theBlocksLengthIsNotExceeded()
+    {
+        QFETCH(float, firmware);
+        QFETCH(int, size);
+        const QByteArray bytes = CountingBlock(size);
+        const std::unique_ptr<uchar[]> exactly(new uchar[size]);
+        std::memcpy(exactly.get(), bytes.constData(), size);
+        CDeviceParameters parameters(firmware);
+        parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(exactly.get()));
+        QCOMPARE(int(exactly[size - 1]), size - 1 + 100);
+    }
+
+    void anIpAddressIsDecimalWithoutPadding_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("text");
+        const auto add = [](const char* hex, const char* text) {
+            QTest::newRow(text) << QByteArray::fromHex(hex) << QString::fromLatin1(text);
+        };
+        add("c0a80081", "192.168.0.129");
+        add("00000000", "0.0.0.0");
+        add("ffffffff", "255.255.255.255");
+        add("01020364", "1.2.3.100");
+    }
+    void anIpAddressIsDecimalWithoutPadding()
+    {
+        QFETCH(QByteArray, bytes);
+        QTEST(CDeviceParameters::FormatIpAddress(reinterpret_cast<const uchar*>(bytes.constData())),
+            "text");
+    }
+
+    void aMacAddressIsPaddedLowerCaseHexadecimal_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("text");
+        const auto add = [](const char* hex, const char* text) {
+            QTest::newRow(text) << QByteArray::fromHex(hex) << QString::fromLatin1(text);
+        };
+        add("024c7e00010a", "02:4c:7e:00:01:0a");
+        add("000000000000", "00:00:00:00:00:00");
+        add("ffffffffffff", "ff:ff:ff:ff:ff:ff");
+        add("0123456789ab", "01:23:45:67:89:ab");
+    }
+    void aMacAddressIsPaddedLowerCaseHexadecimal()
+    {
+        QFETCH(QByteArray, bytes);
+        QTEST(
+            CDeviceParameters::FormatMacAddress(reinterpret_cast<const uchar*>(bytes.constData())),
+            "text");
+    }
+
+    void randomBlocksDecodeAsTheManualSays()
+    {
+        constexpr int Blocks = 100000;
+        std::mt19937 random(440); // the same blocks in every run
+        std::uniform_int_distribution<int> byte(0, 255);
+        for (int i = 0; i < Blocks; ++i) {
+            const bool old = i % 2 == 0;
+            QByteArray block(old ? OldBlockSize : NewBlockSize, '\0');
+            std::generate(block.begin(), block.end(), [&] { return char(byte(random)); });
+            const Decoded expected = old ? DecodeOld(block) : DecodeNew(block);
+
+            CDeviceParameters parameters(old ? OldFirmware : NewFirmware);
+            parameters.ParseDeviceBlock(WordsOf(block));
+
+            const QString difference = DifferenceTo(expected, parameters);
+            QVERIFY2(difference.isEmpty(), qPrintable(QString("block %1: ").arg(i) + difference));
+            QVERIFY2(block == expected.blockAfterwards,
+                qPrintable(QString("block %1 is left otherwise").arg(i)));
+        }
+    }
+};
 
 QTEST_APPLESS_MAIN(DeviceParametersTest)
-
 #include "DeviceParametersTest.moc"

@@ -36,456 +36,406 @@ class FileIOTest : public WarningsFail
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { QVERIFY(folder.isValid()); }
 
-    void aFileThatIsNotOpenNeitherReadsNorWrites();
-    void withoutANameNothingOpens();
-    void whatIsNotThereCannotBeRead();
-    void aFolderCannotBeOpened();
-    void aPipeOrADeviceCannotBeOpened_data();
-    void aPipeOrADeviceCannotBeOpened();
-    void aFileInAFolderThatIsNotThereCannotBeWritten();
-    void aFailedOpenLeavesTheFileClosed();
-    void anyNameIsWrittenAndRead_data();
-    void anyNameIsWrittenAndRead();
-    void makingTheObjectOpensNothing();
-    void aFileIsReadLineByLine_data();
-    void aFileIsReadLineByLine();
-    void theByteOrderMarkDecidesTheEncoding_data();
-    void theByteOrderMarkDecidesTheEncoding();
-    void aLineHasAtMostSixteenMebibytes_data();
-    void aLineHasAtMostSixteenMebibytes();
-    void theEndIsMetOnlyBehindTheLastLine();
-    void theEndStaysMet();
-    void openingAgainBeginsAnew();
-    void theBannerIsFiveLines();
-    void aKeyAndItsValueAreOneLine_data();
-    void aKeyAndItsValueAreOneLine();
-    void eachLineIsInTheFileWhenTheCallReturns();
-    void openingForWritingEmptiesTheFile();
-    void aDiskThatIsFullAfterAnyByteFailsItsLine();
-    void afterAFailedLineNoOtherIsWritten();
-    void hundredMegabytesTakeLessThanTenSeconds_data();
-    void hundredMegabytesTakeLessThanTenSeconds();
+    void aFileThatIsNotOpenNeitherReadsNorWrites()
+    {
+        const QString path = NewFile("a=1\n");
+        CFileIO file(path);
+        int result = -1;
+        QCOMPARE(ReadLineOf(file, &result), QString());
+        QCOMPARE(result, 0);
+        QVERIFY(!file.IsAtEnd());
+        QVERIFY(!file.WriteBanner());
+        QVERIFY(!file.WriteKeyValue("key", "value"));
+        QCOMPARE(Content(path), QByteArray("a=1\n"));
+    }
+
+    void withoutANameNothingOpens()
+    {
+        CFileIO file{QString()};
+        QVERIFY(!file.OpenForRead());
+        QVERIFY(!file.OpenForWrite());
+        QVERIFY(!file.WriteBanner());
+    }
+
+    void whatIsNotThereCannotBeRead()
+    {
+        const QString path = NewPath();
+        CFileIO file(path);
+        QVERIFY(!file.OpenForRead());
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void aFolderCannotBeOpened()
+    {
+        CFileIO file(folder.path());
+        QVERIFY(!file.OpenForRead());
+        QVERIFY(!file.OpenForWrite());
+    }
+
+    void aPipeOrADeviceCannotBeOpened_data()
+    {
+        if (!HasDeviceFiles()) {
+            QSKIP("this system has neither pipes nor devices among its files");
+        }
+        QTest::addColumn<QString>("path");
+        const QString pipe = NewPath();
+        if (QProcess::execute("mkfifo", {pipe}) == 0) {
+            QTest::newRow("a pipe") << pipe;
+        }
+        for (const char* const device : {"/dev/null", "/dev/zero", "/dev/full"}) {
+            if (QFile::exists(QString(device))) {
+                QTest::newRow(device) << QString(device);
+            }
+        }
+        const QString link = NewPath();
+        if (QFile::link("/dev/zero", link)) {
+            QTest::newRow("a link to a device") << link;
+        }
+    }
+    // A pipe would wait here for ever.
+    void aPipeOrADeviceCannotBeOpened()
+    {
+        QFETCH(QString, path);
+        CFileIO file(path);
+        QVERIFY(!file.OpenForRead());
+        QVERIFY(!file.OpenForWrite());
+    }
+
+    void aFileInAFolderThatIsNotThereCannotBeWritten()
+    {
+        CFileIO file(NewPath() + "/file.txt");
+        QVERIFY(!file.OpenForWrite());
+        QVERIFY(!file.WriteBanner());
+    }
+
+    void aFailedOpenLeavesTheFileClosed()
+    {
+        const QString path = NewFile("a=1\n");
+        CFileIO file(path);
+        QVERIFY(file.OpenForRead());
+        if (!QFile::remove(path)) {
+            QSKIP("this system keeps a file that is open");
+        }
+        QVERIFY(!file.OpenForRead());
+        QCOMPARE(ReadLineOf(file), QString());
+        QVERIFY(!file.WriteBanner());
+    }
+
+    void anyNameIsWrittenAndRead_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("umlauts") << "\u00C4\u00D6\u00DC \u00E4\u00F6\u00FC\u00DF.txt";
+        QTest::newRow("letters of no code page") << "\u0416 \u4E00 \u20AC.txt";
+        const QString part = QString(100, 'n');
+        QTest::newRow("more than 260 characters")
+            << QStringList({part, part, part, part + ".txt"}).join('/');
+    }
+    void anyNameIsWrittenAndRead()
+    {
+        QFETCH(QString, name);
+        const QString path = NewPath() + QLatin1Char('/') + name;
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        {
+            CFileIO file(path);
+            QVERIFY(file.OpenForWrite());
+            QVERIFY(file.WriteKeyValue("a", "1"));
+        }
+        QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Files), {QFileInfo(name).fileName()});
+        CFileIO file(path);
+        QVERIFY(file.OpenForRead());
+        QCOMPARE(ReadLineOf(file), "a=1");
+    }
+
+    void makingTheObjectOpensNothing()
+    {
+        const QString path = NewPath();
+        {
+            const CFileIO file(path);
+            QVERIFY(!file.IsAtEnd());
+        }
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void aFileIsReadLineByLine_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        // What each call gives until the end: "1:" with the line, or "0:".
+        QTest::addColumn<QStringList>("lines");
+        const auto row = [](const char* name, const QByteArray& content, const char* lines) {
+            QTest::newRow(name) << content << QString(lines).split('|');
+        };
+        row("empty file", "", "0:");
+        row("one line", "a=1\n", "1:a=1|0:");
+        row("two lines", "a=1\nb=2\n", "1:a=1|1:b=2|0:");
+        row("a line without a sign", "abc\n", "1:abc|0:");
+        row("no last line feed loses the line", "a=1\nb=2", "1:a=1|0:");
+        row("a single line without a line feed is lost", "a=1", "0:");
+        row("carriage returns before line feeds go", "a=1\r\nb=2\r\n", "1:a=1|1:b=2|0:");
+        row("carriage returns go wherever they stand", "\ra\r=\r\r1\n", "1:a=1|0:");
+        row("a carriage return ends no line", "a=1\rb=2\n", "1:a=1b=2|0:");
+        row("a carriage return before a comment goes", "\r#a=1\nb=2\n", "1:b=2|0:");
+        row("an empty line is not passed over", "\na=1\n\n\nb=2\n", "0:|1:a=1|0:|0:|1:b=2|0:");
+        row("a line of a carriage return is an empty one", "\r\na=1\r\n", "0:|1:a=1|0:");
+        row("a comment is passed over", "#a=1\n# b\n#\nc=3\n", "1:c=3|0:");
+        row("a comment at the end", "a=1\n#b\n", "1:a=1|0:");
+        row("a comment without its line feed", "a=1\n#b", "1:a=1|0:");
+        row("a comment and then an empty line", "#b\n\na=1\n", "0:|1:a=1|0:");
+        row("a blank before the sign of a comment makes it a line", " #a=1\n", "1: #a=1|0:");
+        row("a line of blanks is passed over", "  \n\t\n \t \na=1\n", "1:a=1|0:");
+        row("a line is not trimmed", "  a = 1 \t\n", "1:  a = 1 \t|0:");
+        row("a sign of a comment inside a line stays", "a=1 # one\n", "1:a=1 # one|0:");
+        const QByteArray longLine(3 * 4096, 'x');
+        row("a line longer than what is read at once", longLine + "\nb=2\n",
+            "1:" + longLine + "|1:b=2|0:");
+        row("the banner", Banner + "a=1\n", "0:|1:a=1|0:");
+    }
+    void aFileIsReadLineByLine()
+    {
+        QFETCH(QByteArray, content);
+        CFileIO file(NewFile(content));
+        QVERIFY(file.OpenForRead());
+        QStringList lines;
+        while (!file.IsAtEnd()) {
+            int result = -1;
+            const QString line = ReadLineOf(file, &result);
+            lines.append(QString::number(result) + QLatin1Char(':') + line);
+        }
+        QTEST(lines, "lines");
+    }
+
+    void theByteOrderMarkDecidesTheEncoding_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("UTF-8") << QByteArray("\xEF\xBB\xBFk=\xC3\xA9\n");
+        QTest::newRow("UTF-16, little end first") << QByteArray("\xFF\xFEk\0=\0\xE9\0\n\0", 10);
+        QTest::newRow("UTF-16, big end first") << QByteArray("\xFE\xFF\0k\0=\0\xE9\0\n", 10);
+    }
+    void theByteOrderMarkDecidesTheEncoding()
+    {
+        QFETCH(QByteArray, content);
+        CFileIO file(NewFile(content));
+        QVERIFY(file.OpenForRead());
+        QCOMPARE(ReadLineOf(file), "k=\u00E9");
+    }
+
+    void aLineHasAtMostSixteenMebibytes_data()
+    {
+        constexpr int Sixteen = 16 * 1024 * 1024;
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("tooLong");
+        QTest::addColumn<int>("length");
+        QTest::newRow("a line of 16 MiB") << QByteArray(Sixteen, 'x') + "\n" << false << Sixteen;
+        QTest::newRow("one byte more") << QByteArray(Sixteen + 1, 'x') + "\n" << true << Sixteen;
+        QTest::newRow("as much without an end") << QByteArray(Sixteen + 1, 'x') << true << Sixteen;
+        QTest::newRow("a comment") << "#" + QByteArray(Sixteen, 'x') + "\na=1\n" << true << Sixteen;
+        QTest::newRow("blanks") << QByteArray(Sixteen + 1, ' ') + "\na=1\n" << true << Sixteen;
+        QTest::newRow("carriage returns") << QByteArray(Sixteen + 1, '\r') + "a=1\n" << true << 0;
+        QTest::newRow("two lines, longer together")
+            << QByteArray(9 << 20, 'x') + "\n" + QByteArray(9 << 20, 'y') + "\n"
+            << false << (9 << 20);
+    }
+    void aLineHasAtMostSixteenMebibytes()
+    {
+        QFETCH(QByteArray, content);
+        CFileIO file(NewFile(content));
+        QVERIFY(file.OpenForRead());
+        QVERIFY(!file.IsLineTooLong());
+        int result = -1;
+        const QString line = ReadLineOf(file, &result);
+        QCOMPARE(result, 1);
+        QTEST(file.IsLineTooLong(), "tooLong");
+        QTEST(line.size(), "length");
+    }
+
+    void theEndIsMetOnlyBehindTheLastLine()
+    {
+        CFileIO file(NewFile("a=1\n"));
+        QVERIFY(file.OpenForRead());
+        QVERIFY(!file.IsAtEnd());
+        QCOMPARE(ReadLineOf(file), "a=1");
+        QVERIFY(!file.IsAtEnd());
+        QCOMPARE(ReadLineOf(file), QString());
+        QVERIFY(file.IsAtEnd());
+    }
+
+    void theEndStaysMet()
+    {
+        CFileIO file(NewFile("a=1"));
+        QVERIFY(file.OpenForRead());
+        for (int twice = 0; twice < 2; ++twice) {
+            int result = -1;
+            QCOMPARE(ReadLineOf(file, &result), QString());
+            QCOMPARE(result, 0);
+            QVERIFY(file.IsAtEnd());
+        }
+    }
+
+    void openingAgainBeginsAnew()
+    {
+        CFileIO file(NewFile("a=1\n"));
+        for (int twice = 0; twice < 2; ++twice) {
+            QVERIFY(file.OpenForRead());
+            QVERIFY(!file.IsAtEnd());
+            QCOMPARE(ReadLineOf(file), "a=1");
+            QCOMPARE(ReadLineOf(file), QString());
+            QVERIFY(file.IsAtEnd());
+        }
+    }
+
+    void theBannerIsFiveLines()
+    {
+        const QString path = NewPath();
+        CFileIO file(path);
+        QVERIFY(file.OpenForWrite());
+        QVERIFY(file.WriteBanner());
+        QCOMPARE(Content(path), Banner);
+    }
+
+    void aKeyAndItsValueAreOneLine_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("no blank around the sign") << "key"
+                                                  << "value" << QByteArray("key=value\n");
+        QTest::newRow("an empty value") << "key" << QString() << QByteArray("key=\n");
+        QTest::newRow("blanks are kept") << " a b "
+                                         << " c " << QByteArray(" a b = c \n");
+    }
+    void aKeyAndItsValueAreOneLine()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        const QString path = NewPath();
+        {
+            CFileIO file(path);
+            QVERIFY(file.OpenForWrite());
+            QVERIFY(file.WriteKeyValue(key, value));
+        }
+        QTEST(Content(path), "line");
+    }
+
+    void eachLineIsInTheFileWhenTheCallReturns()
+    {
+        const QString path = NewPath();
+        CFileIO file(path);
+        QVERIFY(file.OpenForWrite());
+        QVERIFY(file.WriteKeyValue("a", "1"));
+        QCOMPARE(Content(path), QByteArray("a=1\n"));
+        QVERIFY(file.WriteKeyValue("b", "2"));
+        QCOMPARE(Content(path), QByteArray("a=1\nb=2\n"));
+    }
+
+    void openingForWritingEmptiesTheFile()
+    {
+        const QString path = NewFile("what was there before\n");
+        CFileIO file(path);
+        QVERIFY(file.OpenForWrite());
+        QCOMPARE(Content(path), QByteArray());
+    }
+
+    void aDiskThatIsFullAfterAnyByteFailsItsLine()
+    {
+        if (!FileSizeLimit::IsThere()) {
+            QSKIP("this system limits no file's size");
+        }
+        const QByteArray whole = Banner + "first=1\nsecond=22\n";
+        for (int bytes = 0; bytes <= whole.size(); ++bytes) {
+            const QString path = NewPath();
+            {
+                CFileIO file(path);
+                QVERIFY(file.OpenForWrite());
+                const FileSizeLimit limit(static_cast<quint64>(bytes));
+                const bool first = file.WriteBanner();
+                const bool second = file.WriteKeyValue("first", "1");
+                const bool third = file.WriteKeyValue("second", "22");
+                QCOMPARE(first, bytes >= Banner.size());
+                QCOMPARE(second, bytes >= Banner.size() + 8);
+                QCOMPARE(third, bytes >= whole.size());
+            }
+            QVERIFY(whole.startsWith(Content(path)));
+        }
+    }
+
+    void afterAFailedLineNoOtherIsWritten()
+    {
+        if (!FileSizeLimit::IsThere()) {
+            QSKIP("this system limits no file's size");
+        }
+        const QString path = NewPath();
+        CFileIO file(path);
+        QVERIFY(file.OpenForWrite());
+        {
+            const FileSizeLimit limit(4);
+            QVERIFY(file.WriteKeyValue("a", "1"));
+            QVERIFY(!file.WriteKeyValue("b", "2"));
+        }
+        QVERIFY(!file.WriteKeyValue("c", "3"));
+        QVERIFY(!file.WriteBanner());
+        QCOMPARE(Content(path), QByteArray("a=1\n"));
+    }
+
+    void hundredMegabytesTakeLessThanTenSeconds_data()
+    {
+        QTest::addColumn<QByteArray>("piece");
+        QTest::newRow("comments") << '#' + QByteArray(998, 'x') + '\n';
+        QTest::newRow("carriage returns") << QByteArray(999, '\r') + '\n';
+        QTest::newRow("empty lines") << QByteArray(1000, '\n');
+        QTest::newRow("blanks") << QByteArray(999, ' ') + '\n';
+    }
+    // Of the processor's time: how busy the machine is does not matter.
+    void hundredMegabytesTakeLessThanTenSeconds()
+    {
+        QFETCH(QByteArray, piece);
+        const QByteArray block = piece.repeated(1000 * 1000 / piece.size());
+        const QString path = NewPath();
+        QFile large(path);
+        QVERIFY(large.open(QIODevice::WriteOnly));
+        for (int written = 0; written < HundredMegabytes; written += block.size()) {
+            QCOMPARE(large.write(block), qint64(block.size()));
+        }
+        large.close();
+        const std::clock_t begin = std::clock();
+        int lines = 0;
+        {
+            CFileIO file(path);
+            QVERIFY(file.OpenForRead());
+            while (!file.IsAtEnd()) {
+                QString line;
+                lines += file.ReadLine(line);
+            }
+        }
+        const double seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
+        QVERIFY(QFile::remove(path));
+        QCOMPARE(lines, 0);
+        qInfo("%.1f s", seconds);
+        QVERIFY(seconds < 10 * VX440_SANITIZER_SLOWNESS);
+    }
 
 private:
-    QString NewPath();
-    QString NewFile(const QByteArray& content);
-    static QByteArray Content(const QString& path);
+    QString NewPath() { return folder.filePath(QString::number(++paths)); }
+
+    QString NewFile(const QByteArray& content)
+    {
+        const QString path = NewPath();
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+            return QString();
+        }
+        return path;
+    }
+
+    static QByteArray Content(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    }
 
     QTemporaryDir folder;
     int paths = 0;
 };
 
-void FileIOTest::initTestCase()
-{
-    QVERIFY(folder.isValid());
-}
-
-QString FileIOTest::NewPath()
-{
-    return folder.filePath(QString::number(++paths));
-}
-
-QString FileIOTest::NewFile(const QByteArray& content)
-{
-    const QString path = NewPath();
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        return QString();
-    }
-    return path;
-}
-
-QByteArray FileIOTest::Content(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-}
-
-void FileIOTest::aFileThatIsNotOpenNeitherReadsNorWrites()
-{
-    const QString path = NewFile("a=1\n");
-    CFileIO file(path);
-    int result = -1;
-    QCOMPARE(ReadLineOf(file, &result), QString());
-    QCOMPARE(result, 0);
-    QVERIFY(!file.IsAtEnd());
-    QVERIFY(!file.WriteBanner());
-    QVERIFY(!file.WriteKeyValue("key", "value"));
-    QCOMPARE(Content(path), QByteArray("a=1\n"));
-}
-
-void FileIOTest::withoutANameNothingOpens()
-{
-    CFileIO file{QString()};
-    QVERIFY(!file.OpenForRead());
-    QVERIFY(!file.OpenForWrite());
-    QVERIFY(!file.WriteBanner());
-}
-
-void FileIOTest::whatIsNotThereCannotBeRead()
-{
-    const QString path = NewPath();
-    CFileIO file(path);
-    QVERIFY(!file.OpenForRead());
-    QVERIFY(!QFile::exists(path));
-}
-
-void FileIOTest::aFolderCannotBeOpened()
-{
-    CFileIO file(folder.path());
-    QVERIFY(!file.OpenForRead());
-    QVERIFY(!file.OpenForWrite());
-}
-
-void FileIOTest::aPipeOrADeviceCannotBeOpened_data()
-{
-    if (!HasDeviceFiles()) {
-        QSKIP("this system has neither pipes nor devices among its files");
-    }
-    QTest::addColumn<QString>("path");
-    const QString pipe = NewPath();
-    if (QProcess::execute("mkfifo", {pipe}) == 0) {
-        QTest::newRow("a pipe") << pipe;
-    }
-    for (const char* const device : {"/dev/null", "/dev/zero", "/dev/full"}) {
-        if (QFile::exists(QString(device))) {
-            QTest::newRow(device) << QString(device);
-        }
-    }
-    const QString link = NewPath();
-    if (QFile::link("/dev/zero", link)) {
-        QTest::newRow("a link to a device") << link;
-    }
-}
-
-// A pipe would wait here for ever.
-void FileIOTest::aPipeOrADeviceCannotBeOpened()
-{
-    QFETCH(QString, path);
-    CFileIO file(path);
-    QVERIFY(!file.OpenForRead());
-    QVERIFY(!file.OpenForWrite());
-}
-
-void FileIOTest::aFileInAFolderThatIsNotThereCannotBeWritten()
-{
-    CFileIO file(NewPath() + "/file.txt");
-    QVERIFY(!file.OpenForWrite());
-    QVERIFY(!file.WriteBanner());
-}
-
-void FileIOTest::anyNameIsWrittenAndRead_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("umlauts") << "\u00C4\u00D6\u00DC \u00E4\u00F6\u00FC\u00DF.txt";
-    QTest::newRow("letters of no code page") << "\u0416 \u4E00 \u20AC.txt";
-    const QString part = QString(100, 'n');
-    QTest::newRow("more than 260 characters")
-        << QStringList({part, part, part, part + ".txt"}).join('/');
-}
-
-void FileIOTest::anyNameIsWrittenAndRead()
-{
-    QFETCH(QString, name);
-    const QString path = NewPath() + QLatin1Char('/') + name;
-    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-    {
-        CFileIO file(path);
-        QVERIFY(file.OpenForWrite());
-        QVERIFY(file.WriteKeyValue("a", "1"));
-    }
-    QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Files), {QFileInfo(name).fileName()});
-    CFileIO file(path);
-    QVERIFY(file.OpenForRead());
-    QCOMPARE(ReadLineOf(file), "a=1");
-}
-
-void FileIOTest::aFailedOpenLeavesTheFileClosed()
-{
-    const QString path = NewFile("a=1\n");
-    CFileIO file(path);
-    QVERIFY(file.OpenForRead());
-    if (!QFile::remove(path)) {
-        QSKIP("this system keeps a file that is open");
-    }
-    QVERIFY(!file.OpenForRead());
-    QCOMPARE(ReadLineOf(file), QString());
-    QVERIFY(!file.WriteBanner());
-}
-
-void FileIOTest::makingTheObjectOpensNothing()
-{
-    const QString path = NewPath();
-    {
-        const CFileIO file(path);
-        QVERIFY(!file.IsAtEnd());
-    }
-    QVERIFY(!QFile::exists(path));
-}
-
-void FileIOTest::aFileIsReadLineByLine_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    // What each call gives until the end: "1:" with the line, or "0:".
-    QTest::addColumn<QStringList>("lines");
-    const auto row = [](const char* name, const QByteArray& content, const char* lines) {
-        QTest::newRow(name) << content << QString(lines).split('|');
-    };
-    row("empty file", "", "0:");
-    row("one line", "a=1\n", "1:a=1|0:");
-    row("two lines", "a=1\nb=2\n", "1:a=1|1:b=2|0:");
-    row("a line without a sign", "abc\n", "1:abc|0:");
-    row("no last line feed loses the line", "a=1\nb=2", "1:a=1|0:");
-    row("a single line without a line feed is lost", "a=1", "0:");
-    row("carriage returns before line feeds go", "a=1\r\nb=2\r\n", "1:a=1|1:b=2|0:");
-    row("carriage returns go wherever they stand", "\ra\r=\r\r1\n", "1:a=1|0:");
-    row("a carriage return ends no line", "a=1\rb=2\n", "1:a=1b=2|0:");
-    row("a carriage return before a comment goes", "\r#a=1\nb=2\n", "1:b=2|0:");
-    row("an empty line is not passed over", "\na=1\n\n\nb=2\n", "0:|1:a=1|0:|0:|1:b=2|0:");
-    row("a line of a carriage return is an empty one", "\r\na=1\r\n", "0:|1:a=1|0:");
-    row("a comment is passed over", "#a=1\n# b\n#\nc=3\n", "1:c=3|0:");
-    row("a comment at the end", "a=1\n#b\n", "1:a=1|0:");
-    row("a comment without its line feed", "a=1\n#b", "1:a=1|0:");
-    row("a comment and then an empty line", "#b\n\na=1\n", "0:|1:a=1|0:");
-    row("a blank before the sign of a comment makes it a line", " #a=1\n", "1: #a=1|0:");
-    row("a line of blanks is passed over", "  \n\t\n \t \na=1\n", "1:a=1|0:");
-    row("a line is not trimmed", "  a = 1 \t\n", "1:  a = 1 \t|0:");
-    row("a sign of a comment inside a line stays", "a=1 # one\n", "1:a=1 # one|0:");
-    const QByteArray longLine(3 * 4096, 'x');
-    row("a line longer than what is read at once", longLine + "\nb=2\n",
-        "1:" + longLine + "|1:b=2|0:");
-    row("the banner", Banner + "a=1\n", "0:|1:a=1|0:");
-}
-
-void FileIOTest::aFileIsReadLineByLine()
-{
-    QFETCH(QByteArray, content);
-    CFileIO file(NewFile(content));
-    QVERIFY(file.OpenForRead());
-    QStringList lines;
-    while (!file.IsAtEnd()) {
-        int result = -1;
-        const QString line = ReadLineOf(file, &result);
-        lines.append(QString::number(result) + QLatin1Char(':') + line);
-    }
-    QTEST(lines, "lines");
-}
-
-void FileIOTest::theByteOrderMarkDecidesTheEncoding_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("UTF-8") << QByteArray("\xEF\xBB\xBFk=\xC3\xA9\n");
-    QTest::newRow("UTF-16, little end first") << QByteArray("\xFF\xFEk\0=\0\xE9\0\n\0", 10);
-    QTest::newRow("UTF-16, big end first") << QByteArray("\xFE\xFF\0k\0=\0\xE9\0\n", 10);
-}
-
-void FileIOTest::theByteOrderMarkDecidesTheEncoding()
-{
-    QFETCH(QByteArray, content);
-    CFileIO file(NewFile(content));
-    QVERIFY(file.OpenForRead());
-    QCOMPARE(ReadLineOf(file), "k=\u00E9");
-}
-
-void FileIOTest::aLineHasAtMostSixteenMebibytes_data()
-{
-    constexpr int Sixteen = 16 * 1024 * 1024;
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("tooLong");
-    QTest::addColumn<int>("length");
-    QTest::newRow("a line of 16 MiB") << QByteArray(Sixteen, 'x') + "\n" << false << Sixteen;
-    QTest::newRow("one byte more") << QByteArray(Sixteen + 1, 'x') + "\n" << true << Sixteen;
-    QTest::newRow("as much without an end") << QByteArray(Sixteen + 1, 'x') << true << Sixteen;
-    QTest::newRow("a comment") << "#" + QByteArray(Sixteen, 'x') + "\na=1\n" << true << Sixteen;
-    QTest::newRow("blanks") << QByteArray(Sixteen + 1, ' ') + "\na=1\n" << true << Sixteen;
-    QTest::newRow("carriage returns") << QByteArray(Sixteen + 1, '\r') + "a=1\n" << true << 0;
-    QTest::newRow("two lines, longer together")
-        << QByteArray(9 << 20, 'x') + "\n" + QByteArray(9 << 20, 'y') + "\n"
-        << false << (9 << 20);
-}
-
-void FileIOTest::aLineHasAtMostSixteenMebibytes()
-{
-    QFETCH(QByteArray, content);
-    CFileIO file(NewFile(content));
-    QVERIFY(file.OpenForRead());
-    QVERIFY(!file.IsLineTooLong());
-    int result = -1;
-    const QString line = ReadLineOf(file, &result);
-    QCOMPARE(result, 1);
-    QTEST(file.IsLineTooLong(), "tooLong");
-    QTEST(line.size(), "length");
-}
-
-void FileIOTest::theEndIsMetOnlyBehindTheLastLine()
-{
-    CFileIO file(NewFile("a=1\n"));
-    QVERIFY(file.OpenForRead());
-    QVERIFY(!file.IsAtEnd());
-    QCOMPARE(ReadLineOf(file), "a=1");
-    QVERIFY(!file.IsAtEnd());
-    QCOMPARE(ReadLineOf(file), QString());
-    QVERIFY(file.IsAtEnd());
-}
-
-void FileIOTest::theEndStaysMet()
-{
-    CFileIO file(NewFile("a=1"));
-    QVERIFY(file.OpenForRead());
-    for (int twice = 0; twice < 2; ++twice) {
-        int result = -1;
-        QCOMPARE(ReadLineOf(file, &result), QString());
-        QCOMPARE(result, 0);
-        QVERIFY(file.IsAtEnd());
-    }
-}
-
-void FileIOTest::openingAgainBeginsAnew()
-{
-    CFileIO file(NewFile("a=1\n"));
-    for (int twice = 0; twice < 2; ++twice) {
-        QVERIFY(file.OpenForRead());
-        QVERIFY(!file.IsAtEnd());
-        QCOMPARE(ReadLineOf(file), "a=1");
-        QCOMPARE(ReadLineOf(file), QString());
-        QVERIFY(file.IsAtEnd());
-    }
-}
-
-void FileIOTest::theBannerIsFiveLines()
-{
-    const QString path = NewPath();
-    CFileIO file(path);
-    QVERIFY(file.OpenForWrite());
-    QVERIFY(file.WriteBanner());
-    QCOMPARE(Content(path), Banner);
-}
-
-void FileIOTest::aKeyAndItsValueAreOneLine_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QByteArray>("line");
-    QTest::newRow("no blank around the sign") << "key"
-                                              << "value" << QByteArray("key=value\n");
-    QTest::newRow("an empty value") << "key" << QString() << QByteArray("key=\n");
-    QTest::newRow("blanks are kept") << " a b "
-                                     << " c " << QByteArray(" a b = c \n");
-}
-
-void FileIOTest::aKeyAndItsValueAreOneLine()
-{
-    QFETCH(QString, key);
-    QFETCH(QString, value);
-    const QString path = NewPath();
-    {
-        CFileIO file(path);
-        QVERIFY(file.OpenForWrite());
-        QVERIFY(file.WriteKeyValue(key, value));
-    }
-    QTEST(Content(path), "line");
-}
-
-void FileIOTest::eachLineIsInTheFileWhenTheCallReturns()
-{
-    const QString path = NewPath();
-    CFileIO file(path);
-    QVERIFY(file.OpenForWrite());
-    QVERIFY(file.WriteKeyValue("a", "1"));
-    QCOMPARE(Content(path), QByteArray("a=1\n"));
-    QVERIFY(file.WriteKeyValue("b", "2"));
-    QCOMPARE(Content(path), QByteArray("a=1\nb=2\n"));
-}
-
-void FileIOTest::openingForWritingEmptiesTheFile()
-{
-    const QString path = NewFile("what was there before\n");
-    CFileIO file(path);
-    QVERIFY(file.OpenForWrite());
-    QCOMPARE(Content(path), QByteArray());
-}
-
-void FileIOTest::aDiskThatIsFullAfterAnyByteFailsItsLine()
-{
-    if (!FileSizeLimit::IsThere()) {
-        QSKIP("this system limits no file's size");
-    }
-    const QByteArray whole = Banner + "first=1\nsecond=22\n";
-    for (int bytes = 0; bytes <= whole.size(); ++bytes) {
-        const QString path = NewPath();
-        {
-            CFileIO file(path);
-            QVERIFY(file.OpenForWrite());
-            const FileSizeLimit limit(static_cast<quint64>(bytes));
-            const bool first = file.WriteBanner();
-            const bool second = file.WriteKeyValue("first", "1");
-            const bool third = file.WriteKeyValue("second", "22");
-            QCOMPARE(first, bytes >= Banner.size());
-            QCOMPARE(second, bytes >= Banner.size() + 8);
-            QCOMPARE(third, bytes >= whole.size());
-        }
-        QVERIFY(whole.startsWith(Content(path)));
-    }
-}
-
-void FileIOTest::afterAFailedLineNoOtherIsWritten()
-{
-    if (!FileSizeLimit::IsThere()) {
-        QSKIP("this system limits no file's size");
-    }
-    const QString path = NewPath();
-    CFileIO file(path);
-    QVERIFY(file.OpenForWrite());
-    {
-        const FileSizeLimit limit(4);
-        QVERIFY(file.WriteKeyValue("a", "1"));
-        QVERIFY(!file.WriteKeyValue("b", "2"));
-    }
-    QVERIFY(!file.WriteKeyValue("c", "3"));
-    QVERIFY(!file.WriteBanner());
-    QCOMPARE(Content(path), QByteArray("a=1\n"));
-}
-
-void FileIOTest::hundredMegabytesTakeLessThanTenSeconds_data()
-{
-    QTest::addColumn<QByteArray>("piece");
-    QTest::newRow("comments") << '#' + QByteArray(998, 'x') + '\n';
-    QTest::newRow("carriage returns") << QByteArray(999, '\r') + '\n';
-    QTest::newRow("empty lines") << QByteArray(1000, '\n');
-    QTest::newRow("blanks") << QByteArray(999, ' ') + '\n';
-}
-
-// Of the processor's time: how busy the machine is does not matter.
-void FileIOTest::hundredMegabytesTakeLessThanTenSeconds()
-{
-    QFETCH(QByteArray, piece);
-    const QByteArray block = piece.repeated(1000 * 1000 / piece.size());
-    const QString path = NewPath();
-    QFile large(path);
-    QVERIFY(large.open(QIODevice::WriteOnly));
-    for (int written = 0; written < HundredMegabytes; written += block.size()) {
-        QCOMPARE(large.write(block), qint64(block.size()));
-    }
-    large.close();
-    const std::clock_t begin = std::clock();
-    int lines = 0;
-    {
-        CFileIO file(path);
-        QVERIFY(file.OpenForRead());
-        while (!file.IsAtEnd()) {
-            QString line;
-            lines += file.ReadLine(line);
-        }
-    }
-    const double seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
-    QVERIFY(QFile::remove(path));
-    QCOMPARE(lines, 0);
-    qInfo("%.1f s", seconds);
-    QVERIFY(seconds < 10 * VX440_SANITIZER_SLOWNESS);
-}
-
 QTEST_GUILESS_MAIN(FileIOTest)
-
 #include "FileIOTest.moc"
