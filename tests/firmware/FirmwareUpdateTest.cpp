@@ -14,21 +14,11 @@ using namespace firmwarestream;
 namespace {
 
 const QString Sent = "Firmware sent to device successfully!";
-
-void ChooseFile(const QString& path)
-{
-    ShowPage("Update FW");
-    ClickAndChooseFile(Find<QToolButton>("btnSelectFirmware"), path);
-}
+const QString TransmissionError = "An error occoured during transmission";
 
 void ClickLoad()
 {
     Click(Find<QPushButton>("btnLoadFirmware"));
-}
-
-void ClickUpdate()
-{
-    Click(Find<QPushButton>("btnUpdateFirmware"));
 }
 
 bool CanUpdate()
@@ -36,150 +26,48 @@ bool CanUpdate()
     return Find<QPushButton>("btnUpdateFirmware")->isEnabled();
 }
 
-QStringList CommandsFor(const QByteArray& image, int blocks)
+QStringList BlockCommands(const QByteArray& image, int blocks = -1)
 {
     QStringList commands;
     for (const QByteArray& block : Blocks(image).mid(0, blocks)) {
-        commands.append(QString("CF3 ") + QString::fromLatin1(block.toHex().toUpper()));
+        commands.append("CF3 " + QString::fromLatin1(block.toHex().toUpper()));
     }
     return commands;
 }
 
-QString ChecksumCommand(const QByteArray& image)
+QStringList ChecksumCommand(const QByteArray& image)
 {
-    return QString("CF4 ") + QString::fromLatin1(Checksum(image).toHex().toUpper());
-}
-
-QByteArray Content(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    return {"CF4 " + QString::fromLatin1(Checksum(image).toHex().toUpper())};
 }
 
 } // namespace
 
-/// Transfers and updates over a real connection.
+/// Transfers and an update over a real connection. TabLoadFirmwareTest has all the other cases, on
+/// a scripted clock.
 class FirmwareUpdateTest : public WarningsFail
 {
     Q_OBJECT
 
 private slots:
-    void anImageArrivesByteForByte_data()
+    void anImageArrivesByteForByteAndItsUpdateEndsWithTheNewVersion()
     {
-        QTest::addColumn<int>("size");
-        for (const int size : {0, 1, 1135, 1136, 1137, 1200, 2336, 300000}) {
-            QTest::addRow("%d bytes", size) << size;
-        }
-    }
-    void anImageArrivesByteForByte()
-    {
-        QFETCH(int, size);
-        const QByteArray image = Image(size);
-        const QString received = folder.filePath("received");
-        QFile::remove(received);
-        SimulatorProcess unit({"--save-firmware", received});
+        const QByteArray image = Image(300000);
+        QFile received(folder.filePath("received"));
+        SimulatorProcess unit({"--new-firmware", "3.20", "--save-firmware", received.fileName()});
         QVERIFY(Begin(unit, image));
         ClickLoad();
         QCOMPARE(StatusLine(), Sent);
         QVERIFY(CanUpdate());
         QVERIFY(unit.WaitForLine("CF4 "));
         QCOMPARE(unit.State("firmware"), "3.10");
-        QCOMPARE(unit.Commands(), CommandsFor(image, -1) + QStringList{ChecksumCommand(image)});
-        QCOMPARE(Content(received), image);
-    }
+        QCOMPARE(unit.Commands(), BlockCommands(image) + ChecksumCommand(image));
+        QVERIFY(received.open(QIODevice::ReadOnly));
+        QCOMPARE(received.readAll(), image);
 
-    void oldFirmwareTakesAnImageToo()
-    {
-        const QByteArray image = Image(3000);
-        SimulatorProcess unit({"--firmware", "2.50"});
-        QVERIFY(Begin(unit, image));
-        ClickLoad();
-        QCOMPARE(StatusLine(), Sent);
-        QVERIFY(unit.WaitForLine(ChecksumCommand(image)));
-    }
-
-    void aFaultOfTheUnitEndsTheTransfer_data()
-    {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<int>("block");
-        QTest::addColumn<QString>("text");
-        const QString refused = "An error occoured during transmission";
-        const QString unknown = "unknown error";
-        QTest::newRow("first block refused") << "refusing" << 1 << refused;
-        QTest::newRow("a middle block refused") << "refusing" << 3 << refused;
-        QTest::newRow("the last block refused") << "refusing" << 5 << refused;
-        QTest::newRow("garbage for the first block") << "garbage" << 1 << unknown;
-        QTest::newRow("garbage for the last block") << "garbage" << 5 << unknown;
-        QTest::newRow("a silent unit") << "silent" << 3 << unknown;
-    }
-    void aFaultOfTheUnitEndsTheTransfer()
-    {
-        QFETCH(QString, fault);
-        QFETCH(int, block);
-        const QByteArray image = Image(5000);
-        SimulatorProcess unit({"--fault", QString("%1:CF3:%2").arg(fault).arg(block)});
-        QVERIFY(Begin(unit, image));
-        ClickLoad();
-        QTEST(StatusLine(), "text");
-        QVERIFY(!CanUpdate());
-        QVERIFY(VisibleProgress() == nullptr);
-        QCOMPARE(unit.State("firmware"), "3.10");
-        QCOMPARE(unit.Commands(), CommandsFor(image, block));
-    }
-
-    // The first block behind a reset meets the broken link when it is sent, or its answer does.
-    void aResetInTheMiddleSendsNothingMore()
-    {
-        const QByteArray image = Image(5000);
-        SimulatorProcess unit({"--fault", "resetting:CF3:3"});
-        QVERIFY(Begin(unit, image));
-        ClickLoad();
-        QCOMPARE(StatusLine(), "unknown error");
-        QVERIFY(!CanUpdate());
-        QCOMPARE(unit.Commands(), CommandsFor(image, 3));
-        ClickLoad();
-        QCOMPARE(StatusLine(), "An error occoured during transmission");
-        QCOMPARE(ConnectionLine(), "Not Connected ");
-        QVERIFY(!Find<QPushButton>("btnLoadFirmware")->isEnabled());
-        QCOMPARE(unit.Commands(), CommandsFor(image, 3));
-    }
-
-    void aBrokenOffTransferCanBeBegunAnew()
-    {
-        const QByteArray image = Image(5000);
-        SimulatorProcess unit({"--fault", "refusing:CF3:3"});
-        QVERIFY(Begin(unit, image));
-        ClickLoad();
-        QVERIFY(!CanUpdate());
-        ClickLoad();
-        QCOMPARE(StatusLine(), Sent);
-        QVERIFY(unit.WaitForLine(ChecksumCommand(image)));
-    }
-
-    void aFileRemovedBehindTheChoiceSendsNothing()
-    {
-        SimulatorProcess unit;
-        QVERIFY(Begin(unit, Image(100)));
-        ClickLoad();
-        QVERIFY(unit.WaitForLine("CF4 "));
         unit.Forget();
-        QVERIFY(QFile::remove(folder.filePath("image.cyacd")));
-        ClickLoad();
-        QCOMPARE(StatusLine(), QString());
-        QCOMPARE(unit.State("firmware"), "3.10");
-        QCOMPARE(unit.Commands(), QStringList());
-    }
-
-    void aWholeUpdateEndsWithTheNewVersion()
-    {
-        SimulatorProcess unit({"--new-firmware", "3.20"});
-        QVERIFY(Begin(unit, Image(3000)));
-        ClickLoad();
-        QVERIFY(unit.WaitForLine("CF4 "));
-        unit.Forget();
-        ClickUpdate();
+        Click(Find<QPushButton>("btnUpdateFirmware"));
         QCOMPARE(StatusLine(), "Firmware Updated successfully to v3.20\r.");
-        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
+        QCOMPARE(ConnectionLine(), "Connected to " + unit.Address());
         QVERIFY(VisibleProgress() == nullptr);
         QVERIFY(!CanUpdate());
         ShowPage("Info");
@@ -190,19 +78,34 @@ private slots:
         QCOMPARE(commands.mid(1), (QStringList{"*IDN?", "CF8"}));
     }
 
-    // The user gives up waiting for it.
-    void aUnitThatStaysAwayFailsTheUpdateAndLeavesNoDialog()
+    void aTransferThatTheUnitBreaksOffCanBeBegunAnewUntilTheLinkIsLost()
     {
-        SimulatorProcess unit({"--away-ms", "3600000"});
-        QVERIFY(Begin(unit, Image(3000)));
+        const QByteArray image = Image(5000);
+        SimulatorProcess unit({"--firmware", "2.50", "--fault", "refusing:CF3:3"});
+        QVERIFY(Begin(unit, image));
         ClickLoad();
-        WhenAttempted([](QProgressDialog& attempt) { CloseByTitleBar(&attempt); });
-        ClickUpdate();
-        QCOMPARE(StatusLine(), "Firmware Update Failed!");
-        QCOMPARE(ConnectionLine(), "Not Connected ");
-        QVERIFY(VisibleProgress() == nullptr);
+        QCOMPARE(StatusLine(), TransmissionError);
         QVERIFY(!CanUpdate());
-        QCOMPARE(unit.Commands().filter("CF8"), QStringList());
+        QVERIFY(VisibleProgress() == nullptr);
+        QCOMPARE(unit.Commands(), BlockCommands(image, 3));
+
+        unit.Forget();
+        ClickLoad();
+        QCOMPARE(StatusLine(), Sent);
+        QVERIFY(unit.WaitForLine(ChecksumCommand(image).first()));
+
+        // The first block behind a reset meets the broken link when it is sent, or its answer does.
+        QVERIFY(unit.Tell("fault resetting:CF3:3"));
+        unit.Forget();
+        ClickLoad();
+        QCOMPARE(StatusLine(), "unknown error");
+        QVERIFY(!CanUpdate());
+        ClickLoad();
+        QCOMPARE(StatusLine(), TransmissionError);
+        QCOMPARE(ConnectionLine(), "Not Connected ");
+        QVERIFY(!Find<QPushButton>("btnLoadFirmware")->isEnabled());
+        QCOMPARE(unit.State("firmware"), "2.50");
+        QCOMPARE(unit.Commands(), BlockCommands(image, 3));
     }
 
 private:
@@ -215,17 +118,10 @@ private:
         }
         file.close();
         ConnectTo(unit.Address());
-        ChooseFile(file.fileName());
+        ShowPage("Update FW");
+        ClickAndChooseFile(Find<QToolButton>("btnSelectFirmware"), file.fileName());
         unit.Forget();
         return true;
-    }
-
-    // The dialog of a connection attempt comes up over the update's own.
-    static void WhenAttempted(const std::function<void(QProgressDialog&)>& action)
-    {
-        WhenShown<QProgressDialog>(action, [](const QProgressDialog& dialog) {
-            return dialog.labelText().startsWith("Connecting");
-        });
     }
 
     QTemporaryDir folder;

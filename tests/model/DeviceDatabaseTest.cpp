@@ -1,4 +1,5 @@
 #include "model/CDeviceDatabase.h"
+#include "tests/support/Warnings.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -8,8 +9,6 @@
 namespace {
 
 using Columns = QVector<int>;
-using Action = std::function<void(CDeviceDatabase&)>;
-using Words = QVector<ushort>;
 
 constexpr int NoCell = -1;
 
@@ -82,9 +81,7 @@ void Fill(CDeviceDatabase& database)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Action)
-
-class DeviceDatabaseTest : public QObject
+class DeviceDatabaseTest : public WarningsFail
 {
     Q_OBJECT
 
@@ -92,38 +89,22 @@ private slots:
     void aFreshModelHasOneRowAnd44Columns()
     {
         const CDeviceDatabase database;
-        QCOMPARE(database.rowCount(), 1);
-        QCOMPARE(database.columnCount(), 44);
-        const QModelIndex cell = database.index(0, 3);
-        QCOMPARE(database.rowCount(cell), 1);
-        QCOMPARE(database.columnCount(cell), 44);
-    }
-
-    void aFreshModelShowsThatNothingIsConnected_data()
-    {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QVariant>("value");
-        for (int column = 0; column < 44; ++column) {
-            QVariant value = QString();
-            if (column == 0) {
-                value = "Connect";
-            } else if (column == 2) {
-                value = "Not Connected ";
-            } else if (column == 31 || column == 43) {
-                value = "Potentiometer";
-            } else if (column >= 20) {
-                value = 0;
-            }
-            QTest::addRow("column %d", column) << column << value;
+        for (const QModelIndex& parent : {QModelIndex(), database.index(0, 3)}) {
+            QCOMPARE(database.rowCount(parent), 1);
+            QCOMPARE(database.columnCount(parent), 44);
         }
     }
+
     void aFreshModelShowsThatNothingIsConnected()
     {
-        QFETCH(int, column);
-        QFETCH(QVariant, value);
+        const QMap<int, QVariant> others{
+            {0, "Connect"}, {2, "Not Connected "}, {31, "Potentiometer"}, {43, "Potentiometer"}};
         const CDeviceDatabase database;
-        QCOMPARE(DataOf(database, column).type(), value.type());
-        QCOMPARE(DataOf(database, column), value);
+        for (int column = 0; column < 44; ++column) {
+            const QVariant usual = column < 20 ? QVariant(QString()) : QVariant(0);
+            QCOMPARE(DataOf(database, column).type(), others.value(column, usual).type());
+            QCOMPARE(DataOf(database, column), others.value(column, usual));
+        }
     }
 
     void theProcessHasOneDatabaseFromTheStart()
@@ -133,40 +114,20 @@ private slots:
         QCOMPARE(TheDeviceDatabase()->ConnectionStatusText(), "Not Connected ");
     }
 
-    void aColumnShowsItsValue_data()
-    {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QVariant>("value");
-        const auto add = [](int column, const QVariant& value) {
-            QTest::addRow("column %d", column) << column << value;
-        };
-        add(0, "Connected");
-        add(1, "status");
-        add(2, "Connected to 192.168.0.129");
-        add(3, "192.168.0.129");
-        add(4, "02:4C:7E:00:00:01");
-        add(5, "255.255.255.0");
-        add(6, "3.10");
-        add(8, "var");
-        for (const int column : {7, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19}) {
-            add(column, QString("c%1").arg(column));
-        }
-        for (int id = 0; id < 11; ++id) {
-            add(20 + id, 100 + id);
-            add(32 + id, 200 + id);
-        }
-        add(31, "Pulse");
-        add(43, "Unknow Type");
-    }
     void aColumnShowsItsValue()
     {
-        QFETCH(int, column);
-        QFETCH(QVariant, value);
+        const QVector<QVariant> values{"Connected", "status", "Connected to 192.168.0.129",
+            "192.168.0.129", "02:4C:7E:00:00:01", "255.255.255.0", "3.10", "c7", "var", "c9", "c10",
+            "c11", "c12", "c13", "c14", "c15", "c16", "c17", "c18", "c19", 100, 101, 102, 103, 104,
+            105, 106, 107, 108, 109, 110, "Pulse", 200, 201, 202, 203, 204, 205, 206, 207, 208, 209,
+            210, "Unknow Type"};
         CDeviceDatabase database;
         Fill(database);
         for (const int role : {0, 2}) {
-            QCOMPARE(DataOf(database, column, role).type(), value.type());
-            QCOMPARE(DataOf(database, column, role), value);
+            for (int column = 0; column < 44; ++column) {
+                QCOMPARE(DataOf(database, column, role).type(), values.at(column).type());
+                QCOMPARE(DataOf(database, column, role), values.at(column));
+            }
         }
     }
 
@@ -195,58 +156,53 @@ private slots:
     {
         CDeviceDatabase database;
         Fill(database);
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        const QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
         QVERIFY(!database.setData(database.index(0, 3), "10.0.0.1"));
         QCOMPARE(TextOf(database, 3), "192.168.0.129");
         QVERIFY(!(database.flags(database.index(0, 3)) & Qt::ItemIsEditable));
         QCOMPARE(notifications.count(), 0);
     }
 
-    void aSetterNotifiesItsColumnAlsoForTheSameValue_data()
-    {
-        QTest::addColumn<Action>("action");
-        QTest::addColumn<Columns>("columns");
-        const auto add = [](const QString& name, const Action& action, const Columns& columns) {
-            QTest::newRow(qPrintable(name)) << action << columns;
-        };
-        const QString text = "text";
-        using Database = CDeviceDatabase;
-        add("SetConnectionStatus", [](Database& d) { d.SetConnectionStatus(2); }, {0, 2});
-        add("SetApplicationStatus", [=](Database& d) { d.SetApplicationStatus(text); }, {1});
-        add("SetIpAddress", [](Database& d) { d.SetIpAddress("10.0.0.1"); }, {3});
-        add("SetIpAddress with no address", [=](Database& d) { d.SetIpAddress(text); }, {3});
-        add("SetMacAddress", [=](Database& d) { d.SetMacAddress(text); }, {4});
-        add("SetSubnetMask", [](Database& d) { d.SetSubnetMask("255.0.0.0"); }, {5});
-        add("SetSubnetMask with no mask", [=](Database& d) { d.SetSubnetMask(text); }, {5});
-        add("SetFirmwareVersion", [=](Database& d) { d.SetFirmwareVersion(text); }, {6});
-        add("SetVariant", [=](Database& d) { d.SetVariant(text, 0); }, {8});
-        for (const TextSetter& setter : SettersOfBothSets) {
-            for (int set = 0; set < 2; ++set) {
-                add(QString("%1 of set %2").arg(setter.name).arg(set),
-                    [=](Database& d) { (d.*setter.set)(text, set); }, {setter.columns[set]});
-            }
-        }
-        add("SetMotorParameter", [](Database& d) { d.SetMotorParameter(1, 5, 9); }, {37});
-        add("SetMotorParameters, one for each value",
-            [](Database& d) {
-                d.SetMotorParameters(0, {7, 7, 7});
-            },
-            {20, 21, 22});
-        add("SetMotorParameters without a value",
-            [](Database& d) { d.SetMotorParameters(0, Words()); }, {});
-        add("SetMotorValidationError notifies nothing",
-            [=](Database& d) { d.SetMotorValidationError(0, text); }, {});
-    }
     void aSetterNotifiesItsColumnAlsoForTheSameValue()
     {
-        QFETCH(Action, action);
-        QFETCH(Columns, columns);
+        using Database = CDeviceDatabase;
+        const QString text = "text";
+        const struct
+        {
+            std::function<void(Database&)> set;
+            Columns columns;
+        } setters[] = {
+            {[](Database& d) { d.SetConnectionStatus(2); }, {0, 2}},
+            {[=](Database& d) { d.SetApplicationStatus(text); }, {1}},
+            {[](Database& d) { d.SetIpAddress("10.0.0.1"); }, {3}},
+            {[=](Database& d) { d.SetIpAddress(text); }, {3}},
+            {[=](Database& d) { d.SetMacAddress(text); }, {4}},
+            {[](Database& d) { d.SetSubnetMask("255.0.0.0"); }, {5}},
+            {[=](Database& d) { d.SetSubnetMask(text); }, {5}},
+            {[=](Database& d) { d.SetFirmwareVersion(text); }, {6}},
+            {[=](Database& d) { d.SetVariant(text, 0); }, {8}},
+            {[](Database& d) { d.SetMotorParameter(1, 5, 9); }, {37}},
+            {[](Database& d) {
+                 d.SetMotorParameters(0, {7, 7, 7});
+             },
+                {20, 21, 22}},
+            {[](Database& d) { d.SetMotorParameters(0, {}); }, {}},
+            {[=](Database& d) { d.SetMotorValidationError(0, text); }, {}},
+        };
         CDeviceDatabase database;
         QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-        action(database);
-        QCOMPARE(NotifiedColumns(notifications), columns);
-        action(database);
-        QCOMPARE(NotifiedColumns(notifications), columns);
+        for (const auto& setter : setters) {
+            for (int twice = 0; twice < 2; ++twice) {
+                setter.set(database);
+                QCOMPARE(NotifiedColumns(notifications), setter.columns);
+            }
+        }
+        for (const TextSetter& setter : SettersOfBothSets) {
+            for (const int set : {0, 0, 1, 1}) {
+                (database.*setter.set)(text, set);
+                QCOMPARE(NotifiedColumns(notifications), Columns{setter.columns[set]});
+            }
+        }
     }
 
     void aNotificationNamesTheDisplayRoleTwice()
@@ -256,31 +212,24 @@ private slots:
         Fill(database);
         database.ResetData();
         QVERIFY(notifications.count() > 60);
-        const QVector<int> expected{0, 0};
         for (const QList<QVariant>& arguments : qAsConst(notifications)) {
             const QModelIndex cell = arguments.at(0).toModelIndex();
             QCOMPARE(cell.row(), 0);
             QCOMPARE(arguments.at(1).toModelIndex(), cell);
-            QCOMPARE(arguments.at(2).value<QVector<int>>(), expected);
+            QCOMPARE(arguments.at(2).value<QVector<int>>(), (QVector<int>{0, 0}));
         }
     }
 
-    void aSetOutsideOf0And1StoresNothing_data()
-    {
-        QTest::addColumn<int>("set");
-        for (const int set : {-1, 2, 44}) {
-            QTest::addRow("set %d", set) << set;
-        }
-    }
     void aSetOutsideOf0And1StoresNothing()
     {
-        QFETCH(int, set);
         CDeviceDatabase database;
         Fill(database);
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-        for (const TextSetter& setter : SettersOfBothSets) {
-            (database.*setter.set)("other", set);
-            QVERIFY2(notifications.isEmpty(), setter.name);
+        const QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        for (const int set : {-1, 2, 44}) {
+            for (const TextSetter& setter : SettersOfBothSets) {
+                (database.*setter.set)("other", set);
+                QVERIFY2(notifications.isEmpty(), setter.name);
+            }
         }
         for (int column = 0; column < 44; ++column) {
             QVERIFY(TextOf(database, column) != "other");
@@ -291,64 +240,48 @@ private slots:
     {
         CDeviceDatabase database;
         QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-        const QString text = "text";
-        database.SetPartNumber(text);
-        database.SetVariant(text);
-        database.SetProductIndex(text);
-        database.SetSerialNumber(text);
-        database.SetProductionDate(text);
-        database.SetTestInstructionIndex(text);
-        database.SetBoardName(text);
-        const Columns expected{7, 8, 9, 10, 11, 12, 13};
-        QCOMPARE(NotifiedColumns(notifications), expected);
+        database.SetPartNumber("text");
+        database.SetVariant("text");
+        database.SetProductIndex("text");
+        database.SetSerialNumber("text");
+        database.SetProductionDate("text");
+        database.SetTestInstructionIndex("text");
+        database.SetBoardName("text");
+        QCOMPARE(NotifiedColumns(notifications), (Columns{7, 8, 9, 10, 11, 12, 13}));
     }
 
-    void theVariantIsStoredForAnySet_data()
-    {
-        QTest::addColumn<int>("set");
-        for (const int set : {0, 1, 2, -1}) {
-            QTest::addRow("set %d", set) << set;
-        }
-    }
     void theVariantIsStoredForAnySet()
     {
-        QFETCH(int, set);
-        CDeviceDatabase database;
-        Fill(database);
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-        database.SetVariant("other", set);
-        QCOMPARE(TextOf(database, 8), "other");
-        QCOMPARE(NotifiedColumns(notifications), Columns{8});
+        for (const int set : {0, 1, 2, -1}) {
+            CDeviceDatabase database;
+            Fill(database);
+            QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+            database.SetVariant("other", set);
+            QCOMPARE(TextOf(database, 8), "other");
+            QCOMPARE(NotifiedColumns(notifications), Columns{8});
+        }
     }
 
-    void connectionStatusHasItsTexts_data()
-    {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("line");
-        const auto add = [](int code, const char* button, const char* line) {
-            QTest::addRow("code %d", code)
-                << code << QString::fromLatin1(button) << QString::fromLatin1(line);
-        };
-        add(0, "Connected", "Connected to 192.168.0.129");
-        add(1, "Connecting", "Connecting to 192.168.0.129 ...");
-        add(2, "Connect", "Not Connected ");
-        add(3, "Connect", "Connection Failed");
-        add(4, "Connect", "Reconnecting to 192.168.0.129");
-        add(5, "Connect", "");
-        add(-1, "Connect", "");
-        add(2147483647, "Connect", "");
-        add(-2147483647 - 1, "Connect", "");
-    }
     void connectionStatusHasItsTexts()
     {
-        QFETCH(int, code);
+        const struct
+        {
+            int code;
+            const char* button;
+            const char* line;
+        } statuses[] = {{0, "Connected", "Connected to 192.168.0.129"},
+            {1, "Connecting", "Connecting to 192.168.0.129 ..."}, {2, "Connect", "Not Connected "},
+            {3, "Connect", "Connection Failed"}, {4, "Connect", "Reconnecting to 192.168.0.129"},
+            {5, "Connect", ""}, {-1, "Connect", ""}, {2147483647, "Connect", ""},
+            {-2147483647 - 1, "Connect", ""}};
         CDeviceDatabase database;
         database.SetIpAddress("192.168.0.129");
-        database.SetConnectionStatus(code);
-        QTEST(TextOf(database, 0), "button");
-        QTEST(TextOf(database, 2), "line");
-        QTEST(database.ConnectionStatusText(), "line");
+        for (const auto& status : statuses) {
+            database.SetConnectionStatus(status.code);
+            QCOMPARE(TextOf(database, 0), status.button);
+            QCOMPARE(TextOf(database, 2), status.line);
+            QCOMPARE(database.ConnectionStatusText(), status.line);
+        }
     }
 
     void connectionStatusLeavesAllElseAlone()
@@ -362,36 +295,26 @@ private slots:
         QCOMPARE(DataOf(database, 20), QVariant(100));
     }
 
-    void addressesAreNormalised_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("valid");
-        QTest::addColumn<QString>("stored");
-        const auto add = [](const char* name, const char* text, bool valid, const char* stored) {
-            QTest::newRow(name) << QString::fromLatin1(text) << valid
-                                << QString::fromLatin1(stored);
-        };
-        add("an address stays", "192.168.0.129", true, "192.168.0.129");
-        add("a mask stays", "255.255.255.0", true, "255.255.255.0");
-        add("zeros stay", "0.0.0.0", true, "0.0.0.0");
-        add("leading zeros go", "192.168.000.001", true, "192.168.0.1");
-        add("an octet above 255 is refused", "192.168.0.256", false, "");
-        add("a fifth octet is refused", "192.168.0.1.2", false, "");
-        add("empty octets are refused", "...", false, "");
-        add("a name is refused", "unit", false, "");
-        add("nothing is refused", "", false, "");
-    }
     void addressesAreNormalised()
     {
-        QFETCH(QString, text);
-        CDeviceDatabase database;
-        Fill(database);
-        QTEST(database.SetIpAddress(text), "valid");
-        QTEST(database.GetIpAddress(), "stored");
-        QTEST(TextOf(database, 3), "stored");
-        QTEST(database.SetSubnetMask(text), "valid");
-        QTEST(database.GetSubnetMask(), "stored");
-        QTEST(TextOf(database, 5), "stored");
+        const struct
+        {
+            const char* text;
+            const char* stored; // none where it is refused
+        } addresses[] = {{"192.168.0.129", "192.168.0.129"}, {"255.255.255.0", "255.255.255.0"},
+            {"0.0.0.0", "0.0.0.0"}, {"192.168.000.001", "192.168.0.1"}, {"192.168.0.256", ""},
+            {"192.168.0.1.2", ""}, {"...", ""}, {"unit", ""}, {"", ""}};
+        for (const auto& address : addresses) {
+            CDeviceDatabase database;
+            Fill(database);
+            const bool valid = *address.stored != 0;
+            QCOMPARE(database.SetIpAddress(address.text), valid);
+            QCOMPARE(database.GetIpAddress(), address.stored);
+            QCOMPARE(TextOf(database, 3), address.stored);
+            QCOMPARE(database.SetSubnetMask(address.text), valid);
+            QCOMPARE(database.GetSubnetMask(), address.stored);
+            QCOMPARE(TextOf(database, 5), address.stored);
+        }
     }
 
     void theMacAddressIsStoredInUpperCase()
@@ -402,29 +325,17 @@ private slots:
         QCOMPARE(TextOf(database, 4), "02:4C:7E:0A:BC:DF");
     }
 
-    void theSerialNumberIsCutToSixCharacters_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("stored");
-        QTest::newRow("nine") << "123456789"
-                              << "123456";
-        QTest::newRow("seven") << "1234567"
-                               << "123456";
-        QTest::newRow("six") << "123456"
-                             << "123456";
-        QTest::newRow("five") << "12345"
-                              << "12345";
-        QTest::newRow("none") << QString() << QString();
-    }
     void theSerialNumberIsCutToSixCharacters()
     {
-        QFETCH(QString, text);
         CDeviceDatabase database;
-        database.SetSerialNumber(text, 0);
-        database.SetSerialNumber(text, 1);
-        QTEST(TextOf(database, 10), "stored");
-        QTEST(TextOf(database, 16), "stored");
-        QTEST(database.GetSerialNumber(), "stored");
+        for (const QString text : {"123456789", "1234567", "123456", "12345", ""}) {
+            database.SetSerialNumber(text, 0);
+            database.SetSerialNumber(text, 1);
+            const QString stored = text.size() > 6 ? "123456" : text;
+            QCOMPARE(TextOf(database, 10), stored);
+            QCOMPARE(TextOf(database, 16), stored);
+            QCOMPARE(database.GetSerialNumber(), stored);
+        }
     }
 
     void theGettersGiveWhatWasStored()
@@ -439,37 +350,20 @@ private slots:
         QCOMPARE(database.GetFirmwareVersion(), "3.10");
     }
 
-    void theFirmwareTextTellsTheGeneration_data()
-    {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<bool>("below");
-        const auto add = [](const char* name, const char* version, bool below) {
-            QTest::newRow(name) << QString::fromLatin1(version) << below;
-        };
-        add("an empty version is old", "", true);
-        add("2.99 is old", "2.99", true);
-        add("3.0 is new", "3.0", false);
-        add("3 is new", "3", false);
-        add("3.01 is new", "3.01", false);
-        add("3.10 is new", "3.10", false);
-        add("10.0 is new", "10.0", false);
-        add("a letter makes it old", "3.10a", true);
-        add("a letter in front makes it old", "V3.10", true);
-        add("a second point makes it old", "3.1.0", true);
-        add("a comma makes it old", "3,10", true);
-        add("the answer's carriage return does not: 3.10", "3.10\r", false);
-        add("the answer's carriage return does not: 3.0", "3.0\r", false);
-        add("the answer's carriage return does not: 2.99", "2.99\r", true);
-        add("a carriage return alone is old", "\r", true);
-    }
+    // The carriage return comes from the unit's answer.
     void theFirmwareTextTellsTheGeneration()
     {
-        QFETCH(QString, version);
+        const QStringList oldVersions{
+            "", "2.99", "3.10a", "V3.10", "3.1.0", "3,10", "2.99\r", "\r"};
+        const QStringList newVersions{"3.0", "3", "3.01", "3.10", "10.0", "3.10\r", "3.0\r"};
         CDeviceDatabase database;
-        database.SetFirmwareVersion(version);
-        QTEST(database.IsFirmwareBelowVersion3(), "below");
-        QCOMPARE(database.GetFirmwareVersion(), version);
-        QCOMPARE(TextOf(database, 6), version);
+        for (const QString& version : oldVersions + newVersions) {
+            database.SetFirmwareVersion(version);
+            QVERIFY2(database.IsFirmwareBelowVersion3() == oldVersions.contains(version),
+                qPrintable(version));
+            QCOMPARE(database.GetFirmwareVersion(), version);
+            QCOMPARE(TextOf(database, 6), version);
+        }
     }
 
     void theUnsupportedFlagIsNeverSet()
@@ -487,7 +381,7 @@ private slots:
         QTest::addColumn<QString>("mac");
         QTest::addColumn<QString>("error"); // none when valid
         const auto add = [](const char* name, const char* mac, const char* error) {
-            QTest::newRow(name) << QString::fromLatin1(mac) << QString::fromLatin1(error);
+            QTest::newRow(name) << QString(mac) << QString(error);
         };
         const char* const valid = "";
         const char* const empty = "MAC address is empty!";
@@ -503,8 +397,7 @@ private slots:
         add("nothing", "", empty);
         for (const char* const first :
             {"A", "B", "C", "D", "E", "F", "a", "b", "c", "d", "e", "f"}) {
-            QTest::addRow("begins with %s", first)
-                << QLatin1String(first) + "2:4C:7E:00:00:01" << QString::fromLatin1(broadcast);
+            add(first, first + QByteArray("2:4C:7E:00:00:01"), broadcast);
         }
         add("only the first letter counts", "f", broadcast);
         add("all ones", "FF:FF:FF:FF:FF:FF", broadcast);
@@ -571,50 +464,34 @@ private slots:
         QCOMPARE(int(database.GetMotorParameter(0, 5)), 65535);
     }
 
-    void everyParameterHasItsColumn_data()
-    {
-        QTest::addColumn<int>("motor");
-        QTest::addColumn<int>("parameter");
-        QTest::addColumn<int>("column");
-        for (int id = 0; id < 12; ++id) {
-            QTest::addRow("azimuth %d", id) << 0 << id << 20 + id;
-            QTest::addRow("polar %d", id) << 1 << id << 32 + id;
-        }
-    }
     void everyParameterHasItsColumn()
     {
-        QFETCH(int, motor);
-        QFETCH(int, parameter);
-        QFETCH(int, column);
         CDeviceDatabase database;
         Fill(database);
         QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-        database.SetMotorParameter(motor, parameter, 65535);
-        QCOMPARE(NotifiedColumns(notifications), Columns{column});
-        QCOMPARE(int(database.GetMotorParameter(motor, parameter)), 65535);
-        const QVariant shown = parameter == 11 ? QVariant(QString()) : QVariant(65535);
-        QCOMPARE(DataOf(database, column), shown);
+        for (int column = 20; column < 44; ++column) {
+            const int motor = column < 32 ? 0 : 1;
+            const int parameter = column - (motor == 0 ? 20 : 32);
+            database.SetMotorParameter(motor, parameter, 65535);
+            QCOMPARE(NotifiedColumns(notifications), Columns{column});
+            QCOMPARE(int(database.GetMotorParameter(motor, parameter)), 65535);
+            const QVariant shown = parameter == 11 ? QVariant(QString()) : QVariant(65535);
+            QCOMPARE(DataOf(database, column), shown);
+        }
     }
 
-    void theRotorTypeColumnShowsText_data()
-    {
-        QTest::addColumn<int>("value");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("0") << 0 << "Potentiometer";
-        QTest::newRow("1") << 1 << "Pulse";
-        QTest::newRow("2") << 2 << "Unknow Type";
-        QTest::newRow("3 is none") << 3 << QString();
-        QTest::newRow("65535 is none") << 65535 << QString();
-    }
     void theRotorTypeColumnShowsText()
     {
-        QFETCH(int, value);
+        const QMap<ushort, const char*> texts{
+            {0, "Potentiometer"}, {1, "Pulse"}, {2, "Unknow Type"}, {3, ""}, {65535, ""}};
         CDeviceDatabase database;
-        database.SetMotorParameter(0, 11, ushort(value));
-        database.SetMotorParameter(1, 11, ushort(value));
-        for (const int column : {31, 43}) {
-            QCOMPARE(DataOf(database, column).type(), QVariant::String);
-            QTEST(TextOf(database, column), "text");
+        for (auto type = texts.cbegin(); type != texts.cend(); ++type) {
+            database.SetMotorParameter(0, 11, type.key());
+            database.SetMotorParameter(1, 11, type.key());
+            for (const int column : {31, 43}) {
+                QCOMPARE(DataOf(database, column).type(), QVariant::String);
+                QCOMPARE(TextOf(database, column), type.value());
+            }
         }
     }
 
@@ -631,10 +508,8 @@ private slots:
         });
         database.SetMotorParameters(1, {9, 8, 7, 6, 5, 4, 3, 2, 1, 0, 10, 11});
 
-        const Columns columns{32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43};
-        const QVector<int> growing{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
-        QCOMPARE(notified, columns);
-        QCOMPARE(stored, growing);
+        QCOMPARE(notified, (Columns{32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43}));
+        QCOMPARE(stored, (QVector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
     }
 
     void aShortVectorLeavesTheRestAlone()
@@ -656,47 +531,38 @@ private slots:
 
         QMap<int, ushort> out{{1, 99}, {5, 55}};
         QVERIFY(database.GetMotorParameters(0, out));
-        const QMap<int, ushort> azimuth{{0, 10}, {1, 11}, {5, 55}};
-        QCOMPARE(out, azimuth);
+        QCOMPARE(out, (QMap<int, ushort>{{0, 10}, {1, 11}, {5, 55}}));
 
         out.clear();
         QVERIFY(database.GetMotorParameters(1, out));
-        const QMap<int, ushort> polar{{7, 70}};
-        QCOMPARE(out, polar);
+        QCOMPARE(out, (QMap<int, ushort>{{7, 70}}));
     }
 
-    void noSuchMotorIsLeftAlone_data()
-    {
-        QTest::addColumn<int>("motor");
-        for (const int motor : {2, 3, -1, 2147483647}) {
-            QTest::addRow("motor %d", motor) << motor;
-        }
-    }
     void noSuchMotorIsLeftAlone()
     {
-        QFETCH(int, motor);
-        CDeviceDatabase database;
-        Fill(database);
+        for (const int motor : {2, 3, -1, 2147483647}) {
+            CDeviceDatabase database;
+            Fill(database);
 
-        QMap<int, ushort> out{{3, 33}};
-        const QMap<int, ushort> before = out;
-        QVERIFY(!database.GetMotorParameters(motor, out));
-        QCOMPARE(out, before);
+            QMap<int, ushort> out{{3, 33}};
+            QVERIFY(!database.GetMotorParameters(motor, out));
+            QCOMPARE(out, (QMap<int, ushort>{{3, 33}}));
 
-        bool found = false;
-        QCOMPARE(int(database.GetMotorParameter(motor, 0, &found)), 0);
-        QVERIFY(found);
+            bool found = false;
+            QCOMPARE(int(database.GetMotorParameter(motor, 0, &found)), 0);
+            QVERIFY(found);
 
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
-        database.SetMotorParameter(motor, 0, 1);
-        QCOMPARE(NotifiedColumns(notifications), Columns{NoCell});
-        QCOMPARE(DataOf(database, 20), QVariant(100));
-        QCOMPARE(DataOf(database, 32), QVariant(200));
+            QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+            database.SetMotorParameter(motor, 0, 1);
+            QCOMPARE(NotifiedColumns(notifications), Columns{NoCell});
+            QCOMPARE(DataOf(database, 20), QVariant(100));
+            QCOMPARE(DataOf(database, 32), QVariant(200));
 
-        database.SetMotorValidationError(motor, "other");
-        QCOMPARE(database.GetMotorValidationError(motor), QString());
-        QCOMPARE(database.GetMotorValidationError(0), "azimuth");
-        QCOMPARE(database.GetMotorValidationError(1), "polar");
+            database.SetMotorValidationError(motor, "other");
+            QCOMPARE(database.GetMotorValidationError(motor), QString());
+            QCOMPARE(database.GetMotorValidationError(0), "azimuth");
+            QCOMPARE(database.GetMotorValidationError(1), "polar");
+        }
     }
 
     void aValidationErrorIsKeptForEachMotor()
@@ -737,8 +603,8 @@ private slots:
         Fill(database);
         QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
         database.ResetData();
-        const Columns expected{0, 2, 1, 3, 4, 5, 14, 7, 15, 9, 17, 11, 18, 12, 16, 10, 19, 13, 6};
-        QCOMPARE(NotifiedColumns(notifications), expected);
+        QCOMPARE(NotifiedColumns(notifications),
+            (Columns{0, 2, 1, 3, 4, 5, 14, 7, 15, 9, 17, 11, 18, 12, 16, 10, 19, 13, 6}));
     }
 };
 
