@@ -28,32 +28,30 @@ const QString Cancelled = "FW send cancelled!";
 const QString Updated = "Firmware Updated successfully to v3.2\r.";
 const QString UpdateFailed = "Firmware Update Failed!";
 
-// What the unit does at one firmware block; at the others it acknowledges.
+// What the unit does at one firmware block, and how it answers a validation.
 struct Mishap
 {
-    int block;
+    int block = -1;
     QByteArray answer;
+    QByteArray validation = "1\r";
 };
 
-// A unit as far as these tests need one. Frames are answered at once.
-void Answer(const QByteArray& frame, const Mishap& mishap, int& blocks)
+// A unit as far as these tests need one. Frames are answered at once. `look` sees each frame first.
+void BeUnit(
+    const Mishap& mishap = {}, const std::function<void(const QByteArray&)>& look = [](auto) {})
 {
-    if (frame == "*IDN?\r") {
-        scripted::Deliver("ZELMA&KOVINTH,VX440,4400.1290.02/000129,3.2\r");
-    } else if (frame == "CF0\r") {
-        scripted::DeliverAfter(1000, QByteArray(75, '\0'));
-    } else if (frame.startsWith("CF3\r")) {
-        scripted::Deliver(blocks == mishap.block ? mishap.answer : "1\r");
-        ++blocks;
-    } else if (frame == "CF8\r") {
-        scripted::Deliver("1\r");
-    }
-}
-
-void BeUnit(const Mishap& mishap = {-1, {}})
-{
-    scripted::WhenSent(
-        [mishap, blocks = 0](const QByteArray& frame) mutable { Answer(frame, mishap, blocks); });
+    scripted::WhenSent([mishap, look, blocks = 0](const QByteArray& frame) mutable {
+        look(frame);
+        if (frame == "*IDN?\r") {
+            scripted::Deliver("ZELMA&KOVINTH,VX440,4400.1290.02/000129,3.2\r");
+        } else if (frame == "CF0\r") {
+            scripted::DeliverAfter(1000, QByteArray(75, '\0'));
+        } else if (frame.startsWith("CF3\r")) {
+            scripted::Deliver(blocks++ == mishap.block ? mishap.answer : "1\r");
+        } else if (frame == "CF8\r") {
+            scripted::Deliver(mishap.validation);
+        }
+    });
 }
 
 // The frames that went out, or were to go out, without the clock.
@@ -164,10 +162,7 @@ private slots:
     void init()
     {
         WarningsFail::init();
-        TheDeviceCommunication()->Disconnect();
-        scripted::Reset();
-        scripted::WhenSlept([](int) { AwaitConnectingThread(); });
-        BeUnit();
+        Restart();
         ShowPage("Update FW");
     }
 
@@ -220,66 +215,53 @@ private slots:
         QVERIFY(LoadButton()->isEnabled());
     }
 
-    void thePageServesAllButOldUnitsThatAreFlagged_data()
-    {
-        QTest::addColumn<QString>("firmware");
-        QTest::addColumn<bool>("flagged");
-        QTest::addColumn<bool>("served");
-        QTest::newRow("new") << "3.0" << false << true;
-        QTest::newRow("new and flagged") << "3.0" << true << true;
-        QTest::newRow("old") << "2.99" << false << true;
-        QTest::newRow("old and flagged") << "2.99" << true << false;
-    }
     void thePageServesAllButOldUnitsThatAreFlagged()
     {
-        QFETCH(QString, firmware);
-        QFETCH(bool, flagged);
-        QFETCH(bool, served);
+        const struct
+        {
+            const char* firmware;
+            bool flagged;
+            bool served;
+        } units[] = {{"3.0", false, true}, {"3.0", true, true}, {"2.99", false, true},
+            {"2.99", true, false}};
         BeginWith("x");
-        TheDeviceDatabase()->SetFirmwareVersion(firmware);
-        SetUnsupportedFlag(*TheDeviceDatabase(), flagged);
-        Tab().ConnectionStatusChanged();
-        QCOMPARE(Tab().isEnabled(), served);
-        QCOMPARE(LoadButton()->isEnabled(), served);
-        QCOMPARE(Find<QLabel>("lblCompatibility")->isVisible(), !served);
+        for (const auto& unit : units) {
+            TheDeviceDatabase()->SetFirmwareVersion(unit.firmware);
+            SetUnsupportedFlag(*TheDeviceDatabase(), unit.flagged);
+            Tab().ConnectionStatusChanged();
+            QCOMPARE(Tab().isEnabled(), unit.served);
+            QCOMPARE(LoadButton()->isEnabled(), unit.served);
+            QCOMPARE(Find<QLabel>("lblCompatibility")->isVisible(), !unit.served);
+        }
         SetUnsupportedFlag(*TheDeviceDatabase(), false);
         Tab().ConnectionStatusChanged();
         QVERIFY(LoadButton()->isEnabled());
         QVERIFY(!Find<QLabel>("lblCompatibility")->isVisible());
     }
 
-    void everyByteAndWaitOfATransfer_data()
-    {
-        QTest::addColumn<int>("size");
-        QTest::addColumn<int>("blocks");
-        QTest::newRow("an empty file: one block of the head") << 0 << 1;
-        QTest::newRow("1") << 1 << 1;
-        QTest::newRow("1135") << 1135 << 1;
-        QTest::newRow("1136: one full block") << 1136 << 1;
-        QTest::newRow("1137: a second block of one byte") << 1137 << 2;
-        QTest::newRow("1200") << 1200 << 2;
-        QTest::newRow("2336: two full blocks") << 2336 << 2;
-        QTest::newRow("12000") << 12000 << 11;
-    }
     void everyByteAndWaitOfATransfer()
     {
-        QFETCH(int, size);
-        QFETCH(int, blocks);
-        const QByteArray image = Image(size);
-        BeginWith(image);
-        const auto status = WatchStatus(LoadButton());
-        Click(LoadButton());
-        QCOMPARE(Frames(), FramesOf(image));
-        QCOMPARE(Frames().size(), blocks + 1);
-        // The input is drained before each frame; each block's answer is there at the first look.
-        QList<int> sleeps;
-        for (int block = 0; block < blocks; ++block) {
-            sleeps << 10 << 1;
+        // The size of an image, and its blocks.
+        const QMap<int, int> images{
+            {0, 1}, {1, 1}, {1135, 1}, {1136, 1}, {1137, 2}, {1200, 2}, {2336, 2}, {12000, 11}};
+        for (auto entry = images.cbegin(); entry != images.cend(); ++entry) {
+            const QByteArray image = Image(entry.key());
+            BeginWith(image);
+            const auto status = WatchStatus(LoadButton());
+            Click(LoadButton());
+            QCOMPARE(Frames(), FramesOf(image));
+            QCOMPARE(Frames().size(), entry.value() + 1);
+            // The input is drained before each frame; each block's answer is there at the first
+            // look.
+            QList<int> sleeps;
+            for (int block = 0; block < entry.value(); ++block) {
+                sleeps << 10 << 1;
+            }
+            QCOMPARE(scripted::Sleeps(), sleeps << 10);
+            QCOMPARE(*status, (QStringList{"Sending Firmware file to the Device ..", Sent}));
+            QCOMPARE(StatusLine(), Sent);
+            QVERIFY(VisibleProgress() == nullptr);
         }
-        QCOMPARE(scripted::Sleeps(), sleeps << 10);
-        QCOMPARE(*status, (QStringList{"Sending Firmware file to the Device ..", Sent}));
-        QCOMPARE(StatusLine(), Sent);
-        QVERIFY(VisibleProgress() == nullptr);
     }
 
     void theDialogTellsTheBytesHeadIncluded()
@@ -304,19 +286,15 @@ private slots:
     void theDialogMovesWithEachByteUpToTheEnd()
     {
         BeginWith(Image(2000));
-        QVector<int> valuesAtSends;
-        QVector<bool> visibleAtSends;
-        int blocks = 0;
-        scripted::WhenSent([&](const QByteArray& frame) {
+        QVector<int> values;
+        BeUnit({}, [&](const QByteArray& frame) {
             if (frame.startsWith("CF3\r")) {
-                valuesAtSends.append(
-                    VisibleProgress() != nullptr ? VisibleProgress()->value() : -1);
+                values.append(VisibleProgress() != nullptr ? VisibleProgress()->value() : -1);
             }
-            Answer(frame, {-1, {}}, blocks);
         });
         Click(LoadButton());
         // The last byte of the first block, and the end of the stream.
-        QCOMPARE(valuesAtSends, (QVector<int>{1199, 2064}));
+        QCOMPARE(values, (QVector<int>{1199, 2064}));
     }
 
     void afterATransferTheUpdateIsEnabled()
@@ -336,60 +314,41 @@ private slots:
         QCOMPARE(Frames(), FramesOf(image) + FramesOf(image));
     }
 
-    void aTransferThatGoesWrongSendsNothingMore_data()
-    {
-        QTest::addColumn<int>("block");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QString>("text");
-        const QMap<const char*, int> places{{"first", 0}, {"a middle", 2}, {"the last", 4}};
-        for (auto place = places.cbegin(); place != places.cend(); ++place) {
-            QTest::addRow("%s block refused", place.key())
-                << place.value() << QByteArray("0\r") << TransmissionError;
-            QTest::addRow("%s block not answered", place.key())
-                << place.value() << QByteArray() << UnknownError;
-            QTest::addRow("%s block answered otherwise", place.key())
-                << place.value() << QByteArray("?!") << UnknownError;
-            QTest::addRow("%s block answered by a 2", place.key())
-                << place.value() << QByteArray("2\r") << UnknownError;
-        }
-    }
     void aTransferThatGoesWrongSendsNothingMore()
     {
-        QFETCH(int, block);
-        QFETCH(QByteArray, answer);
+        const QMap<QByteArray, QString> textOfAnswer{{"0\r", TransmissionError}, {"", UnknownError},
+            {"?!", UnknownError}, {"2\r", UnknownError}};
         const QByteArray image = Image(5000);
-        BeginWith(image);
-        Click(LoadButton()); // a good one before, whose flags are to go
-        QVERIFY(UpdateButton()->isEnabled());
-        BeUnit({block, answer});
-        scripted::ForgetEvents();
-        Click(LoadButton());
-        QCOMPARE(Frames(), FramesOf(image, block + 1));
-        QTEST(StatusLine(), "text");
-        QVERIFY(!UpdateButton()->isEnabled());
-        QVERIFY(LoadButton()->isEnabled());
-        QVERIFY(VisibleProgress() == nullptr);
+        for (const int block : {0, 2, 4}) {
+            for (const QByteArray& answer : textOfAnswer.keys()) {
+                BeginWith(image);
+                Click(LoadButton()); // a good one before, whose flags are to go
+                QVERIFY(UpdateButton()->isEnabled());
+                BeUnit({block, answer});
+                scripted::ForgetEvents();
+                Click(LoadButton());
+                QCOMPARE(Frames(), FramesOf(image, block + 1));
+                QCOMPARE(StatusLine(), textOfAnswer.value(answer));
+                QVERIFY(!UpdateButton()->isEnabled());
+                QVERIFY(LoadButton()->isEnabled());
+                QVERIFY(VisibleProgress() == nullptr);
+            }
+        }
     }
 
-    void aBrokenLinkEndsTheTransfer_data()
-    {
-        QTest::addColumn<int>("block");
-        QTest::newRow("at the first block") << 0;
-        QTest::newRow("at a middle block") << 2;
-        QTest::newRow("at the last block") << 4;
-    }
     void aBrokenLinkEndsTheTransfer()
     {
-        QFETCH(int, block);
         const QByteArray image = Image(5000);
-        BeginWith(image);
-        scripted::FailSendsFrom(block + 1);
-        Click(LoadButton());
-        QCOMPARE(Frames(), FramesOf(image, block) + QStringList{"send fails"});
-        QCOMPARE(StatusLine(), TransmissionError);
-        QCOMPARE(ConnectionLine(), "Not Connected ");
-        QVERIFY(!UpdateButton()->isEnabled());
-        QVERIFY(!LoadButton()->isEnabled());
+        for (const int block : {0, 2, 4}) {
+            BeginWith(image);
+            scripted::FailSendsFrom(block + 1);
+            Click(LoadButton());
+            QCOMPARE(Frames(), FramesOf(image, block) + QStringList{"send fails"});
+            QCOMPARE(StatusLine(), TransmissionError);
+            QCOMPARE(ConnectionLine(), "Not Connected ");
+            QVERIFY(!UpdateButton()->isEnabled());
+            QVERIFY(!LoadButton()->isEnabled());
+        }
     }
 
     void aChecksumThatCannotBeSentEndsWithoutAText()
@@ -404,38 +363,29 @@ private slots:
         QVERIFY(!UpdateButton()->isEnabled());
     }
 
-    void closingTheDialogSendsNothingMore_data()
-    {
-        QTest::addColumn<int>("value");
-        QTest::addColumn<int>("blocks");
-        QTest::newRow("in the first block") << 1 << 0;
-        QTest::newRow("at the end of the first block") << 1199 << 0;
-        QTest::newRow("at the start of the second block") << 1200 << 1;
-        QTest::newRow("in a middle block") << 3000 << 2;
-        QTest::newRow("at the last byte") << 5063 << 4;
-        QTest::newRow("at the zeros behind the last byte") << 5064 << 4;
-    }
     void closingTheDialogSendsNothingMore()
     {
-        QFETCH(int, value);
-        QFETCH(int, blocks);
+        // The value at which it is closed, and the blocks that are sent by then: within a block, at
+        // the end of one, at the start of one, at the last byte and at the zeros behind it.
+        const QMap<int, int> closings{
+            {1, 0}, {1199, 0}, {1200, 1}, {3000, 2}, {5063, 4}, {5064, 4}};
         const QByteArray image = Image(5000);
-        BeginWith(image);
-        Click(LoadButton());
-        scripted::ForgetEvents();
-        CloseProgressAt(value);
-        Click(LoadButton());
-        QCOMPARE(Frames(), FramesOf(image, blocks));
-        QCOMPARE(StatusLine(), Cancelled);
-        QVERIFY(!UpdateButton()->isEnabled());
-        QVERIFY(VisibleProgress() == nullptr);
+        for (auto closing = closings.cbegin(); closing != closings.cend(); ++closing) {
+            BeginWith(image);
+            Click(LoadButton());
+            scripted::ForgetEvents();
+            CloseProgressAt(closing.key());
+            Click(LoadButton());
+            QCOMPARE(Frames(), FramesOf(image, closing.value()));
+            QCOMPARE(StatusLine(), Cancelled);
+            QVERIFY(!UpdateButton()->isEnabled());
+            QVERIFY(VisibleProgress() == nullptr);
+        }
     }
 
     void aFileThatIsGoneSendsNothing()
     {
-        BeginWith(Image(100));
-        Click(LoadButton()); // its last acknowledgement was a good one
-        scripted::ForgetEvents();
+        BeginSent(); // its last acknowledgement was a good one
         QVERIFY(QFile::remove(folder.filePath("image.cyacd")));
         const ShownDialogs dialogs;
         Click(LoadButton());
@@ -446,41 +396,32 @@ private slots:
         QVERIFY(!UpdateButton()->isEnabled());
     }
 
+    // A pipe would be waited for without end.
     void aFileThatCannotBeOpenedSendsNothingAndIsNamed()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
-        scripted::ForgetEvents();
         const QString path = folder.filePath("image.cyacd");
-        QVERIFY(QFile::remove(path));
-        QVERIFY(QDir().mkdir(path));
-        Click(LoadButton());
-        QVERIFY(QDir().rmdir(path));
-        QCOMPARE(Frames(), QStringList());
-        QCOMPARE(StatusLine(), path + " File could not be found or open");
-        QVERIFY(!UpdateButton()->isEnabled());
-    }
-
-    // It would wait here for ever.
-    void aPipeSendsNothingAndIsNamed()
-    {
-        BeginWith(Image(100));
-        const QString path = folder.filePath("image.cyacd");
-        QVERIFY(QFile::remove(path));
-        if (QProcess::execute("mkfifo", {path}) != 0) {
-            QSKIP("this system has no pipes with a name");
+        const auto makeFolder = [&] { return QDir().mkdir(path); };
+        const auto makePipe = [&] { return QProcess::execute("mkfifo", {path}) == 0; };
+        for (const auto& make :
+            {std::function<bool()>(makeFolder), std::function<bool()>(makePipe)}) {
+            BeginWith(Image(100));
+            Click(LoadButton());
+            scripted::ForgetEvents();
+            QVERIFY(QFile::remove(path));
+            if (!make()) {
+                QSKIP("this system has no pipes with a name");
+            }
+            Click(LoadButton());
+            QVERIFY(QDir().rmdir(path) || QFile::remove(path));
+            QCOMPARE(Frames(), QStringList());
+            QCOMPARE(StatusLine(), path + " File could not be found or open");
+            QVERIFY(!UpdateButton()->isEnabled());
         }
-        Click(LoadButton());
-        QVERIFY(QFile::remove(path));
-        QCOMPARE(Frames(), QStringList());
-        QCOMPARE(StatusLine(), path + " File could not be found or open");
-        QVERIFY(!UpdateButton()->isEnabled());
     }
 
     void withoutAConnectionNothingIsSent()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
+        BeginSent();
         TheDeviceCommunication()->Disconnect(); // which tells no one
         scripted::ForgetEvents();
         Click(LoadButton());
@@ -491,8 +432,7 @@ private slots:
 
     void aSentImageCanBeInstalledAfterANewConnection()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
+        BeginSent();
         scripted::FailSendsFrom(1);
         ShowPage("Azimuth Configuration");
         Click(Find<QPushButton>("btnSendToDevice"));
@@ -505,9 +445,7 @@ private slots:
 
     void everyWaitAndTextOfAnUpdate()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
-        scripted::ForgetEvents();
+        BeginSent();
         const auto status = WatchStatus(UpdateButton());
         Click(UpdateButton());
 
@@ -533,8 +471,7 @@ private slots:
     // The buttons are as they were when the link went down, until the tab has something to do.
     void afterAnUpdateTheNextTransferBeginsWithAFile()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
+        BeginSent();
         Click(UpdateButton());
         QVERIFY(!LoadButton()->isEnabled());
         Choose(MakeImage("x"));
@@ -546,13 +483,11 @@ private slots:
 
     void theUpdatesDialogCannotBeClosedAndStaysUntilTheValidation()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
+        BeginSent();
         QStringList labels;
         QVector<int> values;
         QVector<int> flags;
         bool openAtValidation = false;
-        int blocks = 0;
         scripted::WhenSlept([&](int) {
             AwaitConnectingThread();
             if (values.size() < 300 && VisibleProgress() != nullptr) {
@@ -561,11 +496,8 @@ private slots:
                 flags.append(int(VisibleProgress()->windowFlags()));
             }
         });
-        scripted::WhenSent([&](const QByteArray& frame) {
-            if (frame == "CF8\r") {
-                openAtValidation = VisibleProgress() != nullptr;
-            }
-            Answer(frame, {-1, {}}, blocks);
+        BeUnit({}, [&](const QByteArray& frame) {
+            openAtValidation |= frame == "CF8\r" && VisibleProgress() != nullptr;
         });
         Click(UpdateButton());
         // It comes up at its second value.
@@ -579,63 +511,46 @@ private slots:
         QVERIFY(MainWindow()->findChild<QProgressDialog*>() == nullptr);
     }
 
-    void aRefusedValidationStillReadsAsSuccess()
+    void aRefusedOrSilentValidationStillReadsAsSuccess()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
-        int blocks = 0;
-        scripted::WhenSent([&](const QByteArray& frame) {
-            if (frame == "CF8\r") {
-                scripted::Deliver("0\r");
-            } else {
-                Answer(frame, {-1, {}}, blocks);
-            }
-        });
-        Click(UpdateButton());
-        QCOMPARE(StatusLine(), Updated);
-        QCOMPARE(int(TheDeviceCommunication()->GetLastResult()), 0);
-    }
-
-    void aSilentValidationStillReadsAsSuccess()
-    {
-        BeginWith(Image(100));
-        Click(LoadButton());
-        int blocks = 0;
-        scripted::WhenSent([&](const QByteArray& frame) {
-            if (frame != "CF8\r") {
-                Answer(frame, {-1, {}}, blocks);
-            }
-        });
-        Click(UpdateButton());
-        QCOMPARE(StatusLine(), Updated);
-        QCOMPARE(int(TheDeviceCommunication()->GetLastResult()), 2);
+        const QMap<QByteArray, int> resultOfAnswer{{"0\r", 0}, {"", 2}};
+        for (const QByteArray& answer : resultOfAnswer.keys()) {
+            BeginSent();
+            BeUnit({-1, {}, answer});
+            Click(UpdateButton());
+            QCOMPARE(StatusLine(), Updated);
+            QCOMPARE(int(TheDeviceCommunication()->GetLastResult()), resultOfAnswer.value(answer));
+        }
     }
 
     void aUnitThatDoesNotComeBackFailsTheUpdate()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
-        scripted::ForgetEvents();
+        BeginSent();
         scripted::SetConnectResult(scripted::ConnectResult::Fails);
         Click(UpdateButton());
         QCOMPARE(scripted::Events().count("open 1"), 4);
-        QVERIFY(!Frames().contains(FrameOf("CF8\r")));
-        QCOMPARE(StatusLine(), UpdateFailed);
-        QCOMPARE(ConnectionLine(), "Not Connected ");
-        QVERIFY(VisibleProgress() == nullptr);
-        QVERIFY(!LoadButton()->isEnabled());
-        QVERIFY(!UpdateButton()->isEnabled());
+        ExpectFailedUpdate();
+    }
+
+    // The user gives up waiting for it.
+    void anAttemptThatIsClosedFailsTheUpdate()
+    {
+        BeginSent();
+        scripted::SetConnectResult(scripted::ConnectResult::Hangs);
+        WhenShown<QProgressDialog>([](QProgressDialog& attempt) { CloseByTitleBar(&attempt); },
+            [](const QProgressDialog& any) { return any.labelText().startsWith("Connecting"); });
+        scripted::WhenSlept([](int) { QCoreApplication::processEvents(); });
+        Click(UpdateButton());
+        QCOMPARE(scripted::Events().count("open 1"), 1);
+        ExpectFailedUpdate();
     }
 
     void aValidationThatCannotBeSentFailsTheUpdate()
     {
-        BeginWith(Image(100));
-        Click(LoadButton());
+        BeginSent();
         scripted::FailSendsFrom(3); // behind the start of the update and the identity
         Click(UpdateButton());
-        QCOMPARE(StatusLine(), UpdateFailed);
-        QCOMPARE(ConnectionLine(), "Not Connected ");
-        QVERIFY(VisibleProgress() == nullptr);
+        ExpectFailedUpdate();
     }
 
     void aValidationWithoutAConnectionFails()
@@ -658,11 +573,38 @@ private:
         return file.fileName();
     }
 
+    static void Restart()
+    {
+        TheDeviceCommunication()->Disconnect();
+        scripted::Reset();
+        scripted::WhenSlept([](int) { AwaitConnectingThread(); });
+        BeUnit();
+    }
+
     void BeginWith(const QByteArray& image)
     {
+        Restart();
         ConnectTo("127.0.0.1");
         Choose(MakeImage(image));
         scripted::ForgetEvents();
+    }
+
+    // With an image that has been sent.
+    void BeginSent()
+    {
+        BeginWith(Image(100));
+        Click(LoadButton());
+        scripted::ForgetEvents();
+    }
+
+    static void ExpectFailedUpdate()
+    {
+        QVERIFY(!Frames().contains(FrameOf("CF8\r")));
+        QCOMPARE(StatusLine(), UpdateFailed);
+        QCOMPARE(ConnectionLine(), "Not Connected ");
+        QVERIFY(VisibleProgress() == nullptr);
+        QVERIFY(!LoadButton()->isEnabled());
+        QVERIFY(!UpdateButton()->isEnabled());
     }
 
     QTemporaryDir folder;
