@@ -1,13 +1,11 @@
 #include "link/CDeviceCommunication.h"
+#include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
 #include <QSignalSpy>
 #include <QtTest>
 
 #include <functional>
-
-using Command = std::function<bool(CDeviceCommunication&)>;
-Q_DECLARE_METATYPE(Command)
 
 namespace {
 
@@ -49,78 +47,87 @@ QString LongConfiguration(const QString& identity, const QString& mac, const QSt
     return scripted::Actions().value(0).mid(5);
 }
 
+struct Command
+{
+    const char* name;
+    std::function<bool(CDeviceCommunication&)> send;
+    QString frame;
+    bool acknowledged;
+};
+
+const QVector<Command>& Commands()
+{
+    static const QVector<uchar> block = CountedBytes(1220);
+    static const QVector<uchar> eeprom = CountedBytes(1202);
+    static const QVector<ushort> words{500, 3, 65535};
+    static const QVector<Command> all{
+        {"CF1", [](auto& d) { return d.SendIpConfiguration(eeprom.constData()); },
+            "4346310D" + HexOf(eeprom, 8), false},
+        {"short CF2", [](auto& d) { return d.SendMacAddress("02:4c:7e:0a:0B:ff"); },
+            "4346320D024C7E0A0BFF", false},
+        {"CF3", [](auto& d) { return d.SendFirmwareBlock(block.constData()); },
+            "4346330D" + HexOf(block, 1220), true},
+        {"CF4", [](auto& d) { return d.SendFirmwareChecksum(block.constData()); },
+            "4346340D" + HexOf(block, 8), false},
+        {"CF5", [](auto& d) { return d.StartFirmwareUpdate(); },
+            "4346350D" + QString("00").repeated(255), false},
+        {"CF6", [](auto& d) { return d.WriteEeprom(eeprom.constData(), 1200); },
+            "4346360D" + HexOf(eeprom, 1202), true},
+        {"CF9", [](auto& d) { return d.SendOptions("a,b"); }, "4346390D612C62", true},
+        {"CF10", [](auto& d) { return d.SendOptionDescriptions("a,b"); }, "434631300D612C62", true},
+        {"HCF", [](auto& d) { return d.SendMotorConfiguration(0, words); }, "4843460D01F40003FFFF",
+            false},
+        {"VCF", [](auto& d) { return d.SendMotorConfiguration(1, words); }, "5643460D01F40003FFFF",
+            false},
+        {"HCF without values", [](auto& d) { return d.SendMotorConfiguration(0, {}); }, "4843460D",
+            false},
+    };
+    return all;
+}
+
+// The unit answers each frame at once with these bytes.
+void AnswerWith(const QByteArray& answer)
+{
+    scripted::WhenSent([answer](const QByteArray&) { scripted::Deliver(answer); });
+}
+
 } // namespace
 
-class DeviceCommunicationTest : public QObject
+class DeviceCommunicationTest : public WarningsFail
 {
     Q_OBJECT
 
 private:
     QScopedPointer<CDeviceCommunication> device;
 
-    void AddEveryCommand()
-    {
-        static const QVector<uchar> Block = CountedBytes(1220);
-        static const QVector<uchar> Eeprom = CountedBytes(1202);
-        QTest::addColumn<Command>("command");
-        QTest::addColumn<QString>("frame");
-        QTest::addColumn<bool>("acknowledged");
-        const auto row = [](const char* name, const Command& command, const QString& frame,
-                             bool acknowledged) {
-            QTest::newRow(name) << command << frame << acknowledged;
-        };
-        row(
-            "CF1", [](auto& d) { return d.SendIpConfiguration(Eeprom.constData()); },
-            QString("4346310D") + HexOf(Eeprom, 8), false);
-        row(
-            "short CF2", [](auto& d) { return d.SendMacAddress("02:4c:7e:0a:0B:ff"); },
-            "4346320D024C7E0A0BFF", false);
-        row(
-            "CF3", [](auto& d) { return d.SendFirmwareBlock(Block.constData()); },
-            QString("4346330D") + HexOf(Block, 1220), true);
-        row(
-            "CF4", [](auto& d) { return d.SendFirmwareChecksum(Block.constData()); },
-            QString("4346340D") + HexOf(Block, 8), false);
-        row(
-            "CF5", [](auto& d) { return d.StartFirmwareUpdate(); },
-            QString("4346350D") + QString("00").repeated(255), false);
-        row(
-            "CF6", [](auto& d) { return d.WriteEeprom(Eeprom.constData(), 1200); },
-            QString("4346360D") + HexOf(Eeprom, 1202), true);
-        row(
-            "CF9", [](auto& d) { return d.SendOptions("a,b"); }, "4346390D612C62", true);
-        row(
-            "CF10", [](auto& d) { return d.SendOptionDescriptions("a,b"); }, "434631300D612C62",
-            true);
-        row(
-            "HCF",
-            [](auto& d) {
-                return d.SendMotorConfiguration(0, {500, 3, 65535});
-            },
-            "4843460D01F40003FFFF", false);
-        row(
-            "VCF",
-            [](auto& d) {
-                return d.SendMotorConfiguration(1, {500, 3, 65535});
-            },
-            "5643460D01F40003FFFF", false);
-        row(
-            "HCF without values", [](auto& d) { return d.SendMotorConfiguration(0, {}); },
-            "4843460D", false);
-    }
-
-private slots:
-    void init()
+    void Connect()
     {
         scripted::Reset();
         device.reset(new CDeviceCommunication);
         device->StartConnection("127.0.0.1");
         device->wait();
-        QVERIFY(device->IsConnected());
         scripted::ForgetEvents();
     }
 
-    void cleanup() { device.reset(); }
+    bool ReadEeprom(ushort length, QVector<uchar>& out)
+    {
+        uchar request[4] = {uchar(length / 256), uchar(length % 256), 0x04, 0xB0};
+        return device->ReadEeprom(request, out);
+    }
+
+private slots:
+    void init()
+    {
+        WarningsFail::init();
+        Connect();
+        QVERIFY(device->IsConnected());
+    }
+
+    void cleanup()
+    {
+        device.reset();
+        WarningsFail::cleanup();
+    }
 
     void connectingResolvesConnectsToPort50000AndStopsBlocking()
     {
@@ -208,36 +215,32 @@ private slots:
         QVERIFY(!device->SendMotorConfiguration(0, {1}));
     }
 
-    void everyFrameIsOneSendBehindADrain_data() { AddEveryCommand(); }
     void everyFrameIsOneSendBehindADrain()
     {
-        QFETCH(Command, command);
-        QFETCH(QString, frame);
-        QFETCH(bool, acknowledged);
-        scripted::WhenSent([acknowledged](const QByteArray&) {
-            if (acknowledged) {
-                scripted::Deliver("1\r");
+        for (const Command& command : Commands()) {
+            Connect();
+            AnswerWith(command.acknowledged ? "1\r" : "");
+            QVERIFY2(command.send(*device), command.name);
+            QStringList expected{"sleep 10", "send " + command.frame};
+            if (command.acknowledged) {
+                expected << "sleep 1";
+                QCOMPARE(device->GetLastResult(), ushort(1));
             }
-        });
-        QVERIFY(command(*device));
-        QStringList expected{"sleep 10", QString("send ") + frame};
-        if (acknowledged) {
-            expected << "sleep 1";
-            QCOMPARE(device->GetLastResult(), ushort(1));
+            QCOMPARE(scripted::Events(), expected);
         }
-        QCOMPARE(scripted::Events(), expected);
     }
 
-    void aFailedSendClearsTheFlagAndSignalsOnce_data() { AddEveryCommand(); }
     void aFailedSendClearsTheFlagAndSignalsOnce()
     {
-        QFETCH(Command, command);
-        const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
-        scripted::FailSendsFrom(1);
-        QVERIFY(!command(*device));
-        QVERIFY(!device->IsConnected());
-        QCOMPARE(lost.count(), 1);
-        QCOMPARE(scripted::Sleeps(), QList<int>{Drain});
+        for (const Command& command : Commands()) {
+            Connect();
+            const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
+            scripted::FailSendsFrom(1);
+            QVERIFY2(!command.send(*device), command.name);
+            QVERIFY(!device->IsConnected());
+            QCOMPARE(lost.count(), 1);
+            QCOMPARE(scripted::Sleeps(), QList<int>{Drain});
+        }
     }
 
     void theFlagIsDownBeforeTheSignal()
@@ -257,37 +260,37 @@ private slots:
         QCOMPARE(scripted::Sleeps(), (QList<int>{10, 10, 10, 10}));
     }
 
-    void aRefusalIsFalseWithResult0_data() { AddEveryCommand(); }
     void aRefusalIsFalseWithResult0()
     {
-        QFETCH(Command, command);
-        QFETCH(bool, acknowledged);
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("0\r"); });
-        QCOMPARE(command(*device), !acknowledged);
-        QCOMPARE(device->GetLastResult(), ushort(0));
-        QVERIFY(device->IsConnected());
-        if (acknowledged) {
-            QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1})); // seen at the first poll
+        for (const Command& command : Commands()) {
+            Connect();
+            AnswerWith("0\r");
+            QVERIFY2(command.send(*device) == !command.acknowledged, command.name);
+            QCOMPARE(device->GetLastResult(), ushort(0));
+            QVERIFY(device->IsConnected());
+            if (command.acknowledged) {
+                QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1})); // seen at the first poll
+            }
         }
     }
 
-    void silenceIsResult2After10000Polls_data() { AddEveryCommand(); }
     void silenceIsResult2After10000Polls()
     {
-        QFETCH(Command, command);
-        QFETCH(bool, acknowledged);
-        QCOMPARE(command(*device), !acknowledged);
-        if (acknowledged) {
-            QCOMPARE(device->GetLastResult(), ushort(2));
-            QCOMPARE(scripted::Sleeps().size(), 10001);
-            QCOMPARE(scripted::Now(), Drain + 10000);
+        for (const Command& command : Commands()) {
+            Connect();
+            QVERIFY2(command.send(*device) == !command.acknowledged, command.name);
             QVERIFY(device->IsConnected());
+            if (command.acknowledged) {
+                QCOMPARE(device->GetLastResult(), ushort(2));
+                QCOMPARE(scripted::Sleeps().size(), 10001);
+                QCOMPARE(scripted::Now(), Drain + 10000);
+            }
         }
     }
 
     void otherBytesAreResult2AtOnce()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("7\r"); });
+        AnswerWith("7\r");
         QVERIFY(!device->SendOptions("a"));
         QCOMPARE(device->GetLastResult(), ushort(2));
         QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1}));
@@ -310,29 +313,23 @@ private slots:
         QCOMPARE(scripted::Sleeps().size(), 1 + 301);
     }
 
-    void aLoneDigitIsAnAcknowledgementAtItsFirstByte_data()
-    {
-        QTest::addColumn<QByteArray>("digit");
-        QTest::addColumn<int>("result");
-        QTest::newRow("1") << QByteArray("1") << 1;
-        QTest::newRow("0") << QByteArray("0") << 0;
-    }
     void aLoneDigitIsAnAcknowledgementAtItsFirstByte()
     {
-        QFETCH(QByteArray, digit);
-        QFETCH(int, result);
-        scripted::WhenSent([digit](const QByteArray&) {
-            scripted::Deliver(digit);
-            scripted::DeliverAfter(500, "\r");
-        });
-        device->SendOptions("a");
-        QCOMPARE(int(device->GetLastResult()), result);
-        QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1}));
+        for (const QByteArray& digit : {QByteArray("1"), QByteArray("0")}) {
+            Connect();
+            scripted::WhenSent([digit](const QByteArray&) {
+                scripted::Deliver(digit);
+                scripted::DeliverAfter(500, "\r");
+            });
+            device->SendOptions("a");
+            QCOMPARE(QByteArray::number(device->GetLastResult()), digit);
+            QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1}));
+        }
     }
 
     void aFirmwareBlockThatCannotBeSentLeavesResult0()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        AnswerWith("1\r");
         QVERIFY(device->SendOptions("a"));
         QCOMPARE(device->GetLastResult(), ushort(1));
         scripted::FailSendsFrom(1);
@@ -340,22 +337,16 @@ private slots:
         QCOMPARE(device->GetLastResult(), ushort(0));
     }
 
-    void validationIsTrueOnceSentWhateverTheAnswer_data()
-    {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<int>("result");
-        QTest::newRow("done") << QByteArray("1\r") << 1;
-        QTest::newRow("refused") << QByteArray("0\r") << 0;
-        QTest::newRow("silence") << QByteArray() << 2;
-    }
     void validationIsTrueOnceSentWhateverTheAnswer()
     {
-        QFETCH(QByteArray, answer);
-        QFETCH(int, result);
-        scripted::WhenSent([answer](const QByteArray&) { scripted::Deliver(answer); });
-        QVERIFY(device->ValidateFirmware());
-        QCOMPARE(int(device->GetLastResult()), result);
-        QCOMPARE(scripted::Actions(), QStringList{"send 4346380D"});
+        const QMap<QByteArray, int> resultOfAnswer{{"1\r", 1}, {"0\r", 0}, {"", 2}};
+        for (const QByteArray& answer : resultOfAnswer.keys()) {
+            Connect();
+            AnswerWith(answer);
+            QVERIFY(device->ValidateFirmware());
+            QCOMPARE(int(device->GetLastResult()), resultOfAnswer.value(answer));
+            QCOMPARE(scripted::Actions(), QStringList{"send 4346380D"});
+        }
     }
 
     void validationIsFalseWhenItCannotBeSent()
@@ -365,50 +356,37 @@ private slots:
         QCOMPARE(scripted::Sleeps(), QList<int>{Drain});
     }
 
-    void aTextFrameOf1199BytesIsSentAndOneOf1200IsNot_data()
-    {
-        QTest::addColumn<bool>("descriptions");
-        QTest::addColumn<int>("length");
-        QTest::addColumn<bool>("sent");
-        QTest::newRow("CF9 of 1199") << false << 1195 << true;
-        QTest::newRow("CF9 of 1200") << false << 1196 << false;
-        QTest::newRow("CF10 of 1199") << true << 1194 << true;
-        QTest::newRow("CF10 of 1200") << true << 1195 << false;
-    }
     void aTextFrameOf1199BytesIsSentAndOneOf1200IsNot()
     {
-        QFETCH(bool, descriptions);
-        QFETCH(int, length);
-        QFETCH(bool, sent);
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
-        const QString text(length, 'x');
-        QCOMPARE(
-            descriptions ? device->SendOptionDescriptions(text) : device->SendOptions(text), sent);
-        if (sent) {
-            QCOMPARE(scripted::Actions().first().size(), 5 + 2 * 1199);
-        } else {
-            QCOMPARE(scripted::Events(), QStringList());
+        AnswerWith("1\r");
+        QVERIFY(!device->SendOptions(QString(1196, 'x')));
+        QVERIFY(!device->SendOptionDescriptions(QString(1195, 'x')));
+        QCOMPARE(scripted::Events(), QStringList());
+        QVERIFY(device->SendOptions(QString(1195, 'x')));
+        QVERIFY(device->SendOptionDescriptions(QString(1194, 'x')));
+        for (const QString& frame : scripted::Actions()) {
+            QCOMPARE(frame.size(), 5 + 2 * 1199);
         }
     }
 
     // The length of a text frame is held in 16 bits.
     void aTextOf65536CharactersIsSentAsItsHead()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        AnswerWith("1\r");
         QVERIFY(device->SendOptions(QString(65536, 'x')));
         QCOMPARE(scripted::Actions(), QStringList{"send 4346390D"});
     }
 
     void aTextTravelsInAsManyBytesAsItHasCharacters()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        AnswerWith("1\r");
         QVERIFY(device->SendOptions(QString::fromUtf8("\xC3\xA4z"))); // "äz" is three bytes
         QCOMPARE(scripted::Actions(), QStringList{"send 4346390DC3A4"});
     }
 
     void theEepromWriteTakes1200BytesAndNoMore()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        AnswerWith("1\r");
         const QVector<uchar> block = CountedBytes(1203);
         QVERIFY(device->WriteEeprom(block.constData(), 1200));
         QCOMPARE(scripted::Actions().first().size(), 5 + 2 * 1206);
@@ -419,22 +397,16 @@ private slots:
 
     void anEepromWriteOfNothingSendsTheAddress()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("1\r"); });
+        AnswerWith("1\r");
         const uchar block[2] = {0x04, 0xB0};
         QVERIFY(device->WriteEeprom(block, 0));
         QCOMPARE(scripted::Actions(), QStringList{"send 4346360D04B0"});
     }
 
-    void anotherChannelThanTheMotorsIsNotSent_data()
-    {
-        QTest::addColumn<int>("channel");
-        QTest::newRow("2") << 2;
-        QTest::newRow("-1") << -1;
-    }
     void anotherChannelThanTheMotorsIsNotSent()
     {
-        QFETCH(int, channel);
-        QVERIFY(!device->SendMotorConfiguration(channel, {1}));
+        QVERIFY(!device->SendMotorConfiguration(2, {1}));
+        QVERIFY(!device->SendMotorConfiguration(-1, {1}));
         QCOMPARE(scripted::Events(), QStringList());
     }
 
@@ -444,18 +416,13 @@ private slots:
         QCOMPARE(scripted::Events(), QStringList());
     }
 
-    void aMacAddressWithoutSixPartsIsSentAsZeros_data()
-    {
-        QTest::addColumn<QString>("mac");
-        QTest::newRow("ten characters") << "02:4C:7E:0";
-        QTest::newRow("hyphens") << "02-4C-7E-01-02-03";
-        QTest::newRow("seven parts") << "02:4C:7E:01:02:03:04";
-    }
     void aMacAddressWithoutSixPartsIsSentAsZeros()
     {
-        QFETCH(QString, mac);
-        QVERIFY(device->SendMacAddress(mac));
-        QCOMPARE(scripted::Actions(), QStringList{"send 4346320D000000000000"});
+        for (const char* const mac : {"02:4C:7E:0", "02-4C-7E-01-02-03", "02:4C:7E:01:02:03:04"}) {
+            scripted::ForgetEvents();
+            QVERIFY2(device->SendMacAddress(mac), mac);
+            QCOMPARE(scripted::Actions(), QStringList{"send 4346320D000000000000"});
+        }
     }
 
     void theLongConfigurationHasItsFieldsInPlace()
@@ -469,8 +436,8 @@ private slots:
             }
         }
         const QByteArray identity = QByteArray("ZELMA&KOVINTH,VX440,P/S\r").leftJustified(60, '\0');
-        QCOMPARE(frame, QString("4346320D") + motors + QString("024C7E000129") +
-                            QString("C0A80081") + QString("FFFFFF00") + QString("00").repeated(13) +
+        QCOMPARE(frame, "4346320D" + motors + QString("024C7E000129") + "C0A80081" + "FFFFFF00" +
+                            QString("00").repeated(13) +
                             QString::fromLatin1(identity.toHex().toUpper()));
         QCOMPARE(frame.size(), 2 * 131);
     }
@@ -479,7 +446,7 @@ private slots:
     {
         QMap<int, ushort> motor0{{0, 1}, {9, 2}, {10, 0xAAAA}, {11, 0xBBBB}, {-1, 0xCCCC}};
         const QString frame = LongConfiguration({}, {}, {}, {}, motor0, {});
-        QCOMPARE(frame, QString("4346320D0001") + QString("0000").repeated(8) + QString("0002") +
+        QCOMPARE(frame, "4346320D0001" + QString("0000").repeated(8) + QString("0002") +
                             QString("00").repeated(107));
     }
 
@@ -506,13 +473,9 @@ private slots:
 
     void theIdentityEndsWithItsCarriageReturn()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("A,B,C/D,3.10\rrest"); });
+        AnswerWith("A,B,C/D,3.10\rrest");
         QCOMPARE(device->ReadIdentity(), "A,B,C/D,3.10\r");
-        QList<int> sleeps{Drain};
-        for (int i = 0; i < 13; ++i) {
-            sleeps << 1;
-        }
-        QCOMPARE(scripted::Sleeps(), sleeps);
+        QCOMPARE(scripted::Sleeps(), QList<int>{Drain} + QVector<int>(13, 1).toList());
         QCOMPARE(scripted::Actions(), QStringList{"send 2A49444E3F0D"});
     }
 
@@ -564,7 +527,7 @@ private slots:
 
     void theOptionQueriesSendTheirTexts()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("x\r"); });
+        AnswerWith("x\r");
         QCOMPARE(device->ReadOptions(), "x\r");
         QCOMPARE(device->ReadOptionDescriptions(), "x\r");
         QCOMPARE(
@@ -604,22 +567,19 @@ private slots:
         QCOMPARE(scripted::Events(), (QStringList{"sleep 10", "send 4346300D", "sleep 1000"}));
     }
 
-    void aShortOrLateConfigurationIsFalseAndLeavesTheBuffer_data()
-    {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("silence") << QByteArray();
-        QTest::newRow("one byte short") << QByteArray("abc");
-    }
     void aShortOrLateConfigurationIsFalseAndLeavesTheBuffer()
     {
-        QFETCH(QByteArray, answer);
-        const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
-        scripted::WhenSent([answer](const QByteArray&) { scripted::Deliver(answer); });
-        uchar buffer[4] = {1, 2, 3, 4};
-        QVERIFY(!device->ReadConfiguration(buffer, 4));
-        QCOMPARE(QByteArray(reinterpret_cast<char*>(buffer), 4), QByteArray("\x01\x02\x03\x04"));
-        QVERIFY(device->IsConnected());
-        QCOMPARE(lost.count(), 0);
+        for (const char* const answer : {"", "abc"}) {
+            Connect();
+            const QSignalSpy lost(device.get(), &CDeviceCommunication::ConnectionLost);
+            AnswerWith(answer);
+            uchar buffer[4] = {1, 2, 3, 4};
+            QVERIFY(!device->ReadConfiguration(buffer, 4));
+            QCOMPARE(
+                QByteArray(reinterpret_cast<char*>(buffer), 4), QByteArray("\x01\x02\x03\x04"));
+            QVERIFY(device->IsConnected());
+            QCOMPARE(lost.count(), 0);
+        }
     }
 
     void aConfigurationThatCannotBeAskedForStillTakesItsSecond()
@@ -654,36 +614,32 @@ private slots:
 
     void aSilentUnitGives64BytesOf255AndTrue()
     {
-        uchar request[4] = {0x00, 0x40, 0x00, 0x00};
         QVector<uchar> out;
-        QVERIFY(device->ReadEeprom(request, out));
+        QVERIFY(ReadEeprom(64, out));
         QCOMPARE(out, QVector<uchar>(64, 255));
     }
 
     void aShortEepromAnswerIsFilledWith255()
     {
-        scripted::WhenSent([](const QByteArray&) { scripted::Deliver("ab"); });
-        uchar request[4] = {0x00, 0x04, 0x00, 0x00};
+        AnswerWith("ab");
         QVector<uchar> out;
-        QVERIFY(device->ReadEeprom(request, out));
+        QVERIFY(ReadEeprom(4, out));
         QCOMPARE(out, (QVector<uchar>{'a', 'b', 255, 255}));
     }
 
     void anEepromRequestThatCannotBeSentIsFalseAfterItsSecond()
     {
         scripted::FailSendsFrom(1);
-        uchar request[4] = {0x00, 0x04, 0x00, 0x00};
         QVector<uchar> out;
-        QVERIFY(!device->ReadEeprom(request, out));
+        QVERIFY(!ReadEeprom(4, out));
         QCOMPARE(out, QVector<uchar>());
         QCOMPARE(scripted::Sleeps(), (QList<int>{Drain, 1000}));
     }
 
     void anEepromRequestOfAnyLengthIsAnswered()
     {
-        uchar request[4] = {0xFF, 0xFF, 0x00, 0x00};
         QVector<uchar> out;
-        QVERIFY(device->ReadEeprom(request, out));
+        QVERIFY(ReadEeprom(65535, out));
         QCOMPARE(out.size(), 65535);
     }
 };
