@@ -3,9 +3,6 @@
 #include "tests/support/WindowTest.h"
 
 #include <QLineEdit>
-#include <QTimer>
-#include <QWindow>
-#include <QtTest>
 
 namespace {
 
@@ -18,37 +15,6 @@ CTabBoardDataNew* TabOfTheProgram()
         }
     }
     return nullptr;
-}
-
-QFileDialog* VisibleFileDialog()
-{
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget* const window : windows) {
-        auto* const dialog = qobject_cast<QFileDialog*>(window);
-        if (dialog != nullptr && dialog->isVisible()) {
-            return dialog;
-        }
-    }
-    return nullptr;
-}
-
-void Note(AskedForFile& asked, const QFileDialog& dialog)
-{
-    asked.title = dialog.windowTitle();
-    asked.filters = dialog.nameFilters();
-    asked.name = dialog.findChild<QLineEdit*>("fileNameEdit")->text();
-    asked.mode = dialog.fileMode();
-    ++asked.times;
-}
-
-// The list of suggestions may take the first Return.
-void Answer(QFileDialog& dialog, const QString& path)
-{
-    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path);
-    while (dialog.isVisible()) {
-        QTest::keyClick(dialog.windowHandle(), path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
-        QCoreApplication::processEvents();
-    }
 }
 
 } // namespace
@@ -75,15 +41,10 @@ QString BoardDataWindow::TextOf(const char* edit) const
 AskedForFile ClickAndChoose(QWidget* button, const QString& path)
 {
     AskedForFile asked;
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
-        if (QFileDialog* const dialog = VisibleFileDialog()) {
-            watch.stop();
-            Note(asked, *dialog);
-            Answer(*dialog, path);
-        }
+    ClickAndChooseFile(button, path, [&asked](const QFileDialog& dialog) {
+        asked = {dialog.windowTitle(), dialog.nameFilters(),
+            dialog.findChild<QLineEdit*>("fileNameEdit")->text(), dialog.fileMode(),
+            dialog.acceptMode(), asked.times + 1};
     });
-    watch.start(0);
-    Click(button);
     return asked;
 }

@@ -38,6 +38,7 @@ struct AskedForFile
     QStringList filters;
     QString name;
     QFileDialog::FileMode mode = QFileDialog::AnyFile;
+    QFileDialog::AcceptMode acceptMode = QFileDialog::AcceptOpen;
     int times = 0;
 };
 
