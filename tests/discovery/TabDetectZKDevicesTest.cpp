@@ -83,43 +83,6 @@ private slots:
         TheDeviceDatabase()->ResetData();
     }
 
-    void theFormHasItsWidgetsInTheirPlaces_data()
-    {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QRect>("geometry");
-        QTest::addColumn<QString>("text");
-        const auto add = [](const char* name, const char* className, QRect geometry,
-                             const char* text) {
-            QTest::addRow("%s", name)
-                << QString::fromLatin1(className) << geometry << QString::fromLatin1(text);
-        };
-        add("lblStartIpAddress", "QLabel", QRect(20, 20, 80, 20), "Start IP Address");
-        add("txtStartIpAddress", "QLineEdit", QRect(120, 20, 160, 20), "192.168.1.1");
-        add("lblEndIpAddress", "QLabel", QRect(320, 20, 80, 20), "End IP Address");
-        add("txtEndIpAddress", "QLineEdit", QRect(420, 20, 160, 20), "192.168.1.255");
-        add("btnFindDevices", "QPushButton", QRect(600, 20, 100, 23), "Find Z&K Devices");
-        add("tblDetectDevices", "QTableWidget", QRect(20, 50, 561, 192), "");
-    }
-
-    void theFormHasItsWidgetsInTheirPlaces()
-    {
-        const CTabDetectZKDevices tab(nullptr);
-        const auto* widget = Find<QWidget>(tab, QTest::currentDataTag());
-        QVERIFY(widget != nullptr);
-        QTEST(QString::fromLatin1(widget->metaObject()->className()), "className");
-        QTEST(widget->geometry(), "geometry");
-        QTEST(widget->property("text").toString(), "text");
-    }
-
-    void theFormHasItsSizes()
-    {
-        const CTabDetectZKDevices tab(nullptr);
-        QCOMPARE(tab.size(), QSize(850, 310));
-        QCOMPARE(tab.minimumSize(), QSize(850, 310));
-        QCOMPARE(tab.maximumSize(), QSize(850, 340));
-        QCOMPARE(tab.baseSize(), QSize(850, 310));
-    }
-
     void theFieldsTakeDottedAddresses_data()
     {
         QTest::addColumn<QString>("name");
@@ -133,8 +96,6 @@ private slots:
         const CTabDetectZKDevices tab(nullptr);
         const auto* field = tab.findChild<QLineEdit*>(name);
         QCOMPARE(field->inputMask(), "000.000.000.000");
-        QVERIFY(!field->isReadOnly());
-        QVERIFY(!field->accessibleName().isEmpty());
     }
 
     void theTableHasTwoStretchedColumnsAndKeepsItsOrder()
@@ -148,7 +109,6 @@ private slots:
         QCOMPARE(table->horizontalHeader()->sectionResizeMode(0), QHeaderView::Stretch);
         QCOMPARE(table->horizontalHeader()->sectionResizeMode(1), QHeaderView::Stretch);
         QVERIFY(!table->isSortingEnabled());
-        QVERIFY(!table->accessibleName().isEmpty());
     }
 
     void theTabKeyWalksTheFieldsTheButtonAndTheTable()
@@ -164,7 +124,6 @@ private slots:
         }
         QCOMPARE(walked, (QStringList{"txtStartIpAddress", "txtEndIpAddress", "btnFindDevices",
                              "tblDetectDevices", "txtStartIpAddress"}));
-        QVERIFY(!Find<QPushButton>(tab, "btnFindDevices")->autoDefault());
     }
 
     void onlyTheMakersPrefixIsListed_data()

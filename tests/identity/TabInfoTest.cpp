@@ -25,45 +25,6 @@ private slots:
         ShowPage("Info");
     }
 
-    void everyFieldStandsBehindItsLabel_data()
-    {
-        QTest::addColumn<QString>("label");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<int>("top");
-        const auto row = [](const char* name, const char* text, int top) {
-            QTest::newRow(text) << QLatin1String("lbl") + name << QString::fromLatin1(text)
-                                << QLatin1String("txt") + name << top;
-        };
-        row("MacAddress", "Mac Address", 20);
-        row("PartNumber", "Part number", 50);
-        row("ProductIndex", "Product index", 80);
-        row("SerialNumber", "Serial number", 110);
-        row("VersionNumber", "FW version", 140);
-    }
-    void everyFieldStandsBehindItsLabel()
-    {
-        QFETCH(QString, label);
-        QFETCH(QString, text);
-        QFETCH(QString, field);
-        QFETCH(int, top);
-        const auto* const caption = Find<QLabel>(label.toLatin1().constData());
-        QCOMPARE(caption->text(), text);
-        QCOMPARE(caption->geometry(), QRect(20, top, 80, 20));
-        QCOMPARE(Field(field)->geometry(), QRect(120, top, 160, 20));
-        QVERIFY(Field(field)->isReadOnly());
-    }
-
-    void thePageHasItsSizes()
-    {
-        const QWidget* const page = Field("txtMacAddress")->parentWidget();
-        QCOMPARE(page->objectName(), "TabInfo");
-        QCOMPARE(page->windowTitle(), "Form");
-        QCOMPARE(page->minimumSize(), QSize(850, 310));
-        QCOMPARE(page->maximumSize(), QSize(850, 340));
-        QCOMPARE(page->baseSize(), QSize(850, 310));
-    }
-
     void onlyTheMacAddressHasAMask()
     {
         QCOMPARE(Field("txtMacAddress")->inputMask().section(';', 0, 0), "HH:HH:HH:HH:HH:HH");

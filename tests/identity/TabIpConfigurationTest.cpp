@@ -131,44 +131,11 @@ private slots:
         }
     }
 
-    void everyWidgetHasItsPlaceAndText_data()
+    void theFieldsHaveTheirMasks()
     {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QRect>("place");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, const char* type, const QRect& place,
-                             const char* text) {
-            QTest::newRow(name) << QString(type) << place << QString(text);
-        };
-        row("lblNewIpAddress", "QLabel", {20, 20, 80, 20}, "New IP Address");
-        row("txtNewIpAddress", "QLineEdit", {120, 20, 160, 20}, "000.000.000.000");
-        row("lblSubnetMask", "QLabel", {20, 50, 80, 20}, "Subnet Mask");
-        row("txtNewSubnetMask", "QLineEdit", {120, 50, 160, 20}, "000.000.000.000");
-        row("btnSendIpAddress", "QPushButton", {290, 22, 111, 51},
-            "Change\nIp Address & \nSubnetMask");
-        row("lblMacAddress", "QLabel", {20, 80, 80, 20}, "MAC Address");
-        row("txtNewMacAddress", "QLineEdit", {120, 80, 160, 20}, "HH:HH:HH:HH:HH:HH");
-        row("btnSendMacAddress", "QPushButton", {290, 80, 111, 23}, "Change Mac Address");
-    }
-    void everyWidgetHasItsPlaceAndText()
-    {
-        QFETCH(QString, type);
-        const auto* const widget = Tab()->findChild<QWidget*>(QString(QTest::currentDataTag()));
-        QCOMPARE(QString(widget->metaObject()->className()), type);
-        QTEST(widget->geometry(), "place");
-        const bool isField = type == "QLineEdit";
-        QTEST(widget->property(isField ? "inputMask" : "text").toString(), "text");
-        QVERIFY(!isField || !qobject_cast<const QLineEdit*>(widget)->isReadOnly());
-    }
-
-    void thePageIsOfAFixedSize()
-    {
-        const QSize size(850, 360);
-        QCOMPARE(Tab()->objectName(), "TabIpConfiguration");
-        QCOMPARE(Tab()->windowTitle(), "Form");
-        QCOMPARE(Tab()->minimumSize(), size);
-        QCOMPARE(Tab()->maximumSize(), size);
-        QCOMPARE(Tab()->baseSize(), size);
+        QCOMPARE(Field("txtNewIpAddress")->inputMask(), "000.000.000.000");
+        QCOMPARE(Field("txtNewSubnetMask")->inputMask(), "000.000.000.000");
+        QCOMPARE(Field("txtNewMacAddress")->inputMask(), "HH:HH:HH:HH:HH:HH");
     }
 
     void theSignalAndTheSlotsStandInTheirOrder()
