@@ -1,7 +1,7 @@
-#include "tests/support/OwnNetwork.h"
-
 #include "platform/NeighbourTable.h"
 #include "tests/platform/linux/NoDescriptors.h"
+#include "tests/support/OwnNetwork.h"
+#include "tests/support/Warnings.h"
 
 #include <QElapsedTimer>
 #include <QUdpSocket>
@@ -16,7 +16,9 @@
 namespace {
 
 const QString FirstHost = "192.168.77.20";
-const QString SecondHost = "192.168.77.130";
+
+const QPair<QString, QByteArray> Hosts[] = {
+    {FirstHost, "02:4c:7e:00:00:20"}, {"192.168.77.130", "aa:bb:cc:00:01:30"}};
 
 QString IpText(quint32 address)
 {
@@ -67,16 +69,21 @@ Answer Resolve(const QString& ip, quint32 length = 6, quint32 source = 0)
 
 } // namespace
 
-class NeighbourTableTest : public QObject
+class NeighbourTableTest : public WarningsFail
 {
     Q_OBJECT
 
 private:
     OwnNetwork network;
 
-    void MustRun(const char* ipArguments)
+    void AddNeighbour(const QString& ip, const QString& mac, const QString& state = "permanent")
     {
-        QVERIFY2(network.Ip(QString::fromLatin1(ipArguments)), qPrintable(network.Error()));
+        MustRun(QString("neigh add %1 lladdr %2 dev silent nud %3").arg(ip, mac, state));
+    }
+
+    void MustRun(const QString& ipArguments)
+    {
+        QVERIFY2(network.Ip(ipArguments), qPrintable(network.Error()));
     }
 
 private slots:
@@ -85,13 +92,15 @@ private slots:
         QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
         QVERIFY2(network.Lay(), qPrintable(network.Error()));
         if (!OwnNetwork::IsUnprivileged()) {
-            QVERIFY2(network.AddHost(FirstHost, "02:4c:7e:00:00:20"), qPrintable(network.Error()));
-            QVERIFY2(network.AddHost(SecondHost, "aa:bb:cc:00:01:30"), qPrintable(network.Error()));
+            for (const auto& host : Hosts) {
+                QVERIFY2(network.AddHost(host.first, host.second), qPrintable(network.Error()));
+            }
         }
     }
 
     void init()
     {
+        WarningsFail::init();
         if (!OwnNetwork::IsUnprivileged()) {
             MustRun("neigh flush all nud all");
             // Three tries of 100 ms each, where the kernel as delivered takes a second for each.
@@ -101,7 +110,7 @@ private slots:
 
     void aTableThatCannotBeReadIsEmpty()
     {
-        MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:00:09 dev silent nud permanent");
+        AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
         QCOMPARE(AddressesInTable(), QStringList{"192.168.77.9"});
         const NoDescriptors limit;
         QCOMPARE(AddressesInTable(), QStringList());
@@ -109,23 +118,21 @@ private slots:
 
     void rowsComeInAscendingOrderOfTheirOctets()
     {
-        MustRun("neigh add 192.168.77.200 lladdr 02:4c:7e:00:02:00 dev silent nud permanent");
-        MustRun("neigh add 10.20.0.1 lladdr 02:4c:7e:00:00:01 dev silent nud permanent");
-        MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:00:09 dev silent nud permanent");
-        MustRun("neigh add 10.3.0.2 lladdr 02:4c:7e:00:00:02 dev silent nud permanent");
-        MustRun("neigh add 192.168.77.100 lladdr 02:4c:7e:00:01:00 dev silent nud permanent");
+        AddNeighbour("192.168.77.200", "02:4c:7e:00:02:00");
+        AddNeighbour("10.20.0.1", "02:4c:7e:00:00:01");
+        AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
+        AddNeighbour("10.3.0.2", "02:4c:7e:00:00:02");
+        AddNeighbour("192.168.77.100", "02:4c:7e:00:01:00");
         QCOMPARE(AddressesInTable(), (QStringList{"10.3.0.2", "10.20.0.1", "192.168.77.9",
                                          "192.168.77.100", "192.168.77.200"}));
-        QCOMPARE(MacInTable("192.168.77.100"), QByteArray("02:4c:7e:00:01:00"));
+        QCOMPARE(MacInTable("192.168.77.100"), "02:4c:7e:00:01:00");
     }
 
     void aWholeNetworkOfRowsIsRead()
     {
         for (int octet = 2; octet <= 254; ++octet) {
-            MustRun(QString("neigh add 192.168.77.%1 lladdr 02:4c:7e:00:00:%2 dev silent")
-                        .arg(octet)
-                        .arg(octet, 2, 16, QLatin1Char('0'))
-                        .toLatin1());
+            AddNeighbour(QString("192.168.77.%1").arg(octet),
+                "02:4c:7e:00:00:" + QString::number(octet, 16));
         }
         const std::vector<platform::NeighbourRow> rows = platform::ReadNeighbourTable();
         QCOMPARE(rows.size(), size_t(253));
@@ -140,7 +147,7 @@ private slots:
     void aRowWithoutALinkLayerAddressReadsAsZeros()
     {
         QVERIFY(Resolve("192.168.77.66").error != 0);
-        QCOMPARE(MacInTable("192.168.77.66"), QByteArray("00:00:00:00:00:00"));
+        QCOMPARE(MacInTable("192.168.77.66"), "00:00:00:00:00:00");
     }
 
     void theKernelsOwnEntriesAreLeftOut()
@@ -155,8 +162,8 @@ private slots:
 
     void oneRowIsDeleted()
     {
-        MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:00:09 dev silent nud permanent");
-        MustRun("neigh add 192.168.77.10 lladdr 02:4c:7e:00:00:0a dev silent nud permanent");
+        AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
+        AddNeighbour("192.168.77.10", "02:4c:7e:00:00:0a");
         const std::vector<platform::NeighbourRow> rows = platform::ReadNeighbourTable();
         QCOMPARE(platform::DeleteNeighbour(rows[0]), 0U);
         QCOMPARE(AddressesInTable(), QStringList{"192.168.77.10"});
@@ -166,7 +173,7 @@ private slots:
     void deletingWithoutPrivilegeGivesTheErrorNumber()
     {
         if (!OwnNetwork::IsUnprivileged()) {
-            MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:00:09 dev silent nud permanent");
+            AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
             QCOMPARE(OwnNetwork::RunUnprivileged(QTest::currentTestFunction()), 0);
             return;
         }
@@ -176,23 +183,15 @@ private slots:
         QCOMPARE(platform::ReadNeighbourTable().size(), size_t(1));
     }
 
-    void aHostThatAnswersIsResolvedIntoTheTable_data()
-    {
-        QTest::addColumn<QString>("ip");
-        QTest::addColumn<QByteArray>("mac");
-        QTest::addRow("first") << FirstHost << QByteArray("02:4c:7e:00:00:20");
-        QTest::addRow("second") << SecondHost << QByteArray("aa:bb:cc:00:01:30");
-    }
-
     void aHostThatAnswersIsResolvedIntoTheTable()
     {
-        QFETCH(QString, ip);
-        QFETCH(QByteArray, mac);
-        const Answer answer = Resolve(ip);
-        QCOMPARE(answer.error, 0U);
-        QCOMPARE(answer.length, 6U);
-        QCOMPARE(answer.bytes, mac + ":ff:ff");
-        QCOMPARE(MacInTable(ip), mac);
+        for (const auto& host : Hosts) {
+            const Answer answer = Resolve(host.first);
+            QCOMPARE(answer.error, 0U);
+            QCOMPARE(answer.length, 6U);
+            QCOMPARE(answer.bytes, host.second + ":ff:ff");
+            QCOMPARE(MacInTable(host.first), host.second);
+        }
     }
 
     void resolvingNeedsNoPrivilege()
@@ -209,7 +208,7 @@ private slots:
         const Answer answer = Resolve(FirstHost, 4);
         QCOMPARE(answer.error, 0U);
         QCOMPARE(answer.length, 4U);
-        QCOMPARE(answer.bytes, QByteArray("02:4c:7e:00:ff:ff:ff:ff"));
+        QCOMPARE(answer.bytes, "02:4c:7e:00:ff:ff:ff:ff");
     }
 
     void roomForMoreThanAnAddressGetsSixBytes() { QCOMPARE(Resolve(FirstHost, 8).length, 6U); }
@@ -220,55 +219,39 @@ private slots:
         QCOMPARE(Resolve(FirstHost, 6, Address("192.168.77.2")).error, unsigned(EADDRNOTAVAIL));
     }
 
-    void anEntryThatIsKnownIsAnAnswer_data()
-    {
-        QTest::addColumn<QByteArray>("state");
-        QTest::addRow("permanent") << QByteArray("permanent");
-        QTest::addRow("stale") << QByteArray("stale");
-        QTest::addRow("reachable") << QByteArray("reachable");
-    }
-
     void anEntryThatIsKnownIsAnAnswer()
     {
-        QFETCH(QByteArray, state);
-        MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:00:09 dev silent nud " + state);
-        const Answer answer = Resolve("192.168.77.9");
-        QCOMPARE(answer.error, 0U);
-        QCOMPARE(answer.bytes, QByteArray("02:4c:7e:00:00:09:ff:ff"));
+        for (const char* state : {"permanent", "stale", "reachable"}) {
+            MustRun("neigh flush all nud all");
+            AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09", state);
+            const Answer answer = Resolve("192.168.77.9");
+            QCOMPARE(answer.error, 0U);
+            QCOMPARE(answer.bytes, "02:4c:7e:00:00:09:ff:ff");
+        }
     }
 
     void aSilentAddressFailsWhenTheKernelGivesUp()
     {
         const Answer answer = Resolve("192.168.77.66");
         QCOMPARE(answer.error, unsigned(EHOSTUNREACH));
-        QCOMPARE(answer.bytes, QByteArray("ff:ff:ff:ff:ff:ff:ff:ff"));
+        QCOMPARE(answer.bytes, "ff:ff:ff:ff:ff:ff:ff:ff");
         // A second try is a new one: the kernel's remembered failure is no answer.
         QCOMPARE(Resolve("192.168.77.66").error, unsigned(EHOSTUNREACH));
     }
 
-    void anAddressThatIsNotOnAnAttachedNetworkIsNotEvenTried_data()
-    {
-        QTest::addColumn<QString>("ip");
-        QTest::addRow("behind a gateway") << "10.1.2.3";
-        QTest::addRow("without a route") << "172.16.0.1";
-        QTest::addRow("refused by a route") << "172.17.0.1";
-        QTest::addRow("own address") << "192.168.77.1";
-        QTest::addRow("loopback") << "127.0.0.1";
-        QTest::addRow("broadcast of the network") << "192.168.77.255";
-        QTest::addRow("broadcast") << "255.255.255.255";
-        QTest::addRow("multicast") << "224.0.0.1";
-        QTest::addRow("no address") << "no address";
-    }
-
+    // Behind a gateway, without a route, refused by a route, our own, loopback, broadcast of the
+    // network and of all, multicast, and none.
     void anAddressThatIsNotOnAnAttachedNetworkIsNotEvenTried()
     {
-        QFETCH(QString, ip);
         MustRun("route replace 10.1.2.0/24 via 192.168.77.40");
         MustRun("route replace unreachable 172.17.0.0/24");
-        const Answer answer = Resolve(ip);
-        QCOMPARE(answer.error, unsigned(ENETUNREACH));
-        QCOMPARE(answer.bytes, QByteArray("ff:ff:ff:ff:ff:ff:ff:ff"));
-        QCOMPARE(AddressesInTable(), QStringList()); // not the gateway either
+        for (const char* ip : {"10.1.2.3", "172.16.0.1", "172.17.0.1", "192.168.77.1", "127.0.0.1",
+                 "192.168.77.255", "255.255.255.255", "224.0.0.1", "no address"}) {
+            const Answer answer = Resolve(ip);
+            QVERIFY2(answer.error == unsigned(ENETUNREACH), ip);
+            QCOMPARE(answer.bytes, "ff:ff:ff:ff:ff:ff:ff:ff");
+            QCOMPARE(AddressesInTable(), QStringList()); // not the gateway either
+        }
     }
 
     void silentAddressesAreWaitedForAtTheSameTime()
@@ -290,39 +273,6 @@ private slots:
         }
         QCOMPARE(unreachable.load(), 40);
         QVERIFY2(timer.elapsed() < 10 * one, "one after the other would take 40 times as long");
-    }
-
-    void aTextNamesAnAddressAsTheSystemReadsIt_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArray>("octets");
-        const auto add = [](const char* text, const char* octets) {
-            QTest::addRow("%s", text) << QByteArray(text) << QByteArray::fromHex(octets);
-        };
-        add("192.168.1.129", "c0a80181");
-        add("0.0.0.0", "00000000");
-        add("255.255.255.255", "ffffffff");
-        add("010.0.0.1", "08000001");
-        add("1.2.3", "01020003");
-        add("256.1.1.1", "ffffffff");
-        add("1.2.3.4.5", "ffffffff");
-        add("...", "ffffffff");
-        add("", "ffffffff");
-        add("host", "ffffffff");
-    }
-
-    void aTextNamesAnAddressAsTheSystemReadsIt()
-    {
-        QFETCH(QByteArray, text);
-        const quint32 address = platform::ParseIpv4Address(text.constData());
-        QTEST(QByteArray(reinterpret_cast<const char*>(&address), 4), "octets");
-    }
-
-    void anAddressIsWrittenWithoutPadding()
-    {
-        for (const char* text : {"0.0.0.0", "1.20.3.4", "192.168.1.129", "255.255.255.255"}) {
-            QCOMPARE(IpText(platform::ParseIpv4Address(text)), QString::fromLatin1(text));
-        }
     }
 };
 

@@ -99,10 +99,15 @@ void CheckResolving()
 void CheckAddressTexts()
 {
     const auto octetsOf = [](const char* text) { return IpText(platform::ParseIpv4Address(text)); };
-    Expect("a dotted text names its address", octetsOf("192.168.1.129") == "192.168.1.129");
+    const std::uint32_t address = platform::ParseIpv4Address("192.168.1.129");
+    Expect("the octets of an address lie in their order",
+        std::memcmp(&address, "\xc0\xa8\x01\x81", sizeof address) == 0);
+    for (const char* text : {"0.0.0.0", "1.20.3.4", "192.168.1.129", "255.255.255.255"}) {
+        Expect(std::string(text) + " is written as it is read", octetsOf(text) == text);
+    }
     Expect("a part that begins with 0 is octal", octetsOf("010.0.0.1") == "8.0.0.1");
     Expect("a last part may stand for two octets", octetsOf("1.2.3") == "1.2.0.3");
-    for (const char* text : {"256.1.1.1", "1.2.3.4.5", "host", ""}) {
+    for (const char* text : {"256.1.1.1", "1.2.3.4.5", "...", "host", ""}) {
         Expect("the text '" + std::string(text) + "' names no address",
             octetsOf(text) == "255.255.255.255");
     }

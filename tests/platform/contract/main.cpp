@@ -27,6 +27,7 @@ int main(int argc, char* argv[])
     contract::CheckThreads();
     contract::CheckNeighbourTable();
     if (hasNeighbours) {
+        contract::CheckUnknownNames();
         contract::CheckBroadcast();
         contract::CheckKnownNeighbours();
     }
