@@ -4,11 +4,11 @@
 #include "model/CDeviceDatabase.h"
 #include "rotor/CDeviceParameters.h"
 #include "rotor/RotorCatalogue.h"
+#include "tests/simulator/FirmwareBlocks.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/pages/ProtocolPage.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
-#include <QRegularExpression>
 #include <QtTest>
 
 #include <algorithm>
@@ -24,7 +24,6 @@ struct sCALL
     Call call;
     QString outcome;
 };
-Q_DECLARE_METATYPE(Call)
 Q_DECLARE_METATYPE(sCALL)
 
 namespace {
@@ -58,50 +57,8 @@ QString Hex(const QByteArray& bytes)
     return QString::fromLatin1(bytes.toHex(' ').toUpper());
 }
 
-QByteArray BigEndian(quint32 value, int size)
-{
-    QByteArray bytes;
-    for (int i = size - 1; i >= 0; --i) {
-        bytes.append(static_cast<char>(value >> (8 * i) & 0xFF));
-    }
-    return bytes;
-}
-
-quint32 SumOf(const QByteArray& bytes)
-{
-    quint32 sum = 0;
-    for (const char byte : bytes) {
-        sum += static_cast<uchar>(byte);
-    }
-    return sum;
-}
-
 const QByteArray SmallFile("VX440 sample image\r\n");
 const QByteArray TwoBlockFile = QByteArray(1136, '\xA5') + '\x5A';
-
-QByteArray StreamOf(const QByteArray& file)
-{
-    return QByteArray(3, '\0') + BigEndian(static_cast<quint32>(file.size()), 4) +
-           QByteArray(57, '\0') + file;
-}
-
-QByteArray FirmwareBlock(const QByteArray& file, int index)
-{
-    const QByteArray data = StreamOf(file).mid(1200 * index, 1200);
-    return BigEndian(static_cast<quint32>(data.size()), 2) + BigEndian(SumOf(data) % 65536, 2) +
-           BigEndian(static_cast<quint32>(index), 2) + QByteArray(14, '\0') +
-           data.leftJustified(1200, '\0');
-}
-
-QByteArray FirmwareEnd(const QByteArray& file)
-{
-    const QByteArray stream = StreamOf(file);
-    quint32 sum = 0;
-    for (int start = 0; start < stream.size(); start += 1200) {
-        sum += SumOf(stream.mid(start, 1200)) % 65536;
-    }
-    return BigEndian(sum, 4) + BigEndian(static_cast<quint32>(stream.size()), 4);
-}
 
 QMap<int, ushort> ById(const QVector<ushort>& values)
 {
@@ -124,17 +81,9 @@ QString Acknowledged(bool returned, const CDeviceCommunication& device)
 
 QString WordsOf(CDeviceParameters& parameters, short motor)
 {
-    using Accessor = ushort (CDeviceParameters::*)(short) const;
-    static const Accessor InOrder[] = {&CDeviceParameters::GetSlowMotionDifference,
-        &CDeviceParameters::GetMotionHangUpDifference, &CDeviceParameters::GetStepDifference,
-        &CDeviceParameters::GetStepSleep, &CDeviceParameters::GetPulseDuration,
-        &CDeviceParameters::GetMaxPositionDifference, &CDeviceParameters::GetMaxPositionFromRight,
-        &CDeviceParameters::GetMaxPositionFromLeft, &CDeviceParameters::GetMaxMotionHangUpLoop,
-        &CDeviceParameters::GetLoopsInside, &CDeviceParameters::GetSlowMotionSpeed,
-        &CDeviceParameters::GetRotorType};
     QStringList words;
     for (int id = 0; id < parameters.GetParameterCount(); ++id) {
-        words.append(QString::number((parameters.*InOrder[id])(motor)));
+        words.append(QString::number((parameters.*ParameterAccessors[id])(motor)));
     }
     return words.join(' ');
 }
@@ -161,7 +110,7 @@ QString ReadConfiguration(CDeviceCommunication& device, float firmware)
 
 QString ReadEeprom(CDeviceCommunication& device, ushort length, ushort offset)
 {
-    QByteArray request = BigEndian(length, 2) + BigEndian(offset, 2);
+    QByteArray request = firmwarestream::BigEndian(length) + firmwarestream::BigEndian(offset);
     QVector<uchar> out;
     if (!device.ReadEeprom(reinterpret_cast<uchar*>(request.data()), out)) {
         return "not sent";
@@ -179,7 +128,7 @@ QString SendLongConfiguration(CDeviceCommunication& device)
 Call FirmwareBlockCall(const QByteArray& file, int index)
 {
     return [file, index](CDeviceCommunication& device) {
-        const QByteArray block = FirmwareBlock(file, index);
+        const QByteArray block = firmwarestream::Blocks(file).at(index);
         return Acknowledged(device.SendFirmwareBlock(Unsigned(block)), device);
     };
 }
@@ -187,7 +136,7 @@ Call FirmwareBlockCall(const QByteArray& file, int index)
 Call FirmwareEndCall(const QByteArray& file)
 {
     return [file](CDeviceCommunication& device) {
-        return Sent(device.SendFirmwareChecksum(Unsigned(FirmwareEnd(file))));
+        return Sent(device.SendFirmwareChecksum(Unsigned(firmwarestream::Checksum(file))));
     };
 }
 
@@ -370,6 +319,14 @@ private:
 
     sPAGE_TABLE TableOf(const QString& section) const { return page.TablesOf(section).value(0); }
 
+    sPAGE_TABLE BlockTable(const QString& section, const QString& title) const
+    {
+        const QVector<sPAGE_TABLE> tables = page.TablesOf(section);
+        const auto found = std::find_if(tables.cbegin(), tables.cend(),
+            [&title](const sPAGE_TABLE& table) { return table.header.value(2) == title; });
+        return found == tables.cend() ? sPAGE_TABLE() : *found;
+    }
+
     // Milliseconds and times of a row of the table of waits.
     QList<int> Wait(const QString& name) const
     {
@@ -391,17 +348,17 @@ private slots:
 
     void theCatalogueHasTheCommandsInOrder() { QCOMPARE(TableOf("Catalogue").Column(0), Commands); }
 
-    void everyCommandHasATableAndAnExampleInItsSection_data() { AddCommands(); }
     void everyCommandHasATableAndAnExampleInItsSection()
     {
-        QFETCH(QString, command);
-        const QVector<sPAGE_TABLE> tables = page.TablesOf(command);
-        QVERIFY(std::any_of(tables.cbegin(), tables.cend(), IsRequestTable));
-        const QVector<sWIRE_EXAMPLE> examples = page.ExamplesOf(command);
-        QVERIFY(!examples.isEmpty());
-        for (const sWIRE_EXAMPLE& example : examples) {
-            QVERIFY2(example.name == command || example.name.startsWith(command + ' '),
-                qPrintable(example.name));
+        for (const QString& command : Commands) {
+            const QVector<sPAGE_TABLE> tables = page.TablesOf(command);
+            QVERIFY2(
+                std::any_of(tables.cbegin(), tables.cend(), IsRequestTable), qPrintable(command));
+            const QVector<sWIRE_EXAMPLE> examples = page.ExamplesOf(command);
+            QVERIFY2(!examples.isEmpty(), qPrintable(command));
+            for (const sWIRE_EXAMPLE& example : examples) {
+                QCOMPARE((example.name + ' ').left(command.size() + 1), command + ' ');
+            }
         }
     }
 
@@ -448,117 +405,92 @@ private slots:
         QCOMPARE(scripted::Sleeps(), WaitsFor(kind, example.answer.size()));
     }
 
-    void theCatalogueTellsTheLengthOfTheFrame_data() { AddExamples(); }
     void theCatalogueTellsTheLengthOfTheFrame()
     {
-        QFETCH(QString, name);
-        const sWIRE_EXAMPLE example = page.Example(name);
-        const QStringList length = TableOf("Catalogue").Row(example.section).value(1).split(" + ");
-        if (length.value(1) == "n") {
-            QVERIFY(example.request.size() > length.at(0).toInt());
-        } else {
-            QCOMPARE(length, QStringList{QString::number(example.request.size())});
+        for (const sWIRE_EXAMPLE& example : page.Examples()) {
+            const QStringList told =
+                TableOf("Catalogue").Row(example.section).value(1).split(" + ");
+            const int size = example.request.size();
+            const bool isOpen = told.value(1) == "n";
+            QVERIFY2(
+                isOpen ? size > told.at(0).toInt() : told == QStringList(QString::number(size)),
+                qPrintable(example.name));
         }
     }
 
-    void aTableOfTheSectionCoversTheFrame_data() { AddExamples(); }
-    void aTableOfTheSectionCoversTheFrame()
+    void aTableOfTheSectionCoversTheFrameAndNoTableIsOfNone()
     {
-        QFETCH(QString, name);
-        const sWIRE_EXAMPLE example = page.Example(name);
-        const QVector<sPAGE_TABLE> tables = page.TablesOf(example.section);
-        QVERIFY(std::any_of(tables.cbegin(), tables.cend(), [&example](const sPAGE_TABLE& table) {
-            return IsRequestTable(table) && Covers(table, example.request.size());
-        }));
-    }
-
-    void everyTableOfARequestCoversAnExample_data() { AddCommands(); }
-    void everyTableOfARequestCoversAnExample()
-    {
-        QFETCH(QString, command);
-        const QVector<sWIRE_EXAMPLE> examples = page.ExamplesOf(command);
-        const QVector<sPAGE_TABLE> tables = page.TablesOf(command);
-        for (const sPAGE_TABLE& table : tables) {
-            const auto covers = [&table](const sWIRE_EXAMPLE& example) {
-                return Covers(table, example.request.size());
-            };
-            QVERIFY(
-                !IsRequestTable(table) || std::any_of(examples.cbegin(), examples.cend(), covers));
+        for (const QString& command : Commands) {
+            const QVector<sWIRE_EXAMPLE> examples = page.ExamplesOf(command);
+            QVector<sPAGE_TABLE> tables = page.TablesOf(command);
+            const auto end = std::partition(tables.begin(), tables.end(), IsRequestTable);
+            for (const sWIRE_EXAMPLE& example : examples) {
+                QVERIFY2(
+                    std::any_of(tables.begin(), end,
+                        [&](const auto& table) { return Covers(table, example.request.size()); }),
+                    qPrintable(example.name));
+            }
+            for (auto table = tables.begin(); table != end; ++table) {
+                QVERIFY2(std::any_of(examples.cbegin(), examples.cend(),
+                             [&](const auto& one) { return Covers(*table, one.request.size()); }),
+                    qPrintable(table->header.join(' ')));
+            }
         }
     }
 
-    void theBlocksOfConfigurationHoldWhatTheirTablesTell_data()
-    {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("section");
-        QTest::addColumn<QByteArray>("block");
-        QTest::newRow("below 3.0") << "Block of 67 bytes"
-                                   << "CF0" << page.Example("CF0 old").answer;
-        QTest::newRow("3.0 and later") << "Block of 75 bytes"
-                                       << "CF0" << page.Example("CF0 new").answer;
-        QTest::newRow("long CF2") << "Block of 127 bytes"
-                                  << "CF2 long" << page.Example("CF2 long").request.mid(4);
-    }
     void theBlocksOfConfigurationHoldWhatTheirTablesTell()
     {
-        QFETCH(QString, title);
-        QFETCH(QString, section);
-        QFETCH(QByteArray, block);
-        const sPAGE_TABLE table = BlockTable(section, title);
-        QCOMPARE(title, QString("Block of %1 bytes").arg(block.size()));
-        QVERIFY(Covers(table, block.size()));
-        for (const QStringList& field : table.rows) {
-            const QByteArray bytes = block.mid(field.at(0).toInt(), field.at(1).toInt());
-            QCOMPARE(field.at(3), FieldText(field.at(2), bytes));
+        const struct
+        {
+            QString section;
+            QString title;
+            QByteArray block;
+        } rows[] = {{"CF0", "Block of 67 bytes", page.Example("CF0 old").answer},
+            {"CF0", "Block of 75 bytes", page.Example("CF0 new").answer},
+            {"CF2 long", "Block of 127 bytes", page.Example("CF2 long").request.mid(4)}};
+        for (const auto& row : rows) {
+            const sPAGE_TABLE table = BlockTable(row.section, row.title);
+            QCOMPARE(row.title, QString("Block of %1 bytes").arg(row.block.size()));
+            QVERIFY2(Covers(table, row.block.size()), qPrintable(row.title));
+            for (const QStringList& field : table.rows) {
+                const QByteArray bytes = row.block.mid(field.at(0).toInt(), field.at(1).toInt());
+                QCOMPARE(field.at(3), FieldText(field.at(2), bytes));
+            }
         }
     }
 
-    void theToolDecodesFromTheBlocksWhatTheirTablesTell_data()
-    {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("example");
-        QTest::addColumn<float>("firmware");
-        QTest::newRow("below 3.0") << "Block of 67 bytes"
-                                   << "CF0 old" << 2.99F;
-        QTest::newRow("3.0 and later") << "Block of 75 bytes"
-                                       << "CF0 new" << 3.0F;
-    }
     void theToolDecodesFromTheBlocksWhatTheirTablesTell()
     {
-        QFETCH(QString, title);
-        QFETCH(QString, example);
-        QFETCH(float, firmware);
-        const QStringList told = BlockTable("CF0", title).Column(3);
-        QCOMPARE(Decoded(firmware, page.Example(example).answer),
-            (QStringList{told.value(0), told.value(1), told.value(4)}));
+        for (const float firmware : {2.99F, 3.0F}) {
+            const QByteArray block = page.Example(firmware < 3 ? "CF0 old" : "CF0 new").answer;
+            const QString title = QString("Block of %1 bytes").arg(block.size());
+            const QStringList told = BlockTable("CF0", title).Column(3);
+            QCOMPARE(Decoded(firmware, block),
+                (QStringList{told.value(0), told.value(1), told.value(4)}));
+        }
     }
 
-    void theGenerationsAreWhatTheyAreToTheTool_data()
-    {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<int>("column");
-        QTest::newRow("no number") << "x" << 1;
-        QTest::newRow("2.99") << "2.99" << 1;
-        QTest::newRow("3.0") << "3.0" << 2;
-        QTest::newRow("3.01") << "3.01" << 2;
-    }
     void theGenerationsAreWhatTheyAreToTheTool()
     {
-        QFETCH(QString, version);
-        QFETCH(int, column);
         const sPAGE_TABLE table = TableOf("Firmware generations");
-        const auto told = [&table, column](
-                              const char* row) { return table.Row(row).value(column).toInt(); };
-        TheDeviceDatabase()->SetFirmwareVersion(version + '\r');
-        QCOMPARE(TheDeviceDatabase()->IsFirmwareBelowVersion3(), column == 1);
-        const CDeviceParameters parameters(version.toFloat());
-        QCOMPARE(int(parameters.GetParameterCount()), told("words for each rotator"));
-        QCOMPARE(int(parameters.GetDeviceBlockSize()), told("bytes of the CF0 answer"));
-        QCOMPARE(
-            4 + 2 * int(parameters.GetParameterCount()), told("bytes of the HCF and VCF frames"));
-        const QString form = column == 1 ? "CF2 long" : "CF2 short";
-        QCOMPARE(page.Example(form).request.size(),
-            told("bytes of the CF2 frame that changes the MAC address"));
+        const QPair<QString, bool> versions[] = {
+            {"x", true}, {"2.99", true}, {"3.0", false}, {"3.01", false}};
+        for (const auto& one : versions) {
+            const QString version = one.first;
+            const bool isOld = one.second;
+            const auto told = [&table, isOld](const char* row) {
+                return table.Row(row).value(isOld ? 1 : 2).toInt();
+            };
+            TheDeviceDatabase()->SetFirmwareVersion(version + '\r');
+            QCOMPARE(TheDeviceDatabase()->IsFirmwareBelowVersion3(), isOld);
+            const CDeviceParameters parameters(version.toFloat());
+            const int words = parameters.GetParameterCount();
+            QCOMPARE(words, told("words for each rotator"));
+            QCOMPARE(int(parameters.GetDeviceBlockSize()), told("bytes of the CF0 answer"));
+            QCOMPARE(4 + 2 * words, told("bytes of the HCF and VCF frames"));
+            QCOMPARE(page.Example(isOld ? "CF2 long" : "CF2 short").request.size(),
+                told("bytes of the CF2 frame that changes the MAC address"));
+        }
     }
 
     void theParametersHaveTheNamesThatTheToolShows()
@@ -575,27 +507,23 @@ private slots:
         QCOMPARE(table.Row("11").value(1), QString());
     }
 
-    void anAcknowledgementMeansToTheToolWhatItsRowTells_data()
-    {
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<int>("polls");
-        QTest::newRow("done") << "31 0D" << QByteArray("1\r") << 1;
-        QTest::newRow("refused") << "30 0D" << QByteArray("0\r") << 1;
-        QTest::newRow("as silence") << "32 0D" << QByteArray("2\r") << 10000;
-        QTest::newRow("other") << "any other" << QByteArray("OK") << 1;
-    }
     void anAcknowledgementMeansToTheToolWhatItsRowTells()
     {
-        QFETCH(QString, row);
-        QFETCH(QByteArray, answer);
-        QFETCH(int, polls);
-        const auto device = Connected();
-        scripted::WhenSent([&answer](const QByteArray&) { scripted::Deliver(answer); });
-        device->ValidateFirmware();
-        const QVector<sPAGE_TABLE> tables = page.TablesOf("Frames");
-        QCOMPARE(tables.value(1).Row(row).value(1), QString::number(device->GetLastResult()));
-        QCOMPARE(scripted::Sleeps().size(), 1 + polls);
+        const struct
+        {
+            const char* row;
+            const char* answer;
+            int polls;
+        } rows[] = {{"31 0D", "1\r", 1}, {"30 0D", "0\r", 1}, {"32 0D", "2\r", 10000},
+            {"any other", "OK", 1}};
+        for (const auto& row : rows) {
+            const auto device = Connected();
+            scripted::WhenSent([&row](const QByteArray&) { scripted::Deliver(row.answer); });
+            device->ValidateFirmware();
+            const sPAGE_TABLE table = page.TablesOf("Frames").value(1);
+            QCOMPARE(table.Row(row.row).value(1), QString::number(device->GetLastResult()));
+            QCOMPARE(scripted::Sleeps().size(), 1 + row.polls);
+        }
     }
 
     void theDrainTakesAsLongAsItsRowTells()
@@ -609,26 +537,19 @@ private slots:
         QCOMPARE(scripted::Sleeps(), (QList<int>{10, 10, 10, 10}));
     }
 
-    void aSilentUnitIsWaitedForAsLongAsTheRowTells_data()
-    {
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<Call>("call");
-        QTest::newRow("CF0") << "reply delay of CF0 and CF7" << ConfigurationCall(3.0F);
-        QTest::newRow("CF7") << "reply delay of CF0 and CF7"
-                             << Call([](auto& d) { return ReadEeprom(d, 4, 0); });
-        QTest::newRow("CF9") << "poll of an acknowledgement" << Call(SendOptions);
-        QTest::newRow("*IDN?") << "pass of a text"
-                               << Call([](auto& d) { return d.ReadIdentity(); });
-        QTest::newRow("GET:OPTION")
-            << "pass of a text" << Call([](auto& d) { return d.ReadOptions(); });
-    }
     void aSilentUnitIsWaitedForAsLongAsTheRowTells()
     {
-        QFETCH(QString, row);
-        QFETCH(Call, call);
-        const auto device = Connected();
-        call(*device);
-        QCOMPARE(Slept(scripted::Sleeps().mid(1)), Wait(row));
+        const QPair<const char*, Call> rows[] = {
+            {"reply delay of CF0 and CF7", ConfigurationCall(3.0F)},
+            {"reply delay of CF0 and CF7", [](auto& d) { return ReadEeprom(d, 4, 0); }},
+            {"poll of an acknowledgement", SendOptions},
+            {"pass of a text", [](auto& d) { return d.ReadIdentity(); }},
+            {"pass of a text", [](auto& d) { return d.ReadOptions(); }}};
+        for (const auto& row : rows) {
+            const auto device = Connected();
+            row.second(*device);
+            QCOMPARE(Slept(scripted::Sleeps().mid(1)), Wait(row.first));
+        }
     }
 
     void anAnswerThatBeginsLateReadsAsThePageTells()
@@ -662,31 +583,6 @@ private slots:
         QCOMPARE(scripted::Sleeps().count(poll.at(0)), 4 * poll.at(1));
         QCOMPARE(poll, (QList<int>{100, 200}));
         QVERIFY(scripted::Events().contains("connect 50000"));
-    }
-
-private:
-    static void AddCommands()
-    {
-        QTest::addColumn<QString>("command");
-        for (const QString& command : Commands) {
-            QTest::newRow(qPrintable(command)) << command;
-        }
-    }
-
-    void AddExamples() const
-    {
-        QTest::addColumn<QString>("name");
-        for (const sWIRE_EXAMPLE& example : page.Examples()) {
-            QTest::newRow(qPrintable(example.name)) << example.name;
-        }
-    }
-
-    sPAGE_TABLE BlockTable(const QString& section, const QString& title) const
-    {
-        const QVector<sPAGE_TABLE> tables = page.TablesOf(section);
-        const auto found = std::find_if(tables.cbegin(), tables.cend(),
-            [&title](const sPAGE_TABLE& table) { return table.header.value(2) == title; });
-        return found == tables.cend() ? sPAGE_TABLE() : *found;
     }
 };
 
