@@ -385,12 +385,12 @@ private slots:
         auto* const rotors = Child<QComboBox>(motor, "listRotors");
         rotors->setCurrentIndex(1);
         Begin();
-        const QString type = RotorType(motor);
+        const QString type = ShownRotorType(motor);
         Model().SetMotorParameters(motor, Words(11, 0));
         Read(motor, MakeFile(NewFile));
         QCOMPARE(Stored(motor), ModelWords[motor]);
         QCOMPARE(rotors->currentIndex(), 1);
-        QCOMPARE(RotorType(motor), type);
+        QCOMPARE(ShownRotorType(motor), type);
     }
 
     void oldFirmwareTakesTheSpeedLineToo()

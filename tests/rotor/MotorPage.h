@@ -46,7 +46,7 @@ inline QLineEdit* Edit(int motor, int row)
     return qobject_cast<QLineEdit*>(Table(motor)->cellWidget(row, 0));
 }
 
-inline QString RotorType(int motor)
+inline QString ShownRotorType(int motor)
 {
     return Child<QLineEdit>(motor, "txtRotorType")->text();
 }

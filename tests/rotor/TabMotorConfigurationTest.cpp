@@ -252,7 +252,7 @@ private slots:
     {
         QCOMPARE(Stored(motor), (Words{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}));
         QCOMPARE(TableTexts(motor), RowsOf(Words(12, 0)));
-        QCOMPARE(RotorType(motor), "Pulse");
+        QCOMPARE(ShownRotorType(motor), "Pulse");
         QCOMPARE(Child<QComboBox>(motor, "listRotors")->currentIndex(), 0);
         QVERIFY(ButtonsAreEnabled(motor, false));
     }
@@ -346,7 +346,7 @@ private slots:
         const QStringList texts{"Potentiometer", "Pulse", "Unknow Type", QString()};
         for (ushort type = 0; type < 4; ++type) {
             TheDeviceDatabase()->SetMotorParameter(motor, 11, type);
-            QCOMPARE(RotorType(motor), texts.at(type));
+            QCOMPARE(ShownRotorType(motor), texts.at(type));
         }
     }
 
@@ -365,7 +365,7 @@ private slots:
             QCOMPARE(list->currentIndex(), entry);
             QCOMPARE(Stored(motor), words);
             QCOMPARE(TableTexts(motor), RowsOf(words));
-            QCOMPARE(RotorType(motor), preset.rotorType == 1 ? "Pulse" : "Potentiometer");
+            QCOMPARE(ShownRotorType(motor), preset.rotorType == 1 ? "Pulse" : "Potentiometer");
             QCOMPARE(notified.columns, MotorColumns(motor, 12));
             QCOMPARE(Stored(other), ModelWords[other]);
             QCOMPARE(StatusLine(), "before");
@@ -385,7 +385,7 @@ private slots:
             QCOMPARE(notified.columns, MotorColumns(motor, 11));
             QCOMPARE(Stored(motor), words);
             QCOMPARE(TableTexts(motor), RowsOf(words));
-            QCOMPARE(RotorType(motor), entry == 1 ? "Pulse" : "Potentiometer");
+            QCOMPARE(ShownRotorType(motor), entry == 1 ? "Pulse" : "Potentiometer");
             QCOMPARE(Child<QComboBox>(motor, "listRotors")->currentIndex(), entry);
             QCOMPARE(StatusLine(), "before");
         }
@@ -714,7 +714,7 @@ private slots:
         Connect(NewFirmware);
         QCOMPARE(Stored(motor), UnitWords[motor]);
         QCOMPARE(TableTexts(motor), RowsOf(UnitWords[motor]));
-        QCOMPARE(RotorType(motor), motor == Azimuth ? "Pulse" : "Potentiometer");
+        QCOMPARE(ShownRotorType(motor), motor == Azimuth ? "Pulse" : "Potentiometer");
         QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
         QVERIFY(WhatOldFirmwareLacksIsHidden(motor, false));
         QVERIFY(ButtonsAreEnabled(motor, true));
