@@ -1,4 +1,5 @@
 #include "firmware/FirmwareStream.h"
+#include "tests/support/Warnings.h"
 
 #include <QtTest>
 
@@ -24,7 +25,7 @@ QVector<int> DataLengths(const FirmwareStream& stream)
 
 } // namespace
 
-class FirmwareStreamTest : public QObject
+class FirmwareStreamTest : public WarningsFail
 {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
 #include "link/DeviceReconfiguration.h"
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
+#include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
 #include <QtTest>
@@ -27,13 +28,14 @@ void FillDeviceColumns()
 
 } // namespace
 
-class DeviceReconfigurationTest : public QObject
+class DeviceReconfigurationTest : public WarningsFail
 {
     Q_OBJECT
 
 private slots:
     void init()
     {
+        WarningsFail::init();
         scripted::Reset();
         TheDeviceDatabase()->ResetData();
         TheDeviceDatabase()->SetIpAddress("127.0.0.1");

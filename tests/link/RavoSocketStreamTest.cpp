@@ -1,9 +1,10 @@
 #include "link/RavoSocketStream.h"
+#include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
 #include <QtTest>
 
-class RavoSocketStreamTest : public QObject
+class RavoSocketStreamTest : public WarningsFail
 {
     Q_OBJECT
 
@@ -15,6 +16,7 @@ private:
 private slots:
     void init()
     {
+        WarningsFail::init();
         scripted::Reset();
         std::fill(std::begin(text), std::end(text), '?');
         std::fill(std::begin(bytes), std::end(bytes), uchar('?'));

@@ -1,9 +1,10 @@
 #include "link/RavoSocket.h"
+#include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
 #include <QtTest>
 
-class RavoSocketTest : public QObject
+class RavoSocketTest : public WarningsFail
 {
     Q_OBJECT
 
@@ -19,7 +20,11 @@ private:
     }
 
 private slots:
-    void init() { scripted::Reset(); }
+    void init()
+    {
+        WarningsFail::init();
+        scripted::Reset();
+    }
 
     // Runs first: the sockets are started once in a process, and a failed start may be tried again.
     void aFailedStartThrowsSetupFailedAndTheNextSocketStartsAgain()

@@ -1,11 +1,11 @@
 #include "rotor/CDeviceParameters.h"
+#include "tests/support/Warnings.h"
 
 #include <QtTest>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <limits>
 #include <memory>
 #include <random>
 
@@ -14,40 +14,13 @@ namespace {
 using Accessor = ushort (CDeviceParameters::*)(short) const;
 
 // Accessor n reads parameter n.
-constexpr std::array<Accessor, 12> Accessors{
-    &CDeviceParameters::GetSlowMotionDifference,
-    &CDeviceParameters::GetMotionHangUpDifference,
-    &CDeviceParameters::GetStepDifference,
-    &CDeviceParameters::GetStepSleep,
-    &CDeviceParameters::GetPulseDuration,
-    &CDeviceParameters::GetMaxPositionDifference,
-    &CDeviceParameters::GetMaxPositionFromRight,
-    &CDeviceParameters::GetMaxPositionFromLeft,
-    &CDeviceParameters::GetMaxMotionHangUpLoop,
-    &CDeviceParameters::GetLoopsInside,
-    &CDeviceParameters::GetSlowMotionSpeed,
-    &CDeviceParameters::GetRotorType,
-};
-
-constexpr std::array<const char*, 12> AccessorNames{
-    "GetSlowMotionDifference",
-    "GetMotionHangUpDifference",
-    "GetStepDifference",
-    "GetStepSleep",
-    "GetPulseDuration",
-    "GetMaxPositionDifference",
-    "GetMaxPositionFromRight",
-    "GetMaxPositionFromLeft",
-    "GetMaxMotionHangUpLoop",
-    "GetLoopsInside",
-    "GetSlowMotionSpeed",
-    "GetRotorType",
-};
-
-constexpr float OldFirmware = 2.99F;
-constexpr float NewFirmware = 3.0F;
-constexpr int OldBlockSize = 67;
-constexpr int NewBlockSize = 75;
+constexpr std::array<Accessor, 12> Accessors{&CDeviceParameters::GetSlowMotionDifference,
+    &CDeviceParameters::GetMotionHangUpDifference, &CDeviceParameters::GetStepDifference,
+    &CDeviceParameters::GetStepSleep, &CDeviceParameters::GetPulseDuration,
+    &CDeviceParameters::GetMaxPositionDifference, &CDeviceParameters::GetMaxPositionFromRight,
+    &CDeviceParameters::GetMaxPositionFromLeft, &CDeviceParameters::GetMaxMotionHangUpLoop,
+    &CDeviceParameters::GetLoopsInside, &CDeviceParameters::GetSlowMotionSpeed,
+    &CDeviceParameters::GetRotorType};
 
 // No byte is twice in it, so that a wrong place cannot give the right value.
 QByteArray CountingBlock(int size)
@@ -64,7 +37,20 @@ ushort* WordsOf(QByteArray& block)
     return reinterpret_cast<ushort*>(block.data());
 }
 
-// What the unit's manual says of a block, put in the plainest words.
+// A generation's block, as the unit's manual has it.
+struct Layout
+{
+    float firmware;
+    int size;
+    int words; // of a motor
+    int addresses;
+    const char* countingMask; // in the counting block
+};
+
+constexpr Layout Old{2.99F, 67, 10, 46, "150.151.152.153"};
+constexpr Layout New{3.0F, 75, 12, 54, "158.159.160.161"};
+constexpr Layout Layouts[] = {Old, New};
+
 struct Decoded
 {
     int words[2][12];
@@ -72,36 +58,21 @@ struct Decoded
     QByteArray blockAfterwards;
 };
 
-Decoded DecodeOld(const QByteArray& block)
+Decoded Decode(const QByteArray& block, const Layout& layout)
 {
     Decoded decoded{{}, QString(), block};
     const auto byte = [&](int offset) { return int(uchar(block.at(offset))); };
-    for (int id = 0; id < 10; ++id) {
-        decoded.words[0][id] = byte(2 * id) * 256 + byte(2 * id + 1);
-        decoded.words[1][id] = byte(20 + 2 * id) * 256 + byte(21 + 2 * id);
+    for (int motor = 0; motor < 2; ++motor) {
+        decoded.words[motor][11] = 65535;
+        for (int id = 0; id < layout.words; ++id) {
+            const int offset = 2 * (motor * layout.words + id);
+            decoded.words[motor][id] = byte(offset) * 256 + byte(offset + 1);
+        }
     }
-    for (auto& words : decoded.words) {
-        words[10] = 0;
-        words[11] = 65535;
-    }
-    decoded.subnetMask = QString::asprintf("%d.%d.%d.%d", byte(50), byte(51), byte(52), byte(53));
-    for (const int offset : {46, 48, 50, 52}) {
-        decoded.blockAfterwards[offset] = block.at(offset + 1);
-        decoded.blockAfterwards[offset + 1] = block.at(offset);
-    }
-    return decoded;
-}
-
-Decoded DecodeNew(const QByteArray& block)
-{
-    Decoded decoded{{}, QString(), block};
-    const auto byte = [&](int offset) { return int(uchar(block.at(offset))); };
-    for (int id = 0; id < 12; ++id) {
-        decoded.words[0][id] = byte(2 * id) * 256 + byte(2 * id + 1);
-        decoded.words[1][id] = byte(24 + 2 * id) * 256 + byte(25 + 2 * id);
-    }
-    decoded.subnetMask = QString::asprintf("%d.%d.%d.%d", byte(58), byte(59), byte(60), byte(61));
-    for (const int offset : {54, 56, 58, 60}) {
+    const int mask = layout.addresses + 4;
+    decoded.subnetMask = QString::asprintf(
+        "%d.%d.%d.%d", byte(mask), byte(mask + 1), byte(mask + 2), byte(mask + 3));
+    for (int offset = layout.addresses; offset < layout.addresses + 8; offset += 2) {
         decoded.blockAfterwards[offset] = block.at(offset + 1);
         decoded.blockAfterwards[offset + 1] = block.at(offset);
     }
@@ -115,7 +86,7 @@ QString DifferenceTo(const Decoded& expected, const CDeviceParameters& parameter
         for (int id = 0; id < 12; ++id) {
             const int value = (parameters.*Accessors[id])(motor);
             if (value != expected.words[motor][id]) {
-                return QString::asprintf("motor %d, %s: %d instead of %d", motor, AccessorNames[id],
+                return QString::asprintf("motor %d, parameter %d: %d instead of %d", motor, id,
                     value, expected.words[motor][id]);
             }
         }
@@ -128,123 +99,59 @@ QString DifferenceTo(const Decoded& expected, const CDeviceParameters& parameter
 
 } // namespace
 
-class DeviceParametersTest : public QObject
+class DeviceParametersTest : public WarningsFail
 {
     Q_OBJECT
 
 private slots:
-    void theFirmwareTextSelectsTheLayout_data()
-    {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<int>("words");
-        QTest::addColumn<int>("bytes");
-        const auto add = [](const char* name, const char* version, int words, int bytes) {
-            QTest::newRow(name) << QString::fromLatin1(version) << words << bytes;
-        };
-        add("2.99 is old", "2.99", 10, 67);
-        add("3.0 is new", "3.0", 12, 75);
-        add("3.01 is new", "3.01", 12, 75);
-        add("3.10 with the carriage return of the answer is new", "3.10\r", 12, 75);
-        add("2.99 with the carriage return of the answer is old", "2.99\r", 10, 67);
-        add("an empty text is old", "", 10, 67);
-        add("no number is old", "V3.10", 10, 67);
-        add("a second point is old", "3.1.0", 10, 67);
-        add("a negative number is old", "-3.5", 10, 67);
-    }
+    // The carriage return comes from the unit's answer. What is no number, or a negative one, is
+    // old.
     void theFirmwareTextSelectsTheLayout()
     {
-        QFETCH(QString, version);
-        const CDeviceParameters parameters(version.toFloat());
-        QTEST(int(parameters.GetParameterCount()), "words");
-        QTEST(int(parameters.GetDeviceBlockSize()), "bytes");
-    }
-
-    void aParameterStandsBigEndianAtItsOffset_data()
-    {
-        QTest::addColumn<float>("firmware");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<int>("offset");
-        QTest::addColumn<int>("motor");
-        QTest::addColumn<int>("id");
-        for (int motor = 0; motor < 2; ++motor) {
-            for (int id = 0; id < 10; ++id) {
-                QTest::addRow("old, motor %d, %s", motor, AccessorNames[id])
-                    << OldFirmware << OldBlockSize << motor * 20 + id * 2 << motor << id;
-            }
-            for (int id = 0; id < 12; ++id) {
-                QTest::addRow("new, motor %d, %s", motor, AccessorNames[id])
-                    << NewFirmware << NewBlockSize << motor * 24 + id * 2 << motor << id;
-            }
+        const QStringList oldVersions{"2.99", "2.99\r", "", "V3.10", "3.1.0", "-3.5"};
+        const QStringList newVersions{"3.0", "3.01", "3.10\r"};
+        for (const QString& version : oldVersions + newVersions) {
+            const CDeviceParameters parameters(version.toFloat());
+            const bool old = oldVersions.contains(version);
+            QCOMPARE(int(parameters.GetParameterCount()), old ? 10 : 12);
+            QCOMPARE(int(parameters.GetDeviceBlockSize()), old ? 67 : 75);
         }
     }
+
     void aParameterStandsBigEndianAtItsOffset()
     {
-        QFETCH(float, firmware);
-        QFETCH(int, size);
-        QFETCH(int, offset);
-        QFETCH(int, motor);
-        QFETCH(int, id);
-        QByteArray block(size, '\0');
-        block[offset] = '\x01';
-        block[offset + 1] = '\xF4';
-
-        CDeviceParameters parameters(firmware);
-        parameters.ParseDeviceBlock(WordsOf(block));
-
-        for (int otherMotor = 0; otherMotor < 2; ++otherMotor) {
-            for (int otherId = 0; otherId < parameters.GetParameterCount(); ++otherId) {
-                const int expected = otherMotor == motor && otherId == id ? 500 : 0;
-                QCOMPARE(int((parameters.*Accessors[otherId])(short(otherMotor))), expected);
+        for (const Layout& layout : Layouts) {
+            for (int word = 0; word < 2 * layout.words; ++word) {
+                QByteArray block(layout.size, '\0');
+                block[2 * word] = '\x01';
+                block[2 * word + 1] = '\xF4';
+                CDeviceParameters parameters(layout.firmware);
+                parameters.ParseDeviceBlock(WordsOf(block));
+                for (int other = 0; other < 2 * layout.words; ++other) {
+                    const auto motor = short(other / layout.words);
+                    const int value = (parameters.*Accessors[other % layout.words])(motor);
+                    QCOMPARE(value, other == word ? 500 : 0);
+                }
             }
         }
     }
 
-    void theMaskIsReadAtItsOffset_data()
+    void theMaskIsReadAtItsOffsetAndOnlyTheAddressWordsAreSwappedInPlace()
     {
-        QTest::addColumn<float>("firmware");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<QString>("mask");
-        QTest::newRow("old at 50") << OldFirmware << OldBlockSize << "150.151.152.153";
-        QTest::newRow("new at 58") << NewFirmware << NewBlockSize << "158.159.160.161";
-    }
-    void theMaskIsReadAtItsOffset()
-    {
-        QFETCH(float, firmware);
-        QFETCH(int, size);
-        QByteArray block = CountingBlock(size);
-        CDeviceParameters parameters(firmware);
-        parameters.ParseDeviceBlock(WordsOf(block));
-        QTEST(parameters.GetSubnetMask(), "mask");
-    }
-
-    void onlyTheAddressWordsAreSwappedInPlace_data()
-    {
-        QTest::addColumn<float>("firmware");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<int>("addresses");
-        QTest::newRow("old from 46 to 53") << OldFirmware << OldBlockSize << 46;
-        QTest::newRow("new from 54 to 61") << NewFirmware << NewBlockSize << 54;
-    }
-    void onlyTheAddressWordsAreSwappedInPlace()
-    {
-        QFETCH(float, firmware);
-        QFETCH(int, size);
-        QFETCH(int, addresses);
-        QByteArray block = CountingBlock(size);
-        CDeviceParameters parameters(firmware);
-        parameters.ParseDeviceBlock(WordsOf(block));
-
-        QByteArray expected = CountingBlock(size);
-        for (int offset = addresses; offset < addresses + 8; offset += 2) {
-            std::swap(expected.data()[offset], expected.data()[offset + 1]);
+        for (const Layout& layout : Layouts) {
+            QByteArray block = CountingBlock(layout.size);
+            CDeviceParameters parameters(layout.firmware);
+            parameters.ParseDeviceBlock(WordsOf(block));
+            QCOMPARE(parameters.GetSubnetMask(), layout.countingMask);
+            const Decoded expected = Decode(CountingBlock(layout.size), layout);
+            QCOMPARE(block.toHex(), expected.blockAfterwards.toHex());
         }
-        QCOMPARE(block.toHex(), expected.toHex());
     }
 
     void anOldBlockLeavesSpeedAndTypeMissing()
     {
-        QByteArray block = CountingBlock(OldBlockSize);
-        CDeviceParameters parameters(OldFirmware);
+        QByteArray block = CountingBlock(Old.size);
+        CDeviceParameters parameters(Old.firmware);
         parameters.ParseDeviceBlock(WordsOf(block));
         for (const short motor : {short(0), short(1)}) {
             QCOMPARE(int(parameters.GetRotorType(motor)), 65535);
@@ -254,55 +161,42 @@ private slots:
 
     void readingAMissingParameterDoesNotMakeItExist()
     {
-        const CDeviceParameters parameters(NewFirmware);
+        const CDeviceParameters parameters(New.firmware);
         for (int twice = 0; twice < 2; ++twice) {
             QCOMPARE(int(parameters.GetRotorType(0)), 65535);
             QCOMPARE(int(parameters.GetRotorType(1)), 65535);
         }
     }
 
-    void nothingDecodedReadsAsMissing_data()
-    {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<int>("value");
-        for (int id = 0; id < 12; ++id) {
-            QTest::newRow(AccessorNames[id]) << id << (id == 11 ? 65535 : 0);
-        }
-    }
     void nothingDecodedReadsAsMissing()
     {
-        QFETCH(int, id);
-        const CDeviceParameters parameters(NewFirmware);
-        QTEST(int((parameters.*Accessors[id])(0)), "value");
-        QTEST(int((parameters.*Accessors[id])(1)), "value");
+        const CDeviceParameters parameters(New.firmware);
+        for (int id = 0; id < 12; ++id) {
+            for (const short motor : {short(0), short(1)}) {
+                QCOMPARE(int((parameters.*Accessors[id])(motor)), id == 11 ? 65535 : 0);
+            }
+        }
         QCOMPARE(parameters.GetSubnetMask(), QString());
     }
 
-    void noSuchMotorReadsAsMissing_data()
-    {
-        QTest::addColumn<int>("motor");
-        QTest::newRow("2, which means no motor") << 2;
-        QTest::newRow("3") << 3;
-        QTest::newRow("the largest") << int(std::numeric_limits<short>::max());
-        QTest::newRow("-1") << -1;
-        QTest::newRow("the smallest") << int(std::numeric_limits<short>::min());
-    }
+    // The motor 2 means none.
     void noSuchMotorReadsAsMissing()
     {
-        QFETCH(int, motor);
-        QByteArray block = CountingBlock(NewBlockSize);
-        CDeviceParameters parameters(NewFirmware);
+        QByteArray block = CountingBlock(New.size);
+        CDeviceParameters parameters(New.firmware);
         parameters.ParseDeviceBlock(WordsOf(block));
-        for (int id = 0; id < 12; ++id) {
-            QCOMPARE(int((parameters.*Accessors[id])(short(motor))), id == 11 ? 65535 : 0);
+        for (const int motor : {2, 3, 32767, -1, -32768}) {
+            for (int id = 0; id < 12; ++id) {
+                QCOMPARE(int((parameters.*Accessors[id])(short(motor))), id == 11 ? 65535 : 0);
+            }
         }
     }
 
     void aNullBlockChangesNothing()
     {
-        QByteArray block = CountingBlock(NewBlockSize);
-        const Decoded expected = DecodeNew(block);
-        CDeviceParameters parameters(NewFirmware);
+        QByteArray block = CountingBlock(New.size);
+        const Decoded expected = Decode(block, New);
+        CDeviceParameters parameters(New.firmware);
         parameters.ParseDeviceBlock(nullptr);
         QCOMPARE(int(parameters.GetRotorType(0)), 65535);
         QCOMPARE(parameters.GetSubnetMask(), QString());
@@ -314,10 +208,10 @@ private slots:
 
     void aSecondBlockReplacesTheFirst()
     {
-        QByteArray first = CountingBlock(OldBlockSize);
-        QByteArray second(OldBlockSize, '\xFF');
-        const Decoded expected = DecodeOld(second);
-        CDeviceParameters parameters(OldFirmware);
+        QByteArray first = CountingBlock(Old.size);
+        QByteArray second(Old.size, '\xFF');
+        const Decoded expected = Decode(second, Old);
+        CDeviceParameters parameters(Old.firmware);
         parameters.ParseDeviceBlock(WordsOf(first));
         parameters.ParseDeviceBlock(WordsOf(second));
         QCOMPARE(DifferenceTo(expected, parameters), QString());
@@ -325,71 +219,50 @@ private slots:
 
     void aBlockMayStandAtAnOddAddress()
     {
-        const QByteArray block = CountingBlock(OldBlockSize);
-        alignas(ushort) uchar room[1 + OldBlockSize];
-        std::memcpy(room + 1, block.constData(), OldBlockSize);
-        CDeviceParameters parameters(OldFirmware);
+        const QByteArray block = CountingBlock(Old.size);
+        alignas(ushort) uchar room[1 + Old.size];
+        std::memcpy(room + 1, block.constData(), Old.size);
+        CDeviceParameters parameters(Old.firmware);
         parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(room + 1));
-        QCOMPARE(DifferenceTo(DecodeOld(block), parameters), QString());
+        QCOMPARE(DifferenceTo(Decode(block, Old), parameters), QString());
     }
 
-    void theBlocksLengthIsNotExceeded_data()
-    {
-        QTest::addColumn<float>("firmware");
-        QTest::addColumn<int>("size");
-        QTest::newRow("old, of odd length") << OldFirmware << OldBlockSize;
-        QTest::newRow("new, of odd length") << NewFirmware << NewBlockSize;
-    }
     // Here it is for AddressSanitizer to see what is read or written behind the block's last byte.
     void theBlocksLengthIsNotExceeded()
     {
-        QFETCH(float, firmware);
-        QFETCH(int, size);
-        const QByteArray bytes = CountingBlock(size);
-        const std::unique_ptr<uchar[]> exactly(new uchar[size]);
-        std::memcpy(exactly.get(), bytes.constData(), size);
-        CDeviceParameters parameters(firmware);
-        parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(exactly.get()));
-        QCOMPARE(int(exactly[size - 1]), size - 1 + 100);
+        for (const Layout& layout : Layouts) {
+            const QByteArray bytes = CountingBlock(layout.size);
+            const std::unique_ptr<uchar[]> exactly(new uchar[layout.size]);
+            std::memcpy(exactly.get(), bytes.constData(), layout.size);
+            CDeviceParameters parameters(layout.firmware);
+            parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(exactly.get()));
+            QCOMPARE(int(exactly[layout.size - 1]), layout.size - 1 + 100);
+        }
     }
 
-    void anIpAddressIsDecimalWithoutPadding_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("text");
-        const auto add = [](const char* hex, const char* text) {
-            QTest::newRow(text) << QByteArray::fromHex(hex) << QString::fromLatin1(text);
-        };
-        add("c0a80081", "192.168.0.129");
-        add("00000000", "0.0.0.0");
-        add("ffffffff", "255.255.255.255");
-        add("01020364", "1.2.3.100");
-    }
     void anIpAddressIsDecimalWithoutPadding()
     {
-        QFETCH(QByteArray, bytes);
-        QTEST(CDeviceParameters::FormatIpAddress(reinterpret_cast<const uchar*>(bytes.constData())),
-            "text");
+        for (const char* const text :
+            {"192.168.0.129", "0.0.0.0", "255.255.255.255", "1.2.3.100"}) {
+            QByteArray bytes;
+            for (const QByteArray& octet : QByteArray(text).split('.')) {
+                bytes.append(char(octet.toInt()));
+            }
+            QCOMPARE(CDeviceParameters::FormatIpAddress(
+                         reinterpret_cast<const uchar*>(bytes.constData())),
+                text);
+        }
     }
 
-    void aMacAddressIsPaddedLowerCaseHexadecimal_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("text");
-        const auto add = [](const char* hex, const char* text) {
-            QTest::newRow(text) << QByteArray::fromHex(hex) << QString::fromLatin1(text);
-        };
-        add("024c7e00010a", "02:4c:7e:00:01:0a");
-        add("000000000000", "00:00:00:00:00:00");
-        add("ffffffffffff", "ff:ff:ff:ff:ff:ff");
-        add("0123456789ab", "01:23:45:67:89:ab");
-    }
     void aMacAddressIsPaddedLowerCaseHexadecimal()
     {
-        QFETCH(QByteArray, bytes);
-        QTEST(
-            CDeviceParameters::FormatMacAddress(reinterpret_cast<const uchar*>(bytes.constData())),
-            "text");
+        for (const char* const text :
+            {"02:4c:7e:00:01:0a", "00:00:00:00:00:00", "ff:ff:ff:ff:ff:ff", "01:23:45:67:89:ab"}) {
+            const QByteArray bytes = QByteArray::fromHex(text);
+            QCOMPARE(CDeviceParameters::FormatMacAddress(
+                         reinterpret_cast<const uchar*>(bytes.constData())),
+                text);
+        }
     }
 
     void randomBlocksDecodeAsTheManualSays()
@@ -398,12 +271,11 @@ private slots:
         std::mt19937 random(440); // the same blocks in every run
         std::uniform_int_distribution<int> byte(0, 255);
         for (int i = 0; i < Blocks; ++i) {
-            const bool old = i % 2 == 0;
-            QByteArray block(old ? OldBlockSize : NewBlockSize, '\0');
+            const Layout& layout = Layouts[i % 2];
+            QByteArray block(layout.size, '\0');
             std::generate(block.begin(), block.end(), [&] { return char(byte(random)); });
-            const Decoded expected = old ? DecodeOld(block) : DecodeNew(block);
-
-            CDeviceParameters parameters(old ? OldFirmware : NewFirmware);
+            const Decoded expected = Decode(block, layout);
+            CDeviceParameters parameters(layout.firmware);
             parameters.ParseDeviceBlock(WordsOf(block));
 
             const QString difference = DifferenceTo(expected, parameters);

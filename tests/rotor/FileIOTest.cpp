@@ -19,14 +19,12 @@ const QByteArray Banner = "#---------------------------------------------\n"
 
 constexpr int HundredMegabytes = 100 * 1000 * 1000;
 
-QString ReadLineOf(CFileIO& file, int* result = nullptr)
+// What a call gives: its result, and the line behind it.
+QString ReadLineOf(CFileIO& file)
 {
     QString line = "untouched";
-    const int answer = file.ReadLine(line);
-    if (result != nullptr) {
-        *result = answer;
-    }
-    return line;
+    const int result = file.ReadLine(line);
+    return QString("%1:").arg(result) + line;
 }
 
 } // namespace
@@ -42,65 +40,49 @@ private slots:
     {
         const QString path = NewFile("a=1\n");
         CFileIO file(path);
-        int result = -1;
-        QCOMPARE(ReadLineOf(file, &result), QString());
-        QCOMPARE(result, 0);
+        QCOMPARE(ReadLineOf(file), "0:");
         QVERIFY(!file.IsAtEnd());
         QVERIFY(!file.WriteBanner());
         QVERIFY(!file.WriteKeyValue("key", "value"));
         QCOMPARE(Content(path), QByteArray("a=1\n"));
     }
 
-    void withoutANameNothingOpens()
+    void anEmptyNameOrAFolderCannotBeOpened()
     {
-        CFileIO file{QString()};
-        QVERIFY(!file.OpenForRead());
-        QVERIFY(!file.OpenForWrite());
-        QVERIFY(!file.WriteBanner());
+        for (const QString& path : {QString(), folder.path()}) {
+            CFileIO file(path);
+            QVERIFY(!file.OpenForRead());
+            QVERIFY(!file.OpenForWrite());
+            QVERIFY(!file.WriteBanner());
+        }
     }
 
     void whatIsNotThereCannotBeRead()
     {
         const QString path = NewPath();
         CFileIO file(path);
+        QVERIFY(!QFile::exists(path)); // making the object opens nothing
+        QVERIFY(!file.IsAtEnd());
         QVERIFY(!file.OpenForRead());
         QVERIFY(!QFile::exists(path));
     }
 
-    void aFolderCannotBeOpened()
-    {
-        CFileIO file(folder.path());
-        QVERIFY(!file.OpenForRead());
-        QVERIFY(!file.OpenForWrite());
-    }
-
-    void aPipeOrADeviceCannotBeOpened_data()
+    // A pipe would be waited for without end.
+    void aPipeOrADeviceCannotBeOpened()
     {
         if (!HasDeviceFiles()) {
             QSKIP("this system has neither pipes nor devices among its files");
         }
-        QTest::addColumn<QString>("path");
         const QString pipe = NewPath();
-        if (QProcess::execute("mkfifo", {pipe}) == 0) {
-            QTest::newRow("a pipe") << pipe;
-        }
-        for (const char* const device : {"/dev/null", "/dev/zero", "/dev/full"}) {
-            if (QFile::exists(QString(device))) {
-                QTest::newRow(device) << QString(device);
-            }
-        }
+        QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
         const QString link = NewPath();
-        if (QFile::link("/dev/zero", link)) {
-            QTest::newRow("a link to a device") << link;
+        QVERIFY(QFile::link("/dev/zero", link));
+        for (const QString& path :
+            {pipe, QString("/dev/null"), QString("/dev/zero"), QString("/dev/full"), link}) {
+            CFileIO file(path);
+            QVERIFY2(!file.OpenForRead(), qPrintable(path));
+            QVERIFY2(!file.OpenForWrite(), qPrintable(path));
         }
-    }
-    // A pipe would wait here for ever.
-    void aPipeOrADeviceCannotBeOpened()
-    {
-        QFETCH(QString, path);
-        CFileIO file(path);
-        QVERIFY(!file.OpenForRead());
-        QVERIFY(!file.OpenForWrite());
     }
 
     void aFileInAFolderThatIsNotThereCannotBeWritten()
@@ -119,43 +101,29 @@ private slots:
             QSKIP("this system keeps a file that is open");
         }
         QVERIFY(!file.OpenForRead());
-        QCOMPARE(ReadLineOf(file), QString());
+        QCOMPARE(ReadLineOf(file), "0:");
         QVERIFY(!file.WriteBanner());
     }
 
-    void anyNameIsWrittenAndRead_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("umlauts") << "\u00C4\u00D6\u00DC \u00E4\u00F6\u00FC\u00DF.txt";
-        QTest::newRow("letters of no code page") << "\u0416 \u4E00 \u20AC.txt";
-        const QString part = QString(100, 'n');
-        QTest::newRow("more than 260 characters")
-            << QStringList({part, part, part, part + ".txt"}).join('/');
-    }
     void anyNameIsWrittenAndRead()
     {
-        QFETCH(QString, name);
-        const QString path = NewPath() + QLatin1Char('/') + name;
-        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        {
-            CFileIO file(path);
-            QVERIFY(file.OpenForWrite());
-            QVERIFY(file.WriteKeyValue("a", "1"));
+        const QString part(100, 'n');
+        // Umlauts, letters of no code page, and more than 260 characters.
+        for (const QString& name : {QString("\u00C4\u00D6\u00DC \u00E4\u00F6\u00FC\u00DF.txt"),
+                 QString("\u0416 \u4E00 \u20AC.txt"),
+                 QStringList({part, part, part, part + ".txt"}).join('/')}) {
+            const QFileInfo path(NewPath() + '/' + name);
+            QVERIFY(QDir().mkpath(path.path()));
+            {
+                CFileIO file(path.filePath());
+                QVERIFY(file.OpenForWrite());
+                QVERIFY(file.WriteKeyValue("a", "1"));
+            }
+            QCOMPARE(QDir(path.path()).entryList(QDir::Files), {path.fileName()});
+            CFileIO file(path.filePath());
+            QVERIFY(file.OpenForRead());
+            QCOMPARE(ReadLineOf(file), "1:a=1");
         }
-        QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Files), {QFileInfo(name).fileName()});
-        CFileIO file(path);
-        QVERIFY(file.OpenForRead());
-        QCOMPARE(ReadLineOf(file), "a=1");
-    }
-
-    void makingTheObjectOpensNothing()
-    {
-        const QString path = NewPath();
-        {
-            const CFileIO file(path);
-            QVERIFY(!file.IsAtEnd());
-        }
-        QVERIFY(!QFile::exists(path));
     }
 
     void aFileIsReadLineByLine_data()
@@ -198,26 +166,21 @@ private slots:
         QVERIFY(file.OpenForRead());
         QStringList lines;
         while (!file.IsAtEnd()) {
-            int result = -1;
-            const QString line = ReadLineOf(file, &result);
-            lines.append(QString::number(result) + QLatin1Char(':') + line);
+            lines.append(ReadLineOf(file));
         }
         QTEST(lines, "lines");
     }
 
-    void theByteOrderMarkDecidesTheEncoding_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("UTF-8") << QByteArray("\xEF\xBB\xBFk=\xC3\xA9\n");
-        QTest::newRow("UTF-16, little end first") << QByteArray("\xFF\xFEk\0=\0\xE9\0\n\0", 10);
-        QTest::newRow("UTF-16, big end first") << QByteArray("\xFE\xFF\0k\0=\0\xE9\0\n", 10);
-    }
     void theByteOrderMarkDecidesTheEncoding()
     {
-        QFETCH(QByteArray, content);
-        CFileIO file(NewFile(content));
-        QVERIFY(file.OpenForRead());
-        QCOMPARE(ReadLineOf(file), "k=\u00E9");
+        // UTF-8, and UTF-16 of either byte order.
+        for (const QByteArray& content :
+            {QByteArray("\xEF\xBB\xBFk=\xC3\xA9\n"), QByteArray("\xFF\xFEk\0=\0\xE9\0\n\0", 10),
+                QByteArray("\xFE\xFF\0k\0=\0\xE9\0\n", 10)}) {
+            CFileIO file(NewFile(content));
+            QVERIFY(file.OpenForRead());
+            QCOMPARE(ReadLineOf(file), "1:k=\u00E9");
+        }
     }
 
     void aLineHasAtMostSixteenMebibytes_data()
@@ -242,45 +205,24 @@ private slots:
         CFileIO file(NewFile(content));
         QVERIFY(file.OpenForRead());
         QVERIFY(!file.IsLineTooLong());
-        int result = -1;
-        const QString line = ReadLineOf(file, &result);
-        QCOMPARE(result, 1);
+        QString line;
+        QCOMPARE(int(file.ReadLine(line)), 1);
         QTEST(file.IsLineTooLong(), "tooLong");
         QTEST(line.size(), "length");
     }
 
-    void theEndIsMetOnlyBehindTheLastLine()
+    void theEndIsMetOnlyBehindTheLastLineAndStaysMet()
     {
         CFileIO file(NewFile("a=1\n"));
-        QVERIFY(file.OpenForRead());
-        QVERIFY(!file.IsAtEnd());
-        QCOMPARE(ReadLineOf(file), "a=1");
-        QVERIFY(!file.IsAtEnd());
-        QCOMPARE(ReadLineOf(file), QString());
-        QVERIFY(file.IsAtEnd());
-    }
-
-    void theEndStaysMet()
-    {
-        CFileIO file(NewFile("a=1"));
-        QVERIFY(file.OpenForRead());
-        for (int twice = 0; twice < 2; ++twice) {
-            int result = -1;
-            QCOMPARE(ReadLineOf(file, &result), QString());
-            QCOMPARE(result, 0);
-            QVERIFY(file.IsAtEnd());
-        }
-    }
-
-    void openingAgainBeginsAnew()
-    {
-        CFileIO file(NewFile("a=1\n"));
-        for (int twice = 0; twice < 2; ++twice) {
+        for (int opened = 0; opened < 2; ++opened) { // opening again begins anew
             QVERIFY(file.OpenForRead());
             QVERIFY(!file.IsAtEnd());
-            QCOMPARE(ReadLineOf(file), "a=1");
-            QCOMPARE(ReadLineOf(file), QString());
-            QVERIFY(file.IsAtEnd());
+            QCOMPARE(ReadLineOf(file), "1:a=1");
+            QVERIFY(!file.IsAtEnd());
+            for (int twice = 0; twice < 2; ++twice) {
+                QCOMPARE(ReadLineOf(file), "0:");
+                QVERIFY(file.IsAtEnd());
+            }
         }
     }
 
@@ -293,39 +235,17 @@ private slots:
         QCOMPARE(Content(path), Banner);
     }
 
-    void aKeyAndItsValueAreOneLine_data()
-    {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QByteArray>("line");
-        QTest::newRow("no blank around the sign") << "key"
-                                                  << "value" << QByteArray("key=value\n");
-        QTest::newRow("an empty value") << "key" << QString() << QByteArray("key=\n");
-        QTest::newRow("blanks are kept") << " a b "
-                                         << " c " << QByteArray(" a b = c \n");
-    }
-    void aKeyAndItsValueAreOneLine()
-    {
-        QFETCH(QString, key);
-        QFETCH(QString, value);
-        const QString path = NewPath();
-        {
-            CFileIO file(path);
-            QVERIFY(file.OpenForWrite());
-            QVERIFY(file.WriteKeyValue(key, value));
-        }
-        QTEST(Content(path), "line");
-    }
-
-    void eachLineIsInTheFileWhenTheCallReturns()
+    void aKeyAndItsValueAreOneLineWhichIsInTheFileWhenTheCallReturns()
     {
         const QString path = NewPath();
         CFileIO file(path);
         QVERIFY(file.OpenForWrite());
-        QVERIFY(file.WriteKeyValue("a", "1"));
-        QCOMPARE(Content(path), QByteArray("a=1\n"));
-        QVERIFY(file.WriteKeyValue("b", "2"));
-        QCOMPARE(Content(path), QByteArray("a=1\nb=2\n"));
+        QVERIFY(file.WriteKeyValue("key", "value"));
+        QCOMPARE(Content(path), QByteArray("key=value\n"));
+        QVERIFY(file.WriteKeyValue("key", QString()));
+        QCOMPARE(Content(path), QByteArray("key=value\nkey=\n"));
+        QVERIFY(file.WriteKeyValue(" a b ", " c "));
+        QCOMPARE(Content(path), QByteArray("key=value\nkey=\n a b = c \n"));
     }
 
     void openingForWritingEmptiesTheFile()

@@ -1,5 +1,6 @@
 #include "rotor/CFileIO.h"
 #include "tests/support/SmallDisk.h"
+#include "tests/support/Warnings.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -10,7 +11,7 @@ constexpr char FolderVariable[] = "VX440_TEST_FULL_DISK";
 
 } // namespace
 
-class FullDiskTest : public QObject
+class FullDiskTest : public WarningsFail
 {
     Q_OBJECT
 

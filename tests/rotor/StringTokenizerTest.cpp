@@ -1,4 +1,5 @@
 #include "rotor/StringTokenizer.h"
+#include "tests/support/Warnings.h"
 
 #include <QtTest>
 
@@ -15,68 +16,45 @@ QString LineWithSeparatorAt(int position)
 
 } // namespace
 
-class StringTokenizerTest : public QObject
+class StringTokenizerTest : public WarningsFail
 {
     Q_OBJECT
 
 private slots:
-    void aLineIsTakenApartAtItsFirstSign_data()
-    {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        const struct
-        {
-            const char* name;
-            const char* line;
-            const char* key;
-            const char* value;
-        } rows[] = {
-            {"no blanks", "key=value", "key=", "value"},
-            {"blanks around the sign: one before it stays inside", "key =  value",
-                "key =", "value"},
-            {"blanks around the line go", "  key=value  ", "key=", "value"},
-            {"tabs are trimmed too", "\tkey=\tvalue\t", "key=", "value"},
-            {"blanks inside stay", "a b=c d", "a b=", "c d"},
-            {"further signs belong to the value", "a=b=c", "a=", "b=c"},
-            {"a value may be missing", "key=", "key=", ""},
-            {"a value may be blank", "key=   ", "key=", ""},
-            {"a key may be blank", " =value", "=", "value"},
-            {"the shortest line", "k=", "k=", ""},
-        };
-        for (const auto& row : rows) {
-            QTest::newRow(row.name) << QString(row.line) << QString(row.key) << QString(row.value);
-        }
-    }
     void aLineIsTakenApartAtItsFirstSign()
     {
-        QFETCH(QString, line);
-        QString key = Untouched;
-        QString value = Untouched;
-        QVERIFY(StringTokenizer::HasToken(line));
-        QVERIFY(StringTokenizer::Tokenize(line, key, value));
-        QTEST(key, "key");
-        QTEST(value, "value");
+        const QStringList lines[] = {
+            {"key=value", "key=", "value"},
+            {"key =  value", "key =", "value"}, // one blank stays inside
+            {"  key=value  ", "key=", "value"},
+            {"\tkey=\tvalue\t", "key=", "value"},
+            {"a b=c d", "a b=", "c d"},
+            {"a=b=c", "a=", "b=c"},
+            {"key=", "key=", ""},
+            {"key=   ", "key=", ""},
+            {" =value", "=", "value"},
+            {"k=", "k=", ""},
+        };
+        for (const QStringList& line : lines) {
+            QString key = Untouched;
+            QString value = Untouched;
+            QVERIFY2(StringTokenizer::HasToken(line.first()), qPrintable(line.first()));
+            QVERIFY(StringTokenizer::Tokenize(line.first(), key, value));
+            QCOMPARE(key, line.at(1));
+            QCOMPARE(value, line.at(2));
+        }
     }
 
-    void aLineWithoutATokenLeavesBothTextsAlone_data()
-    {
-        QTest::addColumn<QString>("line");
-        QTest::newRow("empty") << QString();
-        QTest::newRow("no sign") << "key value";
-        QTest::newRow("begins with the sign") << "=value";
-        QTest::newRow("begins with the sign and has another") << "=a=b";
-        QTest::newRow("the sign alone") << "=";
-    }
     void aLineWithoutATokenLeavesBothTextsAlone()
     {
-        QFETCH(QString, line);
-        QString key = Untouched;
-        QString value = Untouched;
-        QVERIFY(!StringTokenizer::HasToken(line));
-        QVERIFY(!StringTokenizer::Tokenize(line, key, value));
-        QCOMPARE(key, Untouched);
-        QCOMPARE(value, Untouched);
+        for (const char* const line : {"", "key value", "=value", "=a=b", "="}) {
+            QString key = Untouched;
+            QString value = Untouched;
+            QVERIFY2(!StringTokenizer::HasToken(line), line);
+            QVERIFY2(!StringTokenizer::Tokenize(line, key, value), line);
+            QCOMPARE(key, Untouched);
+            QCOMPARE(value, Untouched);
+        }
     }
 
     void aTokenIsSeenHoweverFar()
@@ -87,25 +65,20 @@ private slots:
         }
     }
 
-    void thePlaceOfTheSignIsHeldIn16Bits_data()
-    {
-        QTest::addColumn<int>("position");
-        QTest::addColumn<int>("keyLength"); // 0: not found
-        QTest::newRow("the last that fits") << 32767 << 32768;
-        QTest::newRow("the first that does not") << 32768 << 0;
-        QTest::newRow("the last that is not found") << 65536 << 0;
-        QTest::newRow("found too far in front") << 65537 << 2;
-    }
     void thePlaceOfTheSignIsHeldIn16Bits()
     {
-        QFETCH(int, position);
-        QFETCH(int, keyLength);
-        const QString line = LineWithSeparatorAt(position);
-        QString key = Untouched;
-        QString value = Untouched;
-        QCOMPARE(StringTokenizer::Tokenize(line, key, value), keyLength > 0);
-        QCOMPARE(key, keyLength > 0 ? line.left(keyLength) : Untouched);
-        QCOMPARE(value, keyLength > 0 ? line.mid(keyLength) : Untouched);
+        // The place, and the length of the key: 0 where the sign is not found, 2 where it is found
+        // too far in front.
+        const QMap<int, int> lengths{{32767, 32768}, {32768, 0}, {65536, 0}, {65537, 2}};
+        for (auto place = lengths.cbegin(); place != lengths.cend(); ++place) {
+            const QString line = LineWithSeparatorAt(place.key());
+            const bool found = place.value() > 0;
+            QString key = Untouched;
+            QString value = Untouched;
+            QCOMPARE(StringTokenizer::Tokenize(line, key, value), found);
+            QCOMPARE(key, found ? line.left(place.value()) : Untouched);
+            QCOMPARE(value, found ? line.mid(place.value()) : Untouched);
+        }
     }
 
     void noObjectCanBeMade() { QVERIFY(!std::is_default_constructible<StringTokenizer>::value); }
