@@ -30,26 +30,16 @@ class FirmwareStreamTest : public WarningsFail
     Q_OBJECT
 
 private slots:
-    void anImageOfThisSizeHasTheseBlocks_data()
-    {
-        QTest::addColumn<int>("imageSize");
-        QTest::addColumn<quint32>("streamSize");
-        QTest::addColumn<QVector<int>>("lengths");
-        QTest::newRow("no byte") << 0 << 64U << QVector<int>{64};
-        QTest::newRow("1") << 1 << 65U << QVector<int>{65};
-        QTest::newRow("1135") << 1135 << 1199U << QVector<int>{1199};
-        QTest::newRow("1136: one full block") << 1136 << 1200U << QVector<int>{1200};
-        QTest::newRow("1137: a second block of 1") << 1137 << 1201U << QVector<int>{1200, 1};
-        QTest::newRow("1200") << 1200 << 1264U << QVector<int>{1200, 64};
-        QTest::newRow("2336: two full blocks") << 2336 << 2400U << QVector<int>{1200, 1200};
-    }
     void anImageOfThisSizeHasTheseBlocks()
     {
-        QFETCH(int, imageSize);
-        const QByteArray image(imageSize, 'x');
-        const FirmwareStream stream(image);
-        QTEST(stream.Size(), "streamSize");
-        QTEST(DataLengths(stream), "lengths");
+        const QMap<int, QVector<int>> lengthsOfSize{{0, {64}}, {1, {65}}, {1135, {1199}},
+            {1136, {1200}}, {1137, {1200, 1}}, {1200, {1200, 64}}, {2336, {1200, 1200}}};
+        for (const int size : lengthsOfSize.keys()) {
+            const QByteArray image(size, 'x');
+            const FirmwareStream stream(image);
+            QCOMPARE(stream.Size(), quint32(size + 64));
+            QCOMPARE(DataLengths(stream), lengthsOfSize.value(size));
+        }
     }
 
     void theBlockCountHasSixteenBits()
