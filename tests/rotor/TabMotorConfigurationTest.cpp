@@ -482,31 +482,20 @@ private slots:
         }
     }
 
-    void aKeyInTheCurrentRowCutsAStoredValueToTheMaximum()
+    void anyKeyInTheCurrentRowCutsAStoredValueToTheMaximum()
     {
-        BeginWithSpeed(motor, 200);
-        ClickRowHeader(motor, SpeedRow);
-        Click(Edit(motor, SpeedRow));
-        QCOMPARE(Table(motor)->currentRow(), SpeedRow);
-        QCOMPARE(Edit(motor, SpeedRow)->text(), "200");
-        QCOMPARE(StatusLine(), "before");
-        const Notified notified;
-        Press(Qt::Key_Home);
-        QCOMPARE(Edit(motor, SpeedRow)->text(), "100");
-        QCOMPARE(StatusLine(), "Warning: SMS must be in in range 0 - 100");
-        QCOMPARE(notified.columns, QVector<int>{StatusColumn});
-        QCOMPARE(int(Stored(motor).at(10)), 200);
-    }
-
-    void anyKeyInTheCurrentRowCutsAValueFromOutside()
-    {
-        for (const Qt::Key key :
-            {Qt::Key_X, Qt::Key_Minus, Qt::Key_5, Qt::Key_Space, Qt::Key_Left, Qt::Key_Shift}) {
+        for (const Qt::Key key : {Qt::Key_Home, Qt::Key_X, Qt::Key_Minus, Qt::Key_5, Qt::Key_Space,
+                 Qt::Key_Left, Qt::Key_Shift}) {
             BeginWithSpeed(motor, 200);
             QCOMPARE(Table(motor)->currentRow(), SpeedRow);
+            QCOMPARE(Edit(motor, SpeedRow)->text(), "200");
+            QCOMPARE(StatusLine(), "before");
+            const Notified notified;
             Press(key);
             QCOMPARE(Edit(motor, SpeedRow)->text(), "100");
             QCOMPARE(StatusLine(), "Warning: SMS must be in in range 0 - 100");
+            QCOMPARE(notified.columns, QVector<int>{StatusColumn});
+            QCOMPARE(int(Stored(motor).at(10)), 200);
         }
     }
 
@@ -760,32 +749,26 @@ private slots:
         QCOMPARE(Stored(motor), expected);
     }
 
-    void aReceiveChangesItsMotorAndTheMask()
+    void aReceiveChangesItsMotorAndTheMaskAndSoDoesALoad()
     {
-        BeginConnected(motor, NewFirmware);
-        const int entry = Child<QComboBox>(motor, "listRotors")->currentIndex();
-        const Notified notified;
-        ClickButton(motor, "btnReceiveFromDevice");
-        QCOMPARE(SentFrames(), QStringList{"send 4346300D"});
-        QCOMPARE(notified.columns, ColumnsOfAReceive(motor, 12));
-        QCOMPARE(notified.texts, (QStringList{"Recieving Configuration from Device .. ",
-                                     "Device motor configuration read successfully!"}));
-        QCOMPARE(Stored(motor), UnitWords[motor]);
-        QCOMPARE(TableTexts(motor), RowsOf(UnitWords[motor]));
-        QCOMPARE(Stored(other), ModelWords[other]);
-        QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
-        QCOMPARE(Child<QComboBox>(motor, "listRotors")->currentIndex(), entry);
-    }
-
-    void aLoadReceivesAsTheButtonDoes()
-    {
-        BeginConnected(motor, NewFirmware);
-        const Notified notified;
-        Page(motor)->ConnectionStatusChanged();
-        QCOMPARE(SentFrames(), QStringList{"send 4346300D"});
-        QCOMPARE(notified.columns, ColumnsOfAReceive(motor, 12));
-        QVERIFY(WhatOldFirmwareLacksIsHidden(motor, false));
-        QVERIFY(ButtonsAreEnabled(motor, true));
+        for (const bool load : {false, true}) {
+            BeginConnected(motor, NewFirmware);
+            const int entry = Child<QComboBox>(motor, "listRotors")->currentIndex();
+            const Notified notified;
+            load ? Page(motor)->ConnectionStatusChanged()
+                 : ClickButton(motor, "btnReceiveFromDevice");
+            QCOMPARE(SentFrames(), QStringList{"send 4346300D"});
+            QCOMPARE(notified.columns, ColumnsOfAReceive(motor, 12));
+            QCOMPARE(notified.texts, (QStringList{"Recieving Configuration from Device .. ",
+                                         "Device motor configuration read successfully!"}));
+            QCOMPARE(Stored(motor), UnitWords[motor]);
+            QCOMPARE(TableTexts(motor), RowsOf(UnitWords[motor]));
+            QCOMPARE(Stored(other), ModelWords[other]);
+            QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
+            QCOMPARE(Child<QComboBox>(motor, "listRotors")->currentIndex(), entry);
+            QVERIFY(WhatOldFirmwareLacksIsHidden(motor, false));
+            QVERIFY(ButtonsAreEnabled(motor, true));
+        }
     }
 
     void anEmptyCellIsNotSentAndReadsAsAMissingLink()
@@ -868,7 +851,7 @@ private slots:
         }
     }
 
-    void aLinkLostAtASendStillReportsSuccess()
+    void aLinkLostAtASendStillReportsSuccessAndTheTablesWorkOnTheModel()
     {
         BeginConnected(motor, NewFirmware);
         scripted::FailSendsFrom(1);
@@ -878,17 +861,6 @@ private slots:
         QCOMPARE(ConnectionLine(), "Not Connected ");
         for (const int any : Motors) {
             QVERIFY(ButtonsAreEnabled(any, false));
-        }
-        QCOMPARE(SentFrames(), QStringList{"send fails"});
-    }
-
-    void afterALossTheTablesStayAndWorkOnTheModel()
-    {
-        BeginConnected(motor, NewFirmware);
-        scripted::FailSendsFrom(1);
-        ClickButton(motor, "btnSendToDevice");
-        QVERIFY(!TheDeviceCommunication()->IsConnected());
-        for (const int any : Motors) {
             QCOMPARE(TableTexts(any), RowsOf(ModelWords[any]));
             QVERIFY(WhatOldFirmwareLacksIsHidden(any, false));
         }
@@ -898,6 +870,7 @@ private slots:
         ClickButton(motor, "btnSendToDevice");
         ClickButton(motor, "btnReceiveFromDevice");
         QCOMPARE(StatusLine(), "before");
+        QCOMPARE(SentFrames(), QStringList{"send fails"});
         ClickButton(motor, "btnReset");
         QCOMPARE(Edit(motor, 0)->text(), motor == Azimuth ? "30" : "20");
         ChooseRotor(motor, 0);
@@ -906,7 +879,7 @@ private slots:
     }
 
     // A unit with old firmware.
-    void oldFirmwareHidesWhatItLacks()
+    void oldFirmwareHidesWhatItLacksAndNewFirmwareShowsItAgain()
     {
         ShowPage(TitleOf[motor]);
         Connect(OldFirmware);
@@ -921,6 +894,8 @@ private slots:
         }
         QCOMPARE(TableTexts(motor).mid(0, SpeedRow), RowsOf(UnitWords[motor]).mid(0, SpeedRow));
         QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
+        Connect(NewFirmware);
+        QVERIFY(WhatOldFirmwareLacksIsHidden(motor, false));
     }
 
     void oldFirmwareIsSentItsTenWords()
@@ -943,14 +918,6 @@ private slots:
         QCOMPARE(Stored(other), ModelWords[other]);
         QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.0.0");
         QCOMPARE(StatusLine(), "Device motor configuration read successfully!");
-    }
-
-    void newFirmwareShowsAgainWhatOldFirmwareHid()
-    {
-        Connect(OldFirmware);
-        QVERIFY(WhatOldFirmwareLacksIsHidden(motor, true));
-        Connect(NewFirmware);
-        QVERIFY(WhatOldFirmwareLacksIsHidden(motor, false));
     }
 
     void whatOldFirmwareHidComesBackWithoutALink()
