@@ -260,6 +260,8 @@ private slots:
             QCOMPARE(scripted::Sleeps(), sleeps << 10);
             QCOMPARE(*status, (QStringList{"Sending Firmware file to the Device ..", Sent}));
             QCOMPARE(StatusLine(), Sent);
+            QVERIFY(UpdateButton()->isEnabled());
+            QVERIFY(LoadButton()->isEnabled());
             QVERIFY(VisibleProgress() == nullptr);
         }
     }
@@ -295,14 +297,6 @@ private slots:
         Click(LoadButton());
         // The last byte of the first block, and the end of the stream.
         QCOMPARE(values, (QVector<int>{1199, 2064}));
-    }
-
-    void afterATransferTheUpdateIsEnabled()
-    {
-        BeginWith("x");
-        Click(LoadButton());
-        QVERIFY(UpdateButton()->isEnabled());
-        QVERIFY(LoadButton()->isEnabled());
     }
 
     void aTransferCanBeRepeated()

@@ -221,29 +221,23 @@ private slots:
         QCOMPARE(Content(path), OldFile);
     }
 
-    void aFileThatCannotBeWrittenSaysSo_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("no such folder") << "missing/a.txt";
-        QTest::newRow("a folder of that name") << "taken";
-        if (HasDeviceFiles()) {
-            QTest::newRow("a device") << "device";
-        }
-        QTest::newRow("no permission") << "locked";
-    }
     void aFileThatCannotBeWrittenSaysSo()
     {
-        QFETCH(QString, name);
+        QStringList names{"missing/a.txt", "taken"};
         QDir(folder.path()).mkpath("taken.txt");
         QFile::link("/dev/null", folder.filePath("device.txt"));
-        const QString locked = MakeLockedFile();
-        if (locked.contains(name) && QFileInfo(locked).isWritable()) {
-            QSKIP("this user may write every file");
+        if (HasDeviceFiles()) {
+            names << "device";
         }
-        Begin();
-        Write(motor, folder.filePath(name));
-        QCOMPARE(StatusLine(), "Could not write device configuration to file !!");
-        QVERIFY(!QFile::exists(folder.filePath("missing")));
+        if (!QFileInfo(MakeLockedFile()).isWritable()) { // some users may write every file
+            names << "locked";
+        }
+        for (const QString& name : names) {
+            Begin();
+            Write(motor, folder.filePath(name));
+            QCOMPARE(StatusLine(), "Could not write device configuration to file !!");
+            QVERIFY2(!QFile::exists(folder.filePath("missing")), qPrintable(name));
+        }
     }
 
     // A file that goes while the dialog is up: the dialog itself takes none that is not there.

@@ -183,32 +183,31 @@ private slots:
         }
     }
 
-    void aLineHasAtMostSixteenMebibytes_data()
-    {
-        constexpr int Sixteen = 16 * 1024 * 1024;
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("tooLong");
-        QTest::addColumn<int>("length");
-        QTest::newRow("a line of 16 MiB") << QByteArray(Sixteen, 'x') + "\n" << false << Sixteen;
-        QTest::newRow("one byte more") << QByteArray(Sixteen + 1, 'x') + "\n" << true << Sixteen;
-        QTest::newRow("as much without an end") << QByteArray(Sixteen + 1, 'x') << true << Sixteen;
-        QTest::newRow("a comment") << "#" + QByteArray(Sixteen, 'x') + "\na=1\n" << true << Sixteen;
-        QTest::newRow("blanks") << QByteArray(Sixteen + 1, ' ') + "\na=1\n" << true << Sixteen;
-        QTest::newRow("carriage returns") << QByteArray(Sixteen + 1, '\r') + "a=1\n" << true << 0;
-        QTest::newRow("two lines, longer together")
-            << QByteArray(9 << 20, 'x') + "\n" + QByteArray(9 << 20, 'y') + "\n"
-            << false << (9 << 20);
-    }
     void aLineHasAtMostSixteenMebibytes()
     {
-        QFETCH(QByteArray, content);
-        CFileIO file(NewFile(content));
-        QVERIFY(file.OpenForRead());
-        QVERIFY(!file.IsLineTooLong());
-        QString line;
-        QCOMPARE(int(file.ReadLine(line)), 1);
-        QTEST(file.IsLineTooLong(), "tooLong");
-        QTEST(line.size(), "length");
+        constexpr int Sixteen = 16 * 1024 * 1024;
+        const QByteArray nine(9 << 20, 'x');
+        const struct
+        {
+            QByteArray content;
+            bool tooLong;
+            int length;
+        } files[] = {{QByteArray(Sixteen, 'x') + "\n", false, Sixteen},
+            {QByteArray(Sixteen + 1, 'x') + "\n", true, Sixteen},
+            {QByteArray(Sixteen + 1, 'x'), true, Sixteen},
+            {"#" + QByteArray(Sixteen, 'x') + "\na=1\n", true, Sixteen},
+            {QByteArray(Sixteen + 1, ' ') + "\na=1\n", true, Sixteen},
+            {QByteArray(Sixteen + 1, '\r') + "a=1\n", true, 0},
+            {nine + "\n" + nine + "\n", false, 9 << 20}}; // longer together
+        for (const auto& any : files) {
+            CFileIO file(NewFile(any.content));
+            QVERIFY(file.OpenForRead());
+            QVERIFY(!file.IsLineTooLong());
+            QString line;
+            QCOMPARE(int(file.ReadLine(line)), 1);
+            QCOMPARE(file.IsLineTooLong(), any.tooLong);
+            QCOMPARE(line.size(), any.length);
+        }
     }
 
     void theEndIsMetOnlyBehindTheLastLineAndStaysMet()
@@ -297,18 +296,20 @@ private slots:
         QCOMPARE(Content(path), QByteArray("a=1\n"));
     }
 
-    void hundredMegabytesTakeLessThanTenSeconds_data()
-    {
-        QTest::addColumn<QByteArray>("piece");
-        QTest::newRow("comments") << '#' + QByteArray(998, 'x') + '\n';
-        QTest::newRow("carriage returns") << QByteArray(999, '\r') + '\n';
-        QTest::newRow("empty lines") << QByteArray(1000, '\n');
-        QTest::newRow("blanks") << QByteArray(999, ' ') + '\n';
-    }
     // Of the processor's time: how busy the machine is does not matter.
     void hundredMegabytesTakeLessThanTenSeconds()
     {
-        QFETCH(QByteArray, piece);
+        // Comments, carriage returns, empty lines and blanks.
+        for (const QByteArray& piece :
+            {'#' + QByteArray(998, 'x') + '\n', QByteArray(999, '\r') + '\n',
+                QByteArray(1000, '\n'), QByteArray(999, ' ') + '\n'}) {
+            ReadHundredMegabytesOf(piece);
+        }
+    }
+
+private:
+    void ReadHundredMegabytesOf(const QByteArray& piece)
+    {
         const QByteArray block = piece.repeated(1000 * 1000 / piece.size());
         const QString path = NewPath();
         QFile large(path);
@@ -334,7 +335,6 @@ private slots:
         QVERIFY(seconds < 10 * VX440_SANITIZER_SLOWNESS);
     }
 
-private:
     QString NewPath() { return folder.filePath(QString::number(++paths)); }
 
     QString NewFile(const QByteArray& content)
