@@ -1,6 +1,7 @@
-#include "tests/support/scripted/ScriptedThreads.h"
-
+#include "discovery/CShareableObject.h"
 #include "discovery/CThreadObject.h"
+#include "tests/support/Warnings.h"
+#include "tests/support/scripted/ScriptedThreads.h"
 
 #include <QtTest>
 
@@ -8,27 +9,28 @@
 
 namespace {
 
+// What the threads of a test function did.
+QStringList steps;
+
 class Worker : public CThreadObject
 {
 public:
-    explicit Worker(QStringList& log, int result = 1)
+    explicit Worker(int result = 1)
         : CThreadObject("ARPThread")
-        , log(log)
         , result(result)
     {
     }
     ~Worker() override { CloseToThreads(); }
 
-    void OnThreadStart() override { log << "start"; }
+    void OnThreadStart() override { steps << "start"; }
     int ThreadMain() override
     {
-        log << "main";
+        steps << "main";
         return result;
     }
-    void OnThreadEnd() override { log << "end"; }
+    void OnThreadEnd() override { steps << "end"; }
 
 private:
-    QStringList& log;
     int result;
 };
 
@@ -36,68 +38,56 @@ private:
 class ShortLivedWorker : public CThreadObject
 {
 public:
-    ShortLivedWorker(QStringList& log, std::unique_ptr<ShortLivedWorker>& owner)
+    explicit ShortLivedWorker(std::unique_ptr<ShortLivedWorker>& owner)
         : CThreadObject(QString())
-        , log(log)
         , owner(owner)
     {
     }
     ~ShortLivedWorker() override { CloseToThreads(); }
 
-    void OnThreadStart() override { log << "start"; }
+    void OnThreadStart() override { steps << "start"; }
     int ThreadMain() override
     {
-        QStringList& logOfTest = log;
         std::unique_ptr<ShortLivedWorker>& ownerOfThis = owner;
         LeaveObject();
         ownerOfThis.reset();
-        logOfTest << "destroyed";
+        steps << "destroyed";
         return 5;
     }
-    void OnThreadEnd() override { log << "end"; }
+    void OnThreadEnd() override { steps << "end"; }
 
 private:
-    QStringList& log;
     std::unique_ptr<ShortLivedWorker>& owner;
 };
 
 } // namespace
 
-class ThreadObjectTest : public QObject
+class ThreadObjectTest : public WarningsFail
 {
     Q_OBJECT
 
 private slots:
-    void init() { ScriptedThreads::Reset(); }
-
-    void twoConstructionsGiveConsecutiveInstanceNumbersFromZero()
+    void init()
     {
-        QStringList log;
-        static bool first = true;
-        const Worker one(log);
-        const Worker two(log);
-        if (std::exchange(first, false)) {
-            QCOMPARE(one.GetInstanceNumber(), 0);
-        }
-        QCOMPARE(two.GetInstanceNumber(), one.GetInstanceNumber() + 1);
+        WarningsFail::init();
+        ScriptedThreads::Reset();
+        steps.clear();
     }
 
-    void theNameIsDropped()
+    // Runs first.
+    void instanceNumbersCountFromZeroAndTheNameIsDropped()
     {
-        QStringList log;
-        QVERIFY(Worker(log).GetName().isEmpty());
-    }
-
-    void theHandleIsMinusOneBeforeTheFirstStart()
-    {
-        QStringList log;
-        QCOMPARE(Worker(log).GetThreadHandle(), platform::SystemHandle{-1});
+        const Worker one;
+        const Worker two;
+        QCOMPARE(one.GetInstanceNumber(), 0);
+        QCOMPARE(two.GetInstanceNumber(), 1);
+        QVERIFY(one.GetName().isEmpty());
+        QCOMPARE(one.GetThreadHandle(), platform::SystemHandle{-1});
     }
 
     void aRefusedStartIsFalseAndKeepsTheHandle()
     {
-        QStringList log;
-        Worker worker(log);
+        Worker worker;
         ScriptedThreads::GiveHandles({41});
         QVERIFY(worker.StartThread());
         ScriptedThreads::RunAll();
@@ -107,101 +97,84 @@ private slots:
         QCOMPARE(ScriptedThreads::Starts(), 2);
     }
 
-    void anyOtherHandleCountsAsStarted_data()
-    {
-        QTest::addColumn<qlonglong>("handle");
-        QTest::addRow("zero") << 0LL;
-        QTest::addRow("minus two") << -2LL;
-        QTest::addRow("one") << 1LL;
-    }
-
     void anyOtherHandleCountsAsStarted()
     {
-        QFETCH(qlonglong, handle);
-        QStringList log;
-        Worker worker(log);
-        ScriptedThreads::GiveHandles({static_cast<platform::SystemHandle>(handle)});
-        QVERIFY(worker.StartThread());
-        QCOMPARE(static_cast<qlonglong>(worker.GetThreadHandle()), handle);
-        ScriptedThreads::RunAll();
+        for (const int handle : {0, -2, 1}) {
+            Worker worker;
+            ScriptedThreads::GiveHandles({handle});
+            QVERIFY(worker.StartThread());
+            QCOMPARE(worker.GetThreadHandle(), platform::SystemHandle{handle});
+            ScriptedThreads::RunAll();
+        }
     }
 
     void aSecondStartWhileTheFirstRunsIsAFurtherThreadAndReplacesTheHandle()
     {
-        QStringList log;
-        Worker worker(log);
+        Worker worker;
         ScriptedThreads::GiveHandles({10, 20});
         QVERIFY(worker.StartThread());
         QVERIFY(worker.StartThread());
         QCOMPARE(ScriptedThreads::Waiting(), 2);
         QCOMPARE(worker.GetThreadHandle(), platform::SystemHandle{20});
         ScriptedThreads::RunAll();
-        QCOMPARE(log.count("main"), 2);
+        QCOMPARE(steps.count("main"), 2);
         QCOMPARE(worker.GetThreadHandle(), platform::SystemHandle{20});
     }
 
     void theThreadCallsStartMainAndEndInThisOrder()
     {
-        QStringList log;
-        Worker worker(log);
+        Worker worker;
         worker.StartThread();
-        QVERIFY(log.isEmpty());
+        QVERIFY(steps.isEmpty());
         ScriptedThreads::RunNext();
-        QCOMPARE(log, (QStringList{"start", "main", "end"}));
-    }
-
-    void theExitCodeIsTheLow16BitsWithTheirSign_data()
-    {
-        QTest::addColumn<int>("result");
-        QTest::addColumn<int>("exitCode");
-        QTest::addRow("one") << 1 << 1;
-        QTest::addRow("largest") << 0x7FFF << 32767;
-        QTest::addRow("sign bit") << 0x8000 << -32768;
-        QTest::addRow("all 16 bits") << 0xFFFF << -1;
-        QTest::addRow("cut") << 0x12340002 << 2;
-        QTest::addRow("negative") << -2 << -2;
+        QCOMPARE(steps, (QStringList{"start", "main", "end"}));
     }
 
     void theExitCodeIsTheLow16BitsWithTheirSign()
     {
-        QFETCH(int, result);
-        QStringList log;
-        Worker worker(log, result);
-        worker.StartThread();
-        QTEST(ScriptedThreads::RunNext(), "exitCode");
+        const QPair<int, int> codes[] = {
+            {1, 1}, {0x7FFF, 32767}, {0x8000, -32768}, {0xFFFF, -1}, {0x12340002, 2}, {-2, -2}};
+        for (const auto& [result, exitCode] : codes) {
+            Worker worker(result);
+            worker.StartThread();
+            QCOMPARE(ScriptedThreads::RunNext(), exitCode);
+        }
     }
 
     void aThreadThatBeginsAfterItsObjectWentCallsNothing()
     {
-        QStringList log;
-        {
-            Worker worker(log);
-            worker.StartThread();
-        }
+        Worker().StartThread();
         ScriptedThreads::RunNext();
-        QVERIFY(log.isEmpty());
+        QVERIFY(steps.isEmpty());
     }
 
     void aThreadThatLeftItsObjectDoesNotComeBackToIt()
     {
-        QStringList log;
         std::unique_ptr<ShortLivedWorker> owner;
-        owner = std::make_unique<ShortLivedWorker>(log, owner);
+        owner = std::make_unique<ShortLivedWorker>(owner);
         owner->StartThread();
         QCOMPARE(ScriptedThreads::RunNext(), 5);
-        QCOMPARE(log, (QStringList{"start", "destroyed"}));
+        QCOMPARE(steps, (QStringList{"start", "destroyed"}));
     }
 
-    void theMutexIsClosedWithTheObject()
+    void theMutexIsStoredAsItComesAndClosedOnceWithTheObject()
     {
-        QStringList log;
-        ScriptedThreads::GiveMutex(9);
-        {
-            const Worker worker(log);
+        QVector<platform::SystemHandle> closed;
+        for (const int handle : {0x1234, 0, -1}) {
+            ScriptedThreads::GiveMutex(handle);
+            {
+                const CShareableObject object;
+                QCOMPARE(object.GetMutexHandle(), platform::SystemHandle{handle});
+                QCOMPARE(ScriptedThreads::ClosedMutexes(), closed);
+            }
+            QCOMPARE(ScriptedThreads::ClosedMutexes(), closed << handle);
         }
-        QCOMPARE(ScriptedThreads::ClosedMutexes(), QVector<platform::SystemHandle>{9});
+        {
+            const Worker worker;
+        }
+        QCOMPARE(ScriptedThreads::ClosedMutexes(), closed << -1);
     }
 };
 
-QTEST_APPLESS_MAIN(ThreadObjectTest)
+QTEST_GUILESS_MAIN(ThreadObjectTest)
 #include "ThreadObjectTest.moc"
