@@ -10,6 +10,8 @@
 #include <QWindow>
 #include <QtTest>
 
+#include <utility>
+
 namespace {
 
 // How much of the bar's width has the colour of what is done, in percent. Looked at below the text.
@@ -43,44 +45,28 @@ private slots:
         QVERIFY(dialog.findChildren<QPushButton*>().isEmpty());
     }
 
-    void itShowsAtItsFirstValue_data()
-    {
-        QTest::addColumn<int>("maximum");
-        QTest::addColumn<int>("value");
-        QTest::newRow("a bar") << 100 << 1;
-        QTest::newRow("busy") << 0 << 200;
-    }
     void itShowsAtItsFirstValue()
     {
-        QFETCH(int, maximum);
-        QFETCH(int, value);
-        CCustomProgressDialog dialog("Working ...", 0, maximum, MainWindow());
-        QVERIFY(!dialog.isVisible());
-        dialog.setValue(value);
-        QVERIFY(dialog.isVisible());
+        for (const auto& [maximum, value] : {std::pair{100, 1}, std::pair{0, 200}}) {
+            CCustomProgressDialog dialog("Working ...", 0, maximum, MainWindow());
+            QVERIFY(!dialog.isVisible());
+            dialog.setValue(value);
+            QVERIFY(dialog.isVisible());
+        }
     }
 
-    void theBarIsFilledAsFarAsTheWorkIs_data()
-    {
-        QTest::addColumn<int>("minimum");
-        QTest::addColumn<int>("maximum");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<int>("percent");
-        QTest::newRow("begun") << 0 << 100 << 0 << 0;
-        QTest::newRow("a quarter") << 0 << 300064 << 75016 << 25;
-        QTest::newRow("three quarters, from 1") << 1 << 401 << 301 << 75;
-        QTest::newRow("almost done") << 0 << 100 << 97 << 97;
-    }
     void theBarIsFilledAsFarAsTheWorkIs()
     {
-        QFETCH(int, minimum);
-        QFETCH(int, maximum);
-        QFETCH(int, value);
-        CCustomProgressDialog dialog("Working ...", minimum, maximum, MainWindow());
-        dialog.setValue(value);
-        QFETCH(int, percent);
-        const int filled = PercentFilled(dialog);
-        QVERIFY2(qAbs(filled - percent) <= 1, qPrintable(QString::number(filled)));
+        const struct
+        {
+            int minimum, maximum, value, percent;
+        } rows[] = {{0, 100, 0, 0}, {0, 300064, 75016, 25}, {1, 401, 301, 75}, {0, 100, 97, 97}};
+        for (const auto& row : rows) {
+            CCustomProgressDialog dialog("Working ...", row.minimum, row.maximum, MainWindow());
+            dialog.setValue(row.value);
+            const int filled = PercentFilled(dialog);
+            QVERIFY2(qAbs(filled - row.percent) <= 1, qPrintable(QString::number(filled)));
+        }
     }
 
     void itAndItsBarHaveNames()
@@ -92,7 +78,7 @@ private slots:
         }
     }
 
-    void escapeChangesNothing()
+    void theTitleBarsButtonCancelsAndEscapeDoesNot()
     {
         CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
         dialog.setValue(1);
@@ -100,12 +86,6 @@ private slots:
         QTest::keyClick(&dialog, Qt::Key_Escape);
         QVERIFY(dialog.isVisible());
         QVERIFY(!dialog.wasCanceled());
-    }
-
-    void theTitleBarsButtonCancels()
-    {
-        CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
-        dialog.setValue(1);
         CloseByTitleBar(&dialog);
         QVERIFY(!dialog.isVisible());
         QVERIFY(dialog.wasCanceled());
@@ -121,24 +101,18 @@ private slots:
         QVERIFY(MainWindow()->isVisible());
     }
 
-    void itStaysAboveTheMainWindowWhateverElseIsOnShow_data()
-    {
-        QTest::addColumn<bool>("hidden");
-        QTest::newRow("with a close button") << false;
-        QTest::newRow("with its close button hidden") << true;
-    }
     void itStaysAboveTheMainWindowWhateverElseIsOnShow()
     {
-        QFETCH(bool, hidden);
         QToolTip::showText(MainWindow()->pos(), "a tip", MainWindow());
         QLabel tip("a tip", nullptr, Qt::ToolTip);
         tip.show();
         QMessageBox question(MainWindow());
         question.setModal(false);
         question.show();
-        for (QWidget* const parent : {static_cast<QWidget*>(nullptr), MainWindow()}) {
-            CCustomProgressDialog dialog("Working ...", 0, 100, parent);
-            dialog.SetCloseButtonHidden(hidden);
+        QWidget* const parents[] = {nullptr, nullptr, MainWindow(), MainWindow()};
+        for (int i = 0; i < 4; ++i) {
+            CCustomProgressDialog dialog("Working ...", 0, 100, parents[i]);
+            dialog.SetCloseButtonHidden(i % 2 != 0);
             dialog.setValue(1);
             QCOMPARE(dialog.windowHandle()->transientParent(), MainWindow()->windowHandle());
             QCOMPARE(dialog.windowHandle()->type(), Qt::Dialog);

@@ -17,6 +17,8 @@
 #include <QWindow>
 #include <QtTest>
 
+#include <functional>
+
 namespace {
 
 QString TextOf(const char* field)
@@ -55,43 +57,33 @@ QStringList LoadCommands(bool newFirmware)
     return commands;
 }
 
-/// Takes the keys that come to a widget.
-class KeyWatch : public QObject
+/// Counts the events of an object that a condition holds for. Keys among them go no further.
+class EventCount : public QObject
 {
 public:
-    explicit KeyWatch(QWidget* widget) { widget->installEventFilter(this); }
-
-    bool Seen() const { return seen; }
-
-    bool eventFilter(QObject*, QEvent* event) override
+    EventCount(QObject* watched, std::function<bool(QObject*, QEvent::Type)> wanted)
+        : wanted(std::move(wanted))
     {
-        seen = seen || event->type() == QEvent::KeyPress;
-        return event->type() == QEvent::KeyPress;
+        watched->installEventFilter(this);
     }
 
-private:
-    bool seen = false;
-};
-
-/// Counts the progress dialogs that come up while it lives.
-class ShownProgress : public QObject
-{
-public:
-    ShownProgress() { qApp->installEventFilter(this); }
-
-    int Count() const { return count; }
+    int count = 0;
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() == QEvent::Show && qobject_cast<QProgressDialog*>(watched) != nullptr) {
-            ++count;
-        }
-        return false;
+        const bool counts = wanted(watched, event->type());
+        count += counts ? 1 : 0;
+        return counts && event->type() == QEvent::KeyPress;
     }
 
 private:
-    int count = 0;
+    std::function<bool(QObject*, QEvent::Type)> wanted;
 };
+
+bool IsShownProgress(QObject* watched, QEvent::Type type)
+{
+    return type == QEvent::Show && qobject_cast<QProgressDialog*>(watched) != nullptr;
+}
 
 } // namespace
 
@@ -100,18 +92,24 @@ class MainDialogTest : public WarningsFail
     Q_OBJECT
 
 private:
-    static QString Address() { return TextOf("txtIpAddress"); }
     static QTabWidget* Tabs() { return Find<QTabWidget>("tabWidget"); }
 
 private slots:
+    void cleanup()
+    {
+        ShowPage("Info");
+        WarningsFail::cleanup();
+    }
+
     // Runs first: the window as it comes up.
-    void theWindowComesUpNotConnectedOnTheDefaultAddress()
+    void theWindowComesUpNotConnectedOnTheDefaultAddressAndTheFirstPage()
     {
         QCOMPARE(MainWindow()->windowTitle(), "Z&K VX440 Access Application");
-        QCOMPARE(Address(), "192.168.0.129");
+        QCOMPARE(TextOf("txtIpAddress"), "192.168.0.129");
         QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connect");
         QCOMPARE(ConnectionLine(), "Not Connected ");
         QCOMPARE(StatusLine(), QString());
+        QCOMPARE(Tabs()->currentIndex(), 0);
         QVERIFY(!TheDeviceCommunication()->IsConnected());
         for (int column = 3; column < 20; ++column) {
             QCOMPARE(ColumnText(column), QString());
@@ -121,11 +119,10 @@ private slots:
         }
     }
 
-    void thePagesStandInTheirOrderAndTheFirstIsCurrent()
+    void thePagesStandInTheirOrder()
     {
         const QStringList order{"Info", "Update FW", "IP Configuration", "Azimuth Configuration",
             "Pol/Eval Configuration", "Options", "Detect Z&K Device"};
-        QCOMPARE(Tabs()->currentIndex(), 0);
         QStringList titles;
         for (int page = 0; page < Tabs()->count(); ++page) {
             titles.append(Tabs()->tabText(page));
@@ -152,18 +149,13 @@ private slots:
         }
     }
 
-    void aClickIntoTheEmptyAddressPutsTheCursorAtItsStart()
+    void aClickIntoTheEmptyAddressPutsTheCursorAtItsStartOnly()
     {
         auto* const field = Find<QLineEdit>("txtIpAddress");
         Overtype(field, QString());
         field->setCursorPosition(9);
         Click(field);
         QCOMPARE(field->cursorPosition(), 0);
-    }
-
-    void aClickIntoAnAddressWithADigitGoesWhereItIs()
-    {
-        auto* const field = Find<QLineEdit>("txtIpAddress");
         field->setText("1");
         field->setCursorPosition(0);
         QTest::mouseClick(MainWindow()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
@@ -171,29 +163,18 @@ private slots:
         QVERIFY(field->cursorPosition() > 0);
     }
 
-    void anAddressThatIsNoneFailsWithoutAnAttempt_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::newRow("bare mask") << QString();
-        QTest::newRow("half typed") << "192.168.";
-        QTest::newRow("octet of 256") << "192.168.0.256";
-    }
+    // By the return key, which connects.
     void anAddressThatIsNoneFailsWithoutAnAttempt()
     {
-        QFETCH(QString, typed);
-        const ShownProgress progress;
-        ConnectTo(typed);
-        QCOMPARE(StatusLine(), "Connection failed! ");
-        QCOMPARE(ConnectionLine(), "Not Connected ");
-        QCOMPARE(progress.Count(), 0);
-    }
-
-    void returnInTheAddressConnects()
-    {
-        Overtype(Find<QLineEdit>("txtIpAddress"), QString());
-        TheDeviceDatabase()->SetApplicationStatus(QString());
-        Press(Qt::Key_Return);
-        QCOMPARE(StatusLine(), "Connection failed! ");
+        for (const char* const typed : {"", "192.168.", "192.168.0.256"}) {
+            const EventCount progress(qApp, IsShownProgress);
+            Overtype(Find<QLineEdit>("txtIpAddress"), typed);
+            TheDeviceDatabase()->SetApplicationStatus(QString());
+            Press(Qt::Key_Return);
+            QCOMPARE(StatusLine(), "Connection failed! ");
+            QCOMPARE(ConnectionLine(), "Not Connected ");
+            QCOMPARE(progress.count, 0);
+        }
     }
 
     void returnInAnotherFieldDoesNothing()
@@ -209,39 +190,30 @@ private slots:
         Overtype(Find<QLineEdit>("txtEndIpAddress"), "192.168.1.2");
         Press(Qt::Key_Return);
         QCOMPARE(StatusLine(), "as it was");
-        ShowPage("Info");
     }
 
-    void theTabKeyWalksTheFieldsInReadingOrder_data()
-    {
-        QTest::addColumn<QString>("page");
-        QTest::addColumn<QStringList>("order");
-        const auto row = [](const char* page, const QStringList& fields) {
-            QTest::newRow(page) << QString::fromLatin1(page) << fields;
-        };
-        row("Info", {"txtMacAddress", "txtPartNumber", "txtProductIndex", "txtSerialNumber",
-                        "txtVersionNumber"});
-        row("IP Configuration", {"txtNewIpAddress", "txtNewSubnetMask"});
-        row("Azimuth Configuration",
-            {"0", "1", "2", "3", "4", "5", "6", "7", "8", "btnReadFromFile", "btnWriteToFile",
-                "btnReset", "listRotors", "txtRotorType"});
-        row("Detect Z&K Device",
-            {"txtStartIpAddress", "txtEndIpAddress", "btnFindDevices", "tblDetectDevices"});
-    }
     void theTabKeyWalksTheFieldsInReadingOrder()
     {
-        QFETCH(QString, page);
-        QFETCH(QStringList, order);
-        ShowPage(page.toLatin1().constData());
-        Click(Find<QLineEdit>("txtIpAddress"));
-        QStringList walked;
-        for (int steps = 0; steps < order.size() + 3; ++steps) {
-            Press(Qt::Key_Tab);
-            walked.append(QApplication::focusWidget()->objectName());
-        }
+        const QPair<const char*, QStringList> rows[] = {
+            {"Info", {"txtMacAddress", "txtPartNumber", "txtProductIndex", "txtSerialNumber",
+                         "txtVersionNumber"}},
+            {"IP Configuration", {"txtNewIpAddress", "txtNewSubnetMask"}},
+            {"Azimuth Configuration",
+                {"0", "1", "2", "3", "4", "5", "6", "7", "8", "btnReadFromFile", "btnWriteToFile",
+                    "btnReset", "listRotors", "txtRotorType"}},
+            {"Detect Z&K Device",
+                {"txtStartIpAddress", "txtEndIpAddress", "btnFindDevices", "tblDetectDevices"}}};
         const QStringList bar{"btnConnect", "qt_tabwidget_tabbar"};
-        QCOMPARE(walked, bar + order + QStringList{"txtIpAddress"});
-        ShowPage("Info");
+        for (const auto& [page, order] : rows) {
+            ShowPage(page);
+            Click(Find<QLineEdit>("txtIpAddress"));
+            QStringList walked;
+            for (int steps = 0; steps < order.size() + 3; ++steps) {
+                Press(Qt::Key_Tab);
+                walked.append(QApplication::focusWidget()->objectName());
+            }
+            QCOMPARE(walked, bar + order + QStringList{"txtIpAddress"});
+        }
     }
 
     void escapeBringsTheModelsValueBackIntoAField()
@@ -252,7 +224,6 @@ private slots:
         Press(Qt::Key_Escape);
         QCOMPARE(Cell(0)->text(), "5");
         QVERIFY(MainWindow()->isVisible());
-        ShowPage("Info");
     }
 
     // The key goes on to the window, which would close.
@@ -261,9 +232,10 @@ private slots:
         QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         escape.accept();
         auto* const button = Find<QPushButton>("btnConnect");
-        KeyWatch watch(MainWindow());
+        const EventCount keys(
+            MainWindow(), [](QObject*, QEvent::Type type) { return type == QEvent::KeyPress; });
         QCoreApplication::sendEvent(button, &escape);
-        QVERIFY(watch.Seen());
+        QCOMPARE(keys.count, 1);
     }
 
     void returnPressesTheButtonThatHasTheFocus()
@@ -276,7 +248,6 @@ private slots:
             Press(key);
             QCOMPARE(Cell(0)->text(), "30");
         }
-        ShowPage("Info");
     }
 
     void theTabKeyLeavesAnEmptyCell()
@@ -289,29 +260,27 @@ private slots:
         Press(Qt::Key_Backtab);
         QCOMPARE(QApplication::focusWidget(), Cell(0));
         Type("1");
-        ShowPage("Info");
     }
 
     void connectingShowsWhoTheUnitIs_data()
     {
-        QTest::addColumn<QString>("version");
         QTest::addColumn<bool>("newFirmware");
-        QTest::newRow("new firmware") << "3.10" << true;
-        QTest::newRow("old firmware") << "2.99" << false;
-        QTest::newRow("the first of the new") << "3.0" << true;
+        QTest::newRow("3.10") << true;
+        QTest::newRow("2.99") << false;
+        QTest::newRow("3.0") << true;
     }
     void connectingShowsWhoTheUnitIs()
     {
-        QFETCH(QString, version);
+        const QString version = QTest::currentDataTag();
         QFETCH(bool, newFirmware);
         SimulatorProcess unit({"--firmware", version, "--part", "1234.5678.02", "--serial",
             "000777", "--azimuth", "1,2,3,4,5,6,7,8,9,10,11,0", "--polar",
             "101,102,103,104,105,106,107,108,109,110,99,1", "--mask", "255.255.0.0"});
         QVERIFY(unit.IsReady());
-        const ShownProgress progress;
+        const EventCount progress(qApp, IsShownProgress);
         ConnectTo(unit.Address());
-        QVERIFY(progress.Count() > 0);
-        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
+        QVERIFY(progress.count > 0);
+        QCOMPARE(ConnectionLine(), "Connected to " + unit.Address());
         QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connected");
         QCOMPARE(StatusLine(),
             newFirmware ? "Eeprom data valid" : "Device motor configuration read successfully!");
@@ -343,7 +312,6 @@ private slots:
             QCOMPARE(Cell(8)->text(), "99");
             QCOMPARE(TextOf("txtRotorType"), "Pulse");
         }
-        ShowPage("Info");
     }
 
     void aLeadingZeroMakesAnOctetOctal()
@@ -353,19 +321,6 @@ private slots:
         ConnectTo("127.255.000.010");
         QCOMPARE(ConnectionLine(), "Connected to 127.255.0.8");
         TheDeviceCommunication()->Disconnect();
-    }
-
-    void connectingWhileConnectedClosesTheOldLinkAndReadsAnew()
-    {
-        SimulatorProcess unit;
-        QVERIFY(unit.IsReady());
-        ConnectTo(unit.Address());
-        unit.Forget();
-        Click(Find<QPushButton>("btnConnect"));
-        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
-        QVERIFY(unit.WaitForLine("disconnected"));
-        QVERIFY(unit.WaitForLine("connected "));
-        QCOMPARE(unit.Commands(), LoadCommands(true));
     }
 
     void whileItLoadsTheWindowTakesNoClicksAndNoClose()
@@ -417,9 +372,22 @@ private slots:
         TheDeviceDatabase()->ResetData();
     }
 
-    void aLostLinkTellsTheUserAndKeepsWhatIsKnown()
+    void connectingWhileConnectedClosesTheOldLinkAndReadsAnew()
     {
-        SimulatorProcess unit;
+        SimulatorProcess unit({"--firmware", "2.50"});
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        unit.Forget();
+        Click(Find<QPushButton>("btnConnect"));
+        QCOMPARE(ConnectionLine(), "Connected to " + unit.Address());
+        QVERIFY(unit.WaitForLine("disconnected"));
+        QVERIFY(unit.WaitForLine("connected "));
+        QCOMPARE(unit.Commands(), LoadCommands(false));
+    }
+
+    void aLostLinkTellsTheUserAndKeepsWhatIsKnownUntilTheNextConnect()
+    {
+        SimulatorProcess unit({"--firmware", "2.50"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
         const QString part = TextOf("txtPartNumber");
@@ -434,64 +402,78 @@ private slots:
         QVERIFY(!Find<QPushButton>("btnSendToDevice")->isEnabled());
         QVERIFY(!Find<QPushButton>("btnReceiveFromDevice")->isEnabled());
         QCOMPARE(Cells(), cells);
-        ShowPage("Info");
         QCOMPARE(TextOf("txtPartNumber"), part);
+
+        Click(Find<QPushButton>("btnConnect"));
+        QCOMPARE(ConnectionLine(), "Connected to " + unit.Address());
+        QVERIFY(Find<QPushButton>("btnSendToDevice")->isEnabled());
     }
 
-    void afterALossTheUserConnectsAgain()
+    void anAnswerInSingleBytesIsReadLikeAWholeOne()
     {
-        SimulatorProcess unit;
+        SimulatorProcess unit({"--fault", "bytewise", "--azimuth", "1,2,3,4,5,6,7,8,9,10,11,0"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
-        QVERIFY(unit.Tell("drop"));
         ShowPage("Azimuth Configuration");
-        Click(Find<QPushButton>("btnReceiveFromDevice"));
-        QCOMPARE(ConnectionLine(), "Not Connected ");
-        Click(Find<QPushButton>("btnConnect"));
-        QCOMPARE(ConnectionLine(), QString("Connected to ") + unit.Address());
-        QVERIFY(Find<QPushButton>("btnSendToDevice")->isEnabled());
-        ShowPage("Info");
+        QCOMPARE(Cells().mid(0, 8), (QStringList{"1", "2", "3", "6", "7", "8", "9", "10"}));
     }
 
-    void theFocusStaysWhereTheUserPutIt_data()
+    void aFaultOfTheIdentityLeavesTheUnitUnknownAndOld()
     {
-        QTest::addColumn<QString>("page");
-        QTest::addColumn<QString>("button");
-        QTest::newRow("Connect") << "Info"
-                                 << "btnConnect";
-        QTest::newRow("reading options") << "Options"
-                                         << "btnReadOptionsFromDevice";
-        QTest::newRow("receiving") << "Azimuth Configuration"
-                                   << "btnReceiveFromDevice";
-        QTest::newRow("sending") << "Pol/Eval Configuration"
-                                 << "btnSendToDevice";
-        QTest::newRow("changing the address") << "IP Configuration"
-                                              << "btnSendIpAddress";
-        QTest::newRow("searching") << "Detect Z&K Device"
-                                   << "btnFindDevices";
+        for (const char* const fault : {"silent:*IDN?", "wrong:*IDN?", "garbage:*IDN?"}) {
+            SimulatorProcess unit({"--fault", fault});
+            QVERIFY(unit.IsReady());
+            ConnectTo(unit.Address());
+            QCOMPARE(ConnectionLine(), "Connected to " + unit.Address());
+            for (const char* const name :
+                {"txtPartNumber", "txtSerialNumber", "txtVersionNumber"}) {
+                QVERIFY2(TextOf(name).isEmpty(), fault);
+            }
+            ShowPage("Azimuth Configuration");
+            QVERIFY2(!Find<QComboBox>("listRotors")->isVisible(), fault);
+        }
     }
+
+    void aResetAtAnyCommandOfTheLoadEndsNotConnected()
+    {
+        for (const char* const command :
+            {"*IDN?", "GET:OPTION:INTERNAL?", "GET:OPTION:DESC?", "CF0:1", "CF7:1"}) {
+            SimulatorProcess unit({"--fault", QString("resetting:") + command});
+            QVERIFY(unit.IsReady());
+            ConnectTo(unit.Address());
+            QVERIFY2(ConnectionLine() == "Not Connected ", command);
+            QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connect");
+            ShowPage("Azimuth Configuration");
+            QVERIFY(!Find<QPushButton>("btnSendToDevice")->isEnabled());
+        }
+    }
+
     void theFocusStaysWhereTheUserPutIt()
     {
-        QFETCH(QString, page);
-        QFETCH(QString, button);
-        SimulatorProcess unit;
+        SimulatorProcess unit({"--firmware", "2.50"});
         QVERIFY(unit.IsReady());
         ConnectTo(unit.Address());
-        ShowPage(page.toLatin1().constData());
-        if (page.startsWith("Detect")) {
-            Overtype(Find<QLineEdit>("txtStartIpAddress"), "127.0.0.1");
-            Overtype(Find<QLineEdit>("txtEndIpAddress"), "127.0.0.2");
+        ShowPage("Detect Z&K Device");
+        Overtype(Find<QLineEdit>("txtStartIpAddress"), "127.0.0.1");
+        Overtype(Find<QLineEdit>("txtEndIpAddress"), "127.0.0.2");
+        const QPair<const char*, const char*> rows[] = {{"Info", "btnConnect"},
+            {"Options", "btnReadOptionsFromDevice"},
+            {"Azimuth Configuration", "btnReceiveFromDevice"},
+            {"Pol/Eval Configuration", "btnSendToDevice"}, {"IP Configuration", "btnSendIpAddress"},
+            {"Detect Z&K Device", "btnFindDevices"}};
+        for (const auto& [page, button] : rows) {
+            ShowPage(page);
+            auto* const pressed = Find<QPushButton>(button);
+            pressed->setFocus(Qt::TabFocusReason);
+            for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
+                Press(key);
+                MainWindow()->activateWindow(); // where no window manager does
+                QVERIFY(QTest::qWaitForWindowActive(MainWindow()));
+                QVERIFY2(QApplication::focusWidget() == pressed, button);
+            }
+            QVERIFY2(pressed->isEnabled(), button);
+            QVERIFY(TheDeviceCommunication()->IsConnected());
         }
-        auto* const pressed = Find<QPushButton>(button.toLatin1().constData());
-        pressed->setFocus(Qt::TabFocusReason);
-        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
-            Press(key);
-            MainWindow()->activateWindow(); // where no window manager does
-            QVERIFY(QTest::qWaitForWindowActive(MainWindow()));
-            QCOMPARE(QApplication::focusWidget(), pressed);
-        }
-        QVERIFY(pressed->isEnabled());
-        QVERIFY(TheDeviceCommunication()->IsConnected());
     }
 };
 

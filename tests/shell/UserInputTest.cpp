@@ -126,20 +126,17 @@ private slots:
     {
         QTest::addColumn<QString>("page");
         QTest::addColumn<QString>("button");
-        const auto row = [](const char* page, const char* button) {
-            QTest::addRow("%s", button) << QString::fromLatin1(page) << QString::fromLatin1(button);
-        };
-        row("Info", "btnConnect");
-        row("Update FW", "btnSelectFirmware");
-        row("Update FW", "btnLoadFirmware");
-        row("Update FW", "btnUpdateFirmware");
-        row("IP Configuration", "btnSendIpAddress");
-        row("Azimuth Configuration", "btnReadFromFile");
-        row("Azimuth Configuration", "btnWriteToFile");
-        row("Pol/Eval Configuration", "btnReadFromFile");
-        row("Pol/Eval Configuration", "btnWriteToFile");
-        row("Options", "btnReadOptionsFromDevice");
-        row("Detect Z&K Device", "btnFindDevices");
+        const QPair<const char*, const char*> rows[] = {{"Info", "btnConnect"},
+            {"Update FW", "btnSelectFirmware"}, {"Update FW", "btnLoadFirmware"},
+            {"Update FW", "btnUpdateFirmware"}, {"IP Configuration", "btnSendIpAddress"},
+            {"Azimuth Configuration", "btnReadFromFile"},
+            {"Azimuth Configuration", "btnWriteToFile"},
+            {"Pol/Eval Configuration", "btnReadFromFile"},
+            {"Pol/Eval Configuration", "btnWriteToFile"}, {"Options", "btnReadOptionsFromDevice"},
+            {"Detect Z&K Device", "btnFindDevices"}};
+        for (const auto& [page, button] : rows) {
+            QTest::addRow("%s %s", page, button) << QString(page) << QString(button);
+        }
     }
     void noButtonWorksInsideTheSlotOfAnother()
     {
