@@ -65,13 +65,14 @@ QStringList CommandsOf(const sDISSECTION& seen)
     return commands;
 }
 
-QStringList ValuesOf(const sDISSECTION& seen, const char* name)
+/// Of a field, with blanks in between.
+QString ValuesOf(const sDISSECTION& seen, const char* name)
 {
     QStringList values;
     for (const sDISSECTED_PACKET& packet : seen.packets) {
         values += packet.Values(name);
     }
-    return values;
+    return values.join(' ');
 }
 
 /// Always the same numbers, so that a failure can be had again.
@@ -122,267 +123,222 @@ class DissectorCapturesTest : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void initTestCase();
-    void noSegmentIsLeftOut_data() { AddPasses(); }
-    void noSegmentIsLeftOut();
-    void inASessionWithoutFaultNothingIsFound();
-    void theSessionsHaveEveryCommandOfTheCatalogue();
-    void theFirmwareOfTheUpdateIsVerifiedToItsEnd();
-    void theUnitIsFoundAtItsNewAddress();
-    void everyFaultOfTheSimulatorHasACapture();
-    void aFaultIsFoundByWhatItDoes_data();
-    void aFaultIsFoundByWhatItDoes();
-    void theFiltersOfThePageFindSomethingInTheirCaptures();
-    void thePageNamesEveryFinding();
-    void damagedFramesGiveNoError_data() { AddPasses(); }
-    void damagedFramesGiveNoError();
-    void randomBytesGiveNoError_data() { AddPasses(); }
-    void randomBytesGiveNoError();
-    void anAnswerInManySegmentsIsPutTogether();
-
 private:
-    static QStringList Faults();
-    static QByteArray AllCaptures();
-    static void AddPasses();
-    void CheckThatEverythingIsShown(const CaptureFile& capture, Passes passes);
-
     QTemporaryDir folder;
     QString everything;
     QMap<QString, sDISSECTION> seenIn;
-};
 
-void DissectorCapturesTest::CheckThatEverythingIsShown(const CaptureFile& capture, Passes passes)
-{
-    const QString path = folder.filePath("capture.pcap");
-    QVERIFY(capture.Save(path));
-    QCOMPARE(CountPackets(path, "vx440 && !_ws.lua.error && !_ws.malformed.expert", passes),
-        capture.PacketCount());
-}
-
-void DissectorCapturesTest::initTestCase()
-{
-    if (!TsharkIsInstalled()) {
-        QSKIP("tshark is not installed");
+    static QStringList Faults()
+    {
+        QProcess simulator;
+        simulator.start(qEnvironmentVariable("VX440_SIMULATOR"), {"--list-faults"});
+        simulator.waitForFinished();
+        return Lines(simulator.readAllStandardOutput().constData());
     }
-    everything = folder.filePath("everything.pcap");
-    QFile file(everything);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(AllCaptures());
-    for (const QString& session : Sessions) {
-        seenIn.insert(session, Dissect(Path(session)));
-        QCOMPARE(seenIn[session].error, QString());
+
+    // One behind the other: a capture is a head, which is the same for all, and packets.
+    static QByteArray AllCaptures()
+    {
+        constexpr int head = 24;
+        QByteArray bytes;
+        QDirIterator captures(Path(""), {"*.pcap"}, QDir::Files, QDirIterator::Subdirectories);
+        while (captures.hasNext()) {
+            QFile capture(captures.next());
+            capture.open(QIODevice::ReadOnly);
+            const QByteArray content = capture.readAll();
+            bytes.append(bytes.isEmpty() ? content : content.mid(head));
+        }
+        return bytes;
     }
-}
 
-QStringList DissectorCapturesTest::Faults()
-{
-    QProcess simulator;
-    simulator.start(qEnvironmentVariable("VX440_SIMULATOR"), {"--list-faults"});
-    simulator.waitForFinished();
-    return Lines(simulator.readAllStandardOutput().constData());
-}
-
-// One behind the other: a capture is a head, which is the same for all, and packets.
-QByteArray DissectorCapturesTest::AllCaptures()
-{
-    constexpr int head = 24;
-    QByteArray bytes;
-    QDirIterator captures(Path(QString()), {"*.pcap"}, QDir::Files, QDirIterator::Subdirectories);
-    while (captures.hasNext()) {
-        QFile capture(captures.next());
-        capture.open(QIODevice::ReadOnly);
-        const QByteArray content = capture.readAll();
-        bytes.append(bytes.isEmpty() ? content : content.mid(head));
-    }
-    return bytes;
-}
-
-void DissectorCapturesTest::AddPasses()
-{
-    QTest::addColumn<Passes>("passes");
-    QTest::newRow("one pass") << Passes::One;
-    QTest::newRow("two passes") << Passes::Two;
-}
-
-void DissectorCapturesTest::noSegmentIsLeftOut()
-{
-    QFETCH(Passes, passes);
-    // What is sent again is seen once.
-    const QString leftOut = "tcp.len > 0 && !vx440 && !tcp.analysis.keep_alive && "
-                            "!tcp.analysis.retransmission || _ws.lua.error || _ws.malformed.expert";
-    QCOMPARE(CountPackets(everything, leftOut, passes), 0);
-}
-
-void DissectorCapturesTest::inASessionWithoutFaultNothingIsFound()
-{
-    QCOMPARE(QDir(Path(QString())).entryList({"*.pcap"}, QDir::Files), Sessions);
-    for (const QString& session : Sessions) {
-        QCOMPARE(Findings(seenIn[session]), QStringList());
-    }
-}
-
-void DissectorCapturesTest::theSessionsHaveEveryCommandOfTheCatalogue()
-{
-    const ProtocolPage page(PROTOCOL_PAGE);
-    QStringList seen;
-    for (const QString& session : Sessions) {
-        seen += CommandsOf(seenIn[session]);
-    }
-    seen.removeDuplicates();
-    seen.sort();
-    QStringList catalogue = page.TablesOf("Catalogue").value(0).Column(0);
-    catalogue.sort();
-    QCOMPARE(seen, catalogue);
-}
-
-void DissectorCapturesTest::theFirmwareOfTheUpdateIsVerifiedToItsEnd()
-{
-    const sDISSECTION seen = seenIn["firmware-update.pcap"];
-    QCOMPARE(CommandsOf(seen), Lines("*IDN?\nCF3\nCF3\nCF3\nCF4\nCF5\n*IDN?\nCF8"));
-    QCOMPARE(ValuesOf(seen, "block.sum.status"), Lines("1\n1\n1"));
-    QCOMPARE(ValuesOf(seen, "block.sequence"), Lines("0\n1\n2"));
-    QCOMPARE(ValuesOf(seen, "image.length"), Lines("3000"));
-    QCOMPARE(ValuesOf(seen, "end.sum.status") + ValuesOf(seen, "end.length.status"), Lines("1\n1"));
-    QCOMPARE(ValuesOf(seen, "acknowledgement"), Lines("1\n1\n1\n1"));
-    QCOMPARE(ValuesOf(seen, "identity.firmware"), Lines("3.10\n3.11"));
-}
-
-void DissectorCapturesTest::theUnitIsFoundAtItsNewAddress()
-{
-    const sDISSECTION seen = seenIn["address-change.pcap"];
-    QCOMPARE(CommandsOf(seen), Lines("*IDN?\nCF0\nCF0\nCF1\nCF0\nCF0"));
-    QCOMPARE(ValuesOf(seen, "ip"),
-        Lines("192.168.0.129\n192.168.0.129\n192.168.0.131\n192.168.0.131\n192.168.0.131"));
-}
-
-void DissectorCapturesTest::everyFaultOfTheSimulatorHasACapture()
-{
-    QStringList captures;
-    for (const QString& fault : Faults()) {
-        captures.append(fault + ".pcap");
-    }
-    captures.sort();
-    QCOMPARE(QDir(Path("faults")).entryList(QDir::Files), captures);
-}
-
-void DissectorCapturesTest::aFaultIsFoundByWhatItDoes_data()
-{
-    QTest::addColumn<QString>("findings");
-    const auto row = [](const char* fault, const char* findings) {
-        QTest::newRow(fault) << QString::fromLatin1(findings);
-    };
-    row("bytewise", "CF8 refused, HCF length, VCF length");
-    row("closing", "CF8 no_answer");
-    row("garbage", "*IDN? length, *IDN? not_understood, CF8 not_understood, GET:OPTION:DESC? "
-                   "length, GET:OPTION:INTERNAL? length, HCF length, VCF length");
-    row("long",
-        " unasked, CF8 not_understood, GET:OPTION:DESC? length, GET:OPTION:INTERNAL? length");
-    row("refusing", "CF8 refused");
-    row("resetting", "CF8 no_answer");
-    row("short", "*IDN? length, *IDN? not_understood, CF0 length, CF7 length, CF8 length, CF8 "
-                 "refused, GET:OPTION:DESC? length, GET:OPTION:INTERNAL? length");
-    row("silent", "*IDN? no_answer, CF0 no_answer, CF7 no_answer, CF8 no_answer, GET:OPTION:DESC? "
-                  "no_answer, GET:OPTION:INTERNAL? no_answer");
-    row("slow", " unasked, CF0 no_answer, CF7 no_answer, CF8 not_understood, GET:OPTION:DESC? "
-                "length, GET:OPTION:INTERNAL? length");
-    row("wrong", "*IDN? not_understood, CF8 not_understood, GET:OPTION:DESC? length, "
-                 "GET:OPTION:INTERNAL? length");
-}
-
-void DissectorCapturesTest::aFaultIsFoundByWhatItDoes()
-{
-    QFETCH(QString, findings);
-    const QString capture =
-        QString("faults/%1.pcap").arg(QString::fromLatin1(QTest::currentDataTag()));
-    QCOMPARE(Findings(Dissect(Path(capture))).join(", "), findings);
-}
-
-void DissectorCapturesTest::theFiltersOfThePageFindSomethingInTheirCaptures()
-{
-    const QVector<sPAGE_TABLE> tables = ProtocolPage(WIRESHARK_PAGE).TablesOf("What to look for");
-    QVERIFY(tables.value(0).rows.size() >= 3);
-    for (const QStringList& row : tables.value(0).rows) {
-        QVERIFY2(CountPackets(Path(row.value(2)), row.value(0), Passes::Two) > 0,
-            qPrintable(row.value(0)));
-    }
-    // The names are known: a filter with another one makes tshark fail.
-    const QString names = tables.value(1).Column(0).join(" || ");
-    QVERIFY(CountPackets(everything, names, Passes::One) > 0);
-}
-
-void DissectorCapturesTest::thePageNamesEveryFinding()
-{
-    QFile dissector(DISSECTOR);
-    QVERIFY(dissector.open(QIODevice::ReadOnly));
-    static const QRegularExpression Definition("define_expert\\(\"([a-z_]+)\"");
-    QRegularExpressionMatchIterator found =
-        Definition.globalMatch(QString::fromUtf8(dissector.readAll()));
-    QStringList defined;
-    while (found.hasNext()) {
-        defined.append(QString("vx440.expert.") + found.next().captured(1));
-    }
-    QStringList named =
-        ProtocolPage(WIRESHARK_PAGE).TablesOf("What to look for").value(1).Column(0);
-    defined.sort();
-    named.sort();
-    QCOMPARE(named, defined);
-}
-
-void DissectorCapturesTest::damagedFramesGiveNoError()
-{
-    QFETCH(Passes, passes);
-    const ProtocolPage page(PROTOCOL_PAGE);
-    Chance chance;
-    CaptureFile capture;
-    for (int round = 0; round < 20; ++round) {
-        capture.NewUnit();
-        for (const sWIRE_EXAMPLE& example : page.Examples()) {
-            WriteInSegments(
-                Damaged(example.request, chance), chance, [&capture](const QByteArray& bytes) {
-                    capture.FromTool(bytes, bytes.size() % 97 == 0);
-                });
-            capture.Wait(chance.Below(2) * 12);
-            WriteInSegments(Damaged(example.answer, chance), chance,
-                [&capture](const QByteArray& bytes) { capture.FromUnit(bytes); });
-            capture.Wait(chance.Below(2) * 12);
+    void CheckThatEverythingIsShown(const CaptureFile& capture)
+    {
+        const QString path = folder.filePath("capture.pcap");
+        QVERIFY(capture.Save(path));
+        for (const Passes passes : {Passes::One, Passes::Two}) {
+            QCOMPARE(CountPackets(path, "vx440 && !_ws.lua.error && !_ws.malformed.expert", passes),
+                capture.PacketCount());
         }
     }
-    CheckThatEverythingIsShown(capture, passes);
-}
 
-void DissectorCapturesTest::randomBytesGiveNoError()
-{
-    QFETCH(Passes, passes);
-    Chance chance;
-    CaptureFile capture;
-    for (int packet = 0; packet < 1000; ++packet) {
-        if (packet % 50 == 0) {
+private slots:
+    void initTestCase()
+    {
+        if (!TsharkIsInstalled()) {
+            QSKIP("tshark is not installed");
+        }
+        everything = folder.filePath("everything.pcap");
+        QFile file(everything);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(AllCaptures());
+        for (const QString& session : Sessions) {
+            seenIn.insert(session, Dissect(Path(session)));
+            QCOMPARE(seenIn[session].error, QString());
+        }
+    }
+
+    void noSegmentIsLeftOut()
+    {
+        // What is sent again is seen once.
+        const QString leftOut =
+            "tcp.len > 0 && !vx440 && !tcp.analysis.keep_alive && "
+            "!tcp.analysis.retransmission || _ws.lua.error || _ws.malformed.expert";
+        QCOMPARE(CountPackets(everything, leftOut, Passes::One), 0);
+        QCOMPARE(CountPackets(everything, leftOut, Passes::Two), 0);
+    }
+
+    void theSessionsHaveEveryCommandOfTheCatalogueAndNothingIsFound()
+    {
+        QCOMPARE(QDir(Path("")).entryList({"*.pcap"}, QDir::Files), Sessions);
+        QStringList seen;
+        for (const QString& session : Sessions) {
+            QCOMPARE(Findings(seenIn[session]), QStringList());
+            seen += CommandsOf(seenIn[session]);
+        }
+        seen.removeDuplicates();
+        seen.sort();
+        QStringList catalogue =
+            ProtocolPage(PROTOCOL_PAGE).TablesOf("Catalogue").value(0).Column(0);
+        catalogue.sort();
+        QCOMPARE(seen, catalogue);
+    }
+
+    void theFirmwareOfTheUpdateIsVerifiedToItsEnd()
+    {
+        const sDISSECTION seen = seenIn["firmware-update.pcap"];
+        QCOMPARE(CommandsOf(seen).join(' '), "*IDN? CF3 CF3 CF3 CF4 CF5 *IDN? CF8");
+        const QPair<const char*, const char*> rows[] = {{"block.sum.status", "1 1 1"},
+            {"block.sequence", "0 1 2"}, {"image.length", "3000"}, {"end.sum.status", "1"},
+            {"end.length.status", "1"}, {"acknowledgement", "1 1 1 1"},
+            {"identity.firmware", "3.10 3.11"}};
+        for (const auto& row : rows) {
+            QCOMPARE(ValuesOf(seen, row.first), row.second);
+        }
+    }
+
+    void theUnitIsFoundAtItsNewAddress()
+    {
+        const sDISSECTION seen = seenIn["address-change.pcap"];
+        QCOMPARE(CommandsOf(seen).join(' '), "*IDN? CF0 CF0 CF1 CF0 CF0");
+        QCOMPARE(ValuesOf(seen, "ip"),
+            "192.168.0.129 192.168.0.129 192.168.0.131 192.168.0.131 192.168.0.131");
+    }
+
+    void everyFaultOfTheSimulatorHasACaptureInWhichItIsFoundByWhatItDoes()
+    {
+        const QMap<QString, QString> rows{
+            {"bytewise", "CF8 refused, HCF length, VCF length"},
+            {"closing", "CF8 no_answer"},
+            {"garbage", "*IDN? length, *IDN? not_understood, CF8 not_understood, GET:OPTION:DESC? "
+                        "length, GET:OPTION:INTERNAL? length, HCF length, VCF length"},
+            {"long", " unasked, CF8 not_understood, GET:OPTION:DESC? length, GET:OPTION:INTERNAL? "
+                     "length"},
+            {"refusing", "CF8 refused"},
+            {"resetting", "CF8 no_answer"},
+            {"short", "*IDN? length, *IDN? not_understood, CF0 length, CF7 length, CF8 length, CF8 "
+                      "refused, GET:OPTION:DESC? length, GET:OPTION:INTERNAL? length"},
+            {"silent", "*IDN? no_answer, CF0 no_answer, CF7 no_answer, CF8 no_answer, "
+                       "GET:OPTION:DESC? no_answer, GET:OPTION:INTERNAL? no_answer"},
+            {"slow", " unasked, CF0 no_answer, CF7 no_answer, CF8 not_understood, GET:OPTION:DESC? "
+                     "length, GET:OPTION:INTERNAL? length"},
+            {"wrong", "*IDN? not_understood, CF8 not_understood, GET:OPTION:DESC? length, "
+                      "GET:OPTION:INTERNAL? length"},
+        };
+        QStringList faults = Faults();
+        faults.sort();
+        QCOMPARE(QStringList(rows.keys()), faults);
+        QCOMPARE(QDir(Path("faults")).entryList(QDir::Files),
+            (faults.join(".pcap ") + ".pcap").split(' '));
+        for (auto row = rows.cbegin(); row != rows.cend(); ++row) {
+            const sDISSECTION seen = Dissect(Path("faults/" + row.key() + ".pcap"));
+            QCOMPARE(row.key() + ": " + Findings(seen).join(", "), row.key() + ": " + row.value());
+        }
+    }
+
+    void theFiltersOfThePageFindSomethingInTheirCaptures()
+    {
+        const QVector<sPAGE_TABLE> tables =
+            ProtocolPage(WIRESHARK_PAGE).TablesOf("What to look for");
+        QVERIFY(tables.value(0).rows.size() >= 3);
+        for (const QStringList& row : tables.value(0).rows) {
+            QVERIFY2(CountPackets(Path(row.value(2)), row.value(0), Passes::Two) > 0,
+                qPrintable(row.value(0)));
+        }
+        // The names are known: a filter with another one makes tshark fail.
+        const QString names = tables.value(1).Column(0).join(" || ");
+        QVERIFY(CountPackets(everything, names, Passes::One) > 0);
+    }
+
+    void thePageNamesEveryFinding()
+    {
+        QFile dissector(DISSECTOR);
+        QVERIFY(dissector.open(QIODevice::ReadOnly));
+        static const QRegularExpression Definition("define_expert\\(\"([a-z_]+)\"");
+        auto found = Definition.globalMatch(QString::fromUtf8(dissector.readAll()));
+        QStringList defined;
+        while (found.hasNext()) {
+            defined.append("vx440.expert." + found.next().captured(1));
+        }
+        QStringList named =
+            ProtocolPage(WIRESHARK_PAGE).TablesOf("What to look for").value(1).Column(0);
+        defined.sort();
+        named.sort();
+        QCOMPARE(named, defined);
+    }
+
+    void damagedFramesGiveNoError()
+    {
+        const ProtocolPage page(PROTOCOL_PAGE);
+        Chance chance;
+        CaptureFile capture;
+        for (int round = 0; round < 20; ++round) {
             capture.NewUnit();
+            for (const sWIRE_EXAMPLE& example : page.Examples()) {
+                WriteInSegments(
+                    Damaged(example.request, chance), chance, [&capture](const QByteArray& bytes) {
+                        capture.FromTool(bytes, bytes.size() % 97 == 0);
+                    });
+                capture.Wait(chance.Below(2) * 12);
+                WriteInSegments(Damaged(example.answer, chance), chance,
+                    [&capture](const QByteArray& bytes) { capture.FromUnit(bytes); });
+                capture.Wait(chance.Below(2) * 12);
+            }
         }
-        const QByteArray bytes = chance.Bytes(1 + chance.Below(1400));
-        if (chance.Below(2) == 0) {
-            capture.FromTool(bytes);
-        } else {
-            capture.FromUnit(bytes);
-        }
-        capture.Wait(chance.Below(20));
+        CheckThatEverythingIsShown(capture);
     }
-    capture.FromTool(QByteArray(1400, '\r'));
-    CheckThatEverythingIsShown(capture, passes);
-}
 
-void DissectorCapturesTest::anAnswerInManySegmentsIsPutTogether()
-{
-    CaptureFile capture;
-    capture.FromTool(QByteArray::fromHex("4346370D13880000"));
-    for (int i = 0; i < 5000; ++i) {
-        capture.FromUnit("x");
+    void randomBytesGiveNoError()
+    {
+        Chance chance;
+        CaptureFile capture;
+        for (int packet = 0; packet < 1000; ++packet) {
+            if (packet % 50 == 0) {
+                capture.NewUnit();
+            }
+            const QByteArray bytes = chance.Bytes(1 + chance.Below(1400));
+            if (chance.Below(2) == 0) {
+                capture.FromTool(bytes);
+            } else {
+                capture.FromUnit(bytes);
+            }
+            capture.Wait(chance.Below(20));
+        }
+        capture.FromTool(QByteArray(1400, '\r'));
+        CheckThatEverythingIsShown(capture);
     }
-    const QString path = folder.filePath("capture.pcap");
-    QVERIFY(capture.Save(path));
-    QCOMPARE(CountPackets(path, "vx440.answer && vx440.segments == 5000", Passes::Two), 1);
-}
+
+    void anAnswerInManySegmentsIsPutTogether()
+    {
+        CaptureFile capture;
+        capture.FromTool(QByteArray::fromHex("4346370D13880000"));
+        for (int i = 0; i < 5000; ++i) {
+            capture.FromUnit("x");
+        }
+        const QString path = folder.filePath("capture.pcap");
+        QVERIFY(capture.Save(path));
+        QCOMPARE(CountPackets(path, "vx440.answer && vx440.segments == 5000", Passes::Two), 1);
+    }
+};
 
 QTEST_APPLESS_MAIN(DissectorCapturesTest)
 #include "DissectorCapturesTest.moc"
