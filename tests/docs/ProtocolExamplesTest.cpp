@@ -162,8 +162,13 @@ QString Validate(CDeviceCommunication& device)
     return Acknowledged(device.ValidateFirmware(), device);
 }
 
-QVector<sCALL> CallsThatRead()
+// All of them: those that read, those that change without an answer, and those that are
+// acknowledged.
+QVector<sCALL> Calls()
 {
+    const QString sent = "sent";
+    const QString done = "true, result 1";
+    const QString refused = "false, result 0";
     return {
         {"*IDN?", [](auto& d) { return d.ReadIdentity(); },
             "ZELMA&KOVINTH,VX440,1234.5678.02/123456,3.10\r"},
@@ -178,13 +183,6 @@ QVector<sCALL> CallsThatRead()
         {"GET:OPTION:INTERNAL?", [](auto& d) { return d.ReadOptions(); }, Options + '\r'},
         {"GET:OPTION:DESC?", [](auto& d) { return d.ReadOptionDescriptions(); },
             Descriptions + '\r'},
-    };
-}
-
-QVector<sCALL> CallsThatChange()
-{
-    const QString sent = "sent";
-    return {
         {"CF1",
             [](auto& d) {
                 return Sent(
@@ -200,14 +198,6 @@ QVector<sCALL> CallsThatChange()
         {"CF4", FirmwareEndCall(SmallFile), sent},
         {"CF4 of two", FirmwareEndCall(TwoBlockFile), sent},
         {"CF5", [](auto& d) { return Sent(d.StartFirmwareUpdate()); }, sent},
-    };
-}
-
-QVector<sCALL> CallsThatAreAcknowledged()
-{
-    const QString done = "true, result 1";
-    const QString refused = "false, result 0";
-    return {
         {"CF3", FirmwareBlockCall(SmallFile, 0), done},
         {"CF3 first of two", FirmwareBlockCall(TwoBlockFile, 0), done},
         {"CF3 last of two", FirmwareBlockCall(TwoBlockFile, 1), done},
@@ -227,11 +217,6 @@ QVector<sCALL> CallsThatAreAcknowledged()
     };
 }
 
-QVector<sCALL> Calls()
-{
-    return CallsThatRead() + CallsThatChange() + CallsThatAreAcknowledged();
-}
-
 // What a command of that kind of answer waits for when the answer is there at once.
 QList<int> WaitsFor(const QString& kind, int answerLength)
 {
@@ -246,36 +231,27 @@ QList<int> WaitsFor(const QString& kind, int answerLength)
     return waits;
 }
 
-QString NumbersOf(const QByteArray& words)
+// The big-endian numbers of so many bytes each.
+QString NumbersOf(const QByteArray& bytes, int size, const char* separator)
 {
     QStringList numbers;
-    for (int i = 0; i + 1 < words.size(); i += 2) {
-        numbers.append(QString::number(
-            static_cast<uchar>(words.at(i)) << 8 | static_cast<uchar>(words.at(i + 1))));
+    for (int i = 0; i + size <= bytes.size(); i += size) {
+        numbers.append(QString::number(bytes.mid(i, size).toHex().toInt(nullptr, 16)));
     }
-    return numbers.join(' ');
-}
-
-QString DottedOctets(const QByteArray& octets)
-{
-    QStringList numbers;
-    for (const char octet : octets) {
-        numbers.append(QString::number(static_cast<uchar>(octet)));
-    }
-    return numbers.join('.');
+    return numbers.join(separator);
 }
 
 // The bytes of a block's field, written as the field's kind is.
 QString FieldText(const QString& content, const QByteArray& bytes)
 {
     if (content.contains("parameters")) {
-        return NumbersOf(bytes);
+        return NumbersOf(bytes, 2, " ");
     }
     if (content == "MAC address") {
         return QString::fromLatin1(bytes.toHex(':').toUpper());
     }
     const bool isAddress = content == "IP address" || content == "subnet mask";
-    return isAddress ? DottedOctets(bytes) : QString();
+    return isAddress ? NumbersOf(bytes, 1, ".") : QString();
 }
 
 bool IsRequestTable(const sPAGE_TABLE& table)
