@@ -8,7 +8,8 @@
 /// Asks the unit for its identity and the system for its MAC address, and stores MAC address, part
 /// number, serial number and firmware version in the model: empty texts for what did not come, and
 /// for all four while the link is down. The version keeps the carriage return of the unit's answer.
-/// Blocks for about 50 ms, and as long as the resolution takes.
+/// Blocks for about 50 ms, or two seconds when the unit is silent, and then as long as the
+/// resolution takes.
 void ReadDeviceInfo();
 
 /// The identity text that the long CF2 carries: the unit's answer to "*IDN?" without the version.
