@@ -102,7 +102,7 @@ void CTabMotorConfiguration::SetUpTable()
     table->setRowCount(headerLabels.size());
     table->setColumnCount(1);
     table->setVerticalHeaderLabels(headerLabels);
-    table->setHorizontalHeaderLabels({QStringLiteral("Value")}); // which only a screen reader tells
+    table->setHorizontalHeaderLabels({QStringLiteral("Value")}); // for screen readers
     table->horizontalHeader()->setVisible(false);
     table->verticalHeader()->setFixedWidth(RowHeaderWidth);
     table->setColumnWidth(ValueColumn, ValueWidth);
@@ -145,7 +145,7 @@ void CTabMotorConfiguration::TellCell(int row, const QString& text)
     table->item(row, ValueColumn)->setData(Qt::AccessibleTextRole, text);
 }
 
-// The edits are made behind the form's widgets; the key is to walk them in place of the table.
+// The edits are made after the form's widgets. The Tab key walks them where the table stands.
 void CTabMotorConfiguration::OrderTabKey()
 {
     QWidget* previous = ui->tblMotorConfiguration;
@@ -244,14 +244,16 @@ void CTabMotorConfiguration::ReadParamValuesFromUi()
             continue;
         }
         const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
-        if (!edit->hasAcceptableInput()) {
+        QString text = edit->text();
+        int position = 0;
+        if (edit->validator()->validate(text, position) != QValidator::Acceptable) {
             TheDeviceDatabase()->SetMotorValidationError(motor,
                 QStringLiteral("Invalid value for ") + MotorNames.value(motor) + QLatin1Char(' ') +
                     MotorParameterNames.value(range.parameterId) + QLatin1Char('!'));
             return;
         }
         TheDeviceDatabase()->SetMotorParameter(
-            motor, range.parameterId, static_cast<ushort>(edit->text().toInt()));
+            motor, range.parameterId, static_cast<ushort>(text.toInt()));
     }
     TheDeviceDatabase()->SetMotorValidationError(motor, QString());
 }
@@ -278,7 +280,8 @@ void CTabMotorConfiguration::SendConfigurationButtonClicked()
     database->SetApplicationStatus(SendTable());
 }
 
-// The text that the status line ends with. A value out of range reads there as a missing link.
+// Gives the text that the status line ends with. It is the same for a value out of range as for a
+// missing link.
 QString CTabMotorConfiguration::SendTable()
 {
     if (!TheDeviceDatabase()->GetMotorValidationError(motor).isEmpty() ||
@@ -432,8 +435,8 @@ bool CTabMotorConfiguration::eventFilter(QObject* watched, QEvent* event)
     return true;
 }
 
-// The wheel over the closed list would replace the whole table, and a key that a field has left
-// would end up in another.
+// The wheel over the closed list would replace the whole table. A key that a field does not take
+// would end up in another field.
 bool CTabMotorConfiguration::IsLeftToOthers(const QObject* watched, const QEvent& event) const
 {
     const bool isWheelOverList = watched == ui->listRotors && event.type() == QEvent::Wheel;
@@ -441,8 +444,8 @@ bool CTabMotorConfiguration::IsLeftToOthers(const QObject* watched, const QEvent
     return isWheelOverList || isKeyOfTable;
 }
 
-// A value above the maximum comes from the unit or a file. Once its text is invalid a line edit
-// takes every key.
+// A value above the maximum can come from the unit or a file. A line edit with such a text takes
+// every key.
 void CTabMotorConfiguration::KeepFromGrowing(QLineEdit& edit, QString before)
 {
     int position = edit.cursorPosition();
