@@ -10,15 +10,15 @@ class CArpCacheAccess
 public:
     CArpCacheAccess();
 
-    /// Makes the system resolve an address, in network byte order, and blocks until it has an
-    /// answer or has given up: some seconds for a silent address. The outcome shows in the table
-    /// only.
+    /// Makes the system resolve an address, in network byte order. Blocks until the system has an
+    /// answer or has given up, which takes some seconds for a silent address. The outcome shows in
+    /// the table only.
     explicit CArpCacheAccess(quint32 ipAddress);
 
     ~CArpCacheAccess();
 
-    /// Deletes one row after the other and stops at the first that the system refuses, without the
-    /// privilege the very first. Always false.
+    /// Deletes the rows one by one and stops at the first that the system refuses. Without the
+    /// privilege that is the very first. Always false.
     bool ClearArpCache();
 
     /// Looks up a dotted address without leading zeros. False, and `mac` as it was, when the table

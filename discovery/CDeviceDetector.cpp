@@ -10,7 +10,7 @@ namespace {
 
 constexpr int Octets = 4;
 
-// The two waits of an address leave its thread the time to pick it up, and keep the rate of
+// These two waits give an address' thread the time to pick it up. They also keep the rate of
 // requests at twelve a second.
 constexpr unsigned WaitBeforeCancelCheckMs = 5;
 constexpr unsigned WaitBeforeNextAddressMs = 80;

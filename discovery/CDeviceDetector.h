@@ -20,17 +20,18 @@ public:
     explicit CDeviceDetector(QObject* parent = nullptr);
     ~CDeviceDetector() override;
 
-    /// Searches the start address's /24 network from the last octet of `startIp` to that of
-    /// `endIp`, and emits DeviceFound() for each host that is in the system's table afterwards.
-    /// Blocks for 85 ms an address and keeps the window alive through `progress`, whose closing
-    /// cancels. False when the range is refused or the search was cancelled.
+    /// Searches the /24 network of the start address, from the last octet of `startIp` to that of
+    /// `endIp`. Emits DeviceFound() for each host that is in the system's table afterwards. Blocks
+    /// for 85 ms an address and keeps the window alive through `progress`. Closing that dialog
+    /// cancels the search. False when the range is refused or the search was cancelled.
     bool SearchDevices(const QString& startIp, const QString& endIp, QProgressDialog* progress);
 
     /// Looks at the last octets only: both from 1 to 255, and in order.
     bool IsValidIpRange(const QString& startIp, const QString& endIp) const;
 
-    /// The MAC address of one host. Empties `mac`, blocks until the system has resolved the address
-    /// or given up, some seconds for a silent one, and answers whether the system's table has it.
+    /// The MAC address of one host. Empties `mac` first. Blocks until the system has resolved the
+    /// address or given up, which takes some seconds for a silent one. True when the system's table
+    /// has the address.
     bool ResolveMacAddress(const QString& ip, QString& mac);
 
     void OnThreadStart() override;
@@ -38,7 +39,7 @@ public:
     void OnThreadEnd() override;
 
 signals:
-    /// Each host in the table, whoever made it.
+    /// Emitted for each host in the system's table, whoever made it known to the system.
     void DeviceFound(sDEVICE sDeviceToAdd);
 
 private:

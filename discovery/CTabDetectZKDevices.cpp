@@ -41,7 +41,7 @@ CTabDetectZKDevices::CTabDetectZKDevices(QWidget* parent)
     , ui(new Ui::TabDetectZKDevices)
 {
     ui->setupUi(this);
-    ui->btnFindDevices->setShortcut(QKeySequence()); // its ampersand makes one of Alt and K
+    ui->btnFindDevices->setShortcut(QKeySequence()); // or its ampersand makes Alt+K press it
     ui->tblDetectDevices->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     ui->txtStartIpAddress->installEventFilter(this);
     ui->txtEndIpAddress->installEventFilter(this);

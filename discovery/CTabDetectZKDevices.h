@@ -9,8 +9,8 @@ namespace Ui {
 class TabDetectZKDevices;
 }
 
-/// The tab that lists the units of an address range. A unit is known by the maker's MAC address
-/// prefix alone; nothing connects to it, and the connection to a unit plays no part here.
+/// Lists the units of an address range. A unit is known by the MAC address prefix of its maker
+/// alone. Nothing connects to it, and the connection to a unit plays no part here.
 class CTabDetectZKDevices : public CTabBaseClass
 {
     Q_OBJECT
@@ -24,8 +24,8 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public slots:
-    /// Searches the range of the two fields and blocks until it has, 22 s for a whole network, or
-    /// until its progress dialog is closed.
+    /// Searches the range of the two fields. Blocks until that is done, 22 s for a whole network,
+    /// or until the user closes the progress dialog.
     void FindZKDevicesButtonClicked();
 
     /// Adds a row for a unit. Other hosts are dropped.

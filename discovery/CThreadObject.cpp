@@ -9,7 +9,7 @@ std::atomic<qint32> nextInstanceNumber{0};
 
 } // namespace
 
-// Between an object and its threads. It outlives the object while a thread still holds it.
+// Stands between an object and its threads. It outlives the object while a thread still holds it.
 class CThreadObject::Gate
 {
 public:
@@ -48,8 +48,8 @@ public:
     }
 
 private:
-    // Counted before it looks: Close() either sees the thread, or the thread sees that it is
-    // closed.
+    // Counts the thread before it looks. So either Close() sees the thread, or the thread sees that
+    // the gate is closed.
     bool Enter()
     {
         ++threadsInside;

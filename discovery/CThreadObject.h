@@ -6,9 +6,9 @@
 
 #include <memory>
 
-/// An object with work for system threads of its own: each StartThread() is one more run of it, and
-/// several may run at once. Nobody waits for a thread, and one that is still at work when the
-/// object goes does no harm as long as it has left the object (LeaveObject()).
+/// An object that does its work in system threads. Each StartThread() starts one more, and several
+/// may run at once. Nobody waits for them. A thread may outlive the object once it has left it by
+/// LeaveObject().
 class CThreadObject : public CShareableObject
 {
 public:
@@ -38,13 +38,13 @@ public:
     platform::SystemHandle GetThreadHandle() const;
 
 protected:
-    /// For ThreadMain() before it blocks: from here on the calling thread must not touch the
-    /// object, which may then be destroyed without waiting for it. Does nothing in any other
+    /// For ThreadMain() to call before it blocks. From then on the calling thread must not touch
+    /// the object, whose destruction does not wait for it any more. Does nothing in any other
     /// thread.
     void LeaveObject();
 
-    /// The first statement of the destructor of a class that implements the operations: waits for
-    /// the threads that are inside one, and keeps all others from entering.
+    /// The destructor of each class that implements the operations calls this first. Waits for the
+    /// threads that are inside one of them, and keeps all others out.
     void CloseToThreads();
 
 private:

@@ -28,8 +28,7 @@ constexpr int SequenceOffset = 4;
 constexpr int DataOffset = 20;
 using Block = std::array<uchar, DataOffset + FirmwareStream::DataSize>;
 
-/// One transfer: the blocks of a stream on their way, each sent once and acknowledged before the
-/// next.
+/// One transfer. It sends each block once, and waits for its acknowledgement before the next.
 class Transfer
 {
 public:
@@ -39,8 +38,8 @@ public:
     {
     }
 
-    /// Whether all blocks went through. Otherwise `error` tells why, or stays as it is where there
-    /// is nothing to tell.
+    /// Whether all blocks went through. If not, `error` tells why. It stays as it is when there is
+    /// nothing to tell.
     bool SendBlocks(QString& error)
     {
         for (quint16 block = 0; block < stream.BlockCount(); ++block) {
@@ -65,7 +64,7 @@ public:
     }
 
 private:
-    // False when the user has closed the dialog, which each byte looks at.
+    // Looks at the dialog for each byte. False when the user has closed it.
     bool FillBlock(quint16 block)
     {
         payload.fill(0);
@@ -201,7 +200,7 @@ bool CTabLoadFirmware::SendFirmwareFile(QString& error)
     CCustomProgressDialog progress(
         QStringLiteral("Do Firmware Update..."), 0, static_cast<int>(stream.Size()), this);
     progress.setLabelText(QStringLiteral("Sending %1 bytes...").arg(stream.Size()));
-    progress.setAutoReset(false); // the last block is still on its way when all bytes are in it
+    progress.setAutoReset(false); // else it would close while the last block is on its way
     Transfer transfer(stream, progress);
     const bool acknowledged = available && transfer.SendBlocks(error);
     progress.setValue(stream.BlockCount());

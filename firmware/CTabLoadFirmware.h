@@ -11,8 +11,8 @@ namespace Ui {
 class TabLoadFirmware;
 }
 
-/// The three steps of a firmware update: choose an image, copy it into the unit, have the unit
-/// install it. The image is not looked into; whether it is one is for the unit to say.
+/// The three steps of a firmware update: choose an image, copy it into the unit, let the unit
+/// install it. The tool does not look into the image. The unit judges it.
 class CTabLoadFirmware : public CTabBaseClass
 {
     Q_OBJECT
@@ -25,8 +25,8 @@ public:
     void UpdateControls() override;
 
 signals:
-    /// The unit has had its time to install and the link is down. Whoever takes this has tried to
-    /// connect again, and has called ValidateFirmwareUpdate(), when the emission comes back.
+    /// Emitted when the unit has had its time to install and the link is down. The receiver tries
+    /// to connect again and calls ValidateFirmwareUpdate() before the emission comes back.
     void ReconnectAfterFirmwareUpDate();
 
 public slots:
@@ -36,8 +36,8 @@ public slots:
     /// Blocks for the 30 seconds in which the unit installs, and then for the reconnection.
     void FirmwareUpdateButtonClicked();
     /// Tells the unit that the update is taken over, tells the user, and closes the update's
-    /// dialog. 1 when the unit could be told, whatever it answered; otherwise 0. Waits for the
-    /// answer, ten seconds at least when there is none.
+    /// dialog. 1 when the unit could be told, whatever it answered, otherwise 0. Waits for the
+    /// answer. Without one that takes ten seconds or more.
     RAVOBoolean ValidateFirmwareUpdate();
 
 private:

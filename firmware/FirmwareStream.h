@@ -4,18 +4,18 @@
 
 #include <array>
 
-/// What travels in the blocks of a firmware transfer: a head of 64 bytes, which is zero but for the
-/// image's length, and the image as it stands.
+/// The bytes that a firmware transfer sends in its blocks: a head of 64 bytes, then the image as it
+/// is. The head holds the image's length, and zeros.
 class FirmwareStream
 {
 public:
-    /// Of the stream, in each block but the last.
+    /// Bytes of the stream in each block but the last.
     static constexpr quint32 DataSize = 1200;
 
-    /// The image is looked at, not copied: it has to outlive the stream.
+    /// The image is not copied: it has to outlive the stream.
     explicit FirmwareStream(const QByteArray& image);
 
-    /// In bytes, the head among them.
+    /// In bytes, with the head.
     quint32 Size() const { return size; }
     /// As the unit counts them, in 16 bits.
     quint16 BlockCount() const;

@@ -8,8 +8,8 @@ class CDeviceCommunication;
 class QProgressDialog;
 
 /// Reads the two regions of the unit's EEPROM, the device's and the board's. A request takes a
-/// second, and so does one that cannot be sent. Bytes that the unit leaves out read as 255: only a
-/// block that is not valid tells of it. Serves one operation.
+/// second, even when it cannot be sent. Bytes that the unit leaves out read as 255, and nothing
+/// tells so but a block that is not valid. Serves one operation.
 class CBoardDataAccess : public QObject
 {
     Q_OBJECT

@@ -43,8 +43,8 @@ QString NotConnectedText()
     return QStringLiteral("Not connected to any device!");
 }
 
-// At most a region. Empty, with what to tell the user in `message`, when the file cannot be read. A
-// pipe or a device is no file: it may have no end.
+// Reads at most a region. When the file cannot be read, gives nothing and sets `message` to what
+// the user is told. So it does for a pipe or a device, which may have no end.
 QByteArray ReadRegionFrom(QFile& file, QString& message)
 {
     QByteArray data;
@@ -206,7 +206,7 @@ void CTabBoardDataNew::BoardDataFileSelector()
 
 void CTabBoardDataNew::SelectDataFile(FileKind kind)
 {
-    DeviceDataFile.setFileName(QString()); // for either kind
+    DeviceDataFile.setFileName(QString()); // whichever kind is chosen
     const QString name = QFileDialog::getOpenFileName(
         this, QStringLiteral("Open bin files"), QString(), QStringLiteral("files *.bin"));
     QFile& file = kind == DeviceFile ? DeviceDataFile : BoardDataFile;
@@ -261,7 +261,7 @@ void CTabBoardDataNew::WriteDataFile(quint16 offset, QFile& file)
         ReadBlockData();
     }
     dialog.setValue(data.size());
-    database->SetApplicationStatus(result); // in place of what the reading has said
+    database->SetApplicationStatus(result); // ReadBlockData() has set its own
     dialog.close();
     ProcessEventsBesidesInput();
 }

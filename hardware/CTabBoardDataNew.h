@@ -11,10 +11,10 @@ namespace Ui {
 class TabBoardDataNew;
 }
 
-/// The hardware data of the unit's two EEPROM regions. In the tool's window it has no page: there
+/// The hardware data of the unit's two EEPROM regions. It has no page in the tool's window. There
 /// it only reads the data into the model after each connection to firmware 3.0 or later.
 ///
-/// A `set` is 0 for the device region and 1 for the board region, as in the model.
+/// A `set` is a CDeviceDatabase::Set.
 class CTabBoardDataNew : public CTabBaseClass
 {
     Q_OBJECT
@@ -31,8 +31,8 @@ public:
 public slots:
     void DeviceDataFileSelector();
     void BoardDataFileSelector();
-    /// These write the first 1200 bytes of the chosen file, but the last of them, and read the
-    /// blocks back. A file that cannot be read is written as one without bytes.
+    /// These write the first 1200 bytes of the chosen file, without the last of them, and read the
+    /// blocks back. A file that cannot be read counts as empty.
     void DeviceDataWriteButtonClicked();
     void BoardDataWriteButtonClicked();
     /// Saves both regions as files and reads the blocks. Takes twelve seconds.
@@ -58,7 +58,7 @@ private:
     void ApplyRowToDatabase(const QStringList& texts, int set);
 
     QScopedPointer<Ui::TabBoardDataNew> ui;
-    // Named but closed between the choice and the writing.
+    // Between the choice and the writing these have a name, but are closed.
     QFile DeviceDataFile;
     QFile BoardDataFile;
 };

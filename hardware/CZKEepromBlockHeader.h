@@ -2,8 +2,8 @@
 
 #include <QVector>
 
-/// The first 8 of the 44 bytes that each region of the unit's EEPROM begins with, and the reader of
-/// its numbers. Every reader takes its bytes off the front of the caller's vector. Numbers are
+/// The first 8 of the 44 bytes at the beginning of each region of the unit's EEPROM, and the reader
+/// of its numbers. Every reader takes its bytes off the front of the caller's vector. Numbers are
 /// little-endian.
 class CZKEepromBlockHeader
 {
@@ -13,7 +13,7 @@ public:
     CZKEepromBlockHeader& operator=(const CZKEepromBlockHeader&) = default;
     virtual ~CZKEepromBlockHeader();
 
-    /// The vector must hold the byte, the 2 or the 4 bytes.
+    /// The vector must hold at least as many bytes: 1, 2 or 4.
     static quint8 ConsumeByte(QVector<uchar>& bytes);
     static quint16 ConsumeWord(QVector<uchar>& bytes);
     static quint32 ConsumeDword(QVector<uchar>& bytes);
@@ -21,8 +21,8 @@ public:
     /// False, with nothing taken, when there are fewer than 8 bytes.
     bool ParseHeader(QVector<uchar>& bytes);
 
-    /// 1 for the mandatory block, the only kind with a body of a known form; 2 to 6 for the other
-    /// kinds that units hold; 0 for anything else.
+    /// 1 for the mandatory block, the only kind whose body has a known form. 2 to 6 for the other
+    /// kinds that units hold. 0 for anything else.
     int GetBlockKind() const;
 
     quint16 BlockType = 0;

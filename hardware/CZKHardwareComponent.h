@@ -26,16 +26,16 @@ public:
     virtual ~CZKHardwareComponent();
 
     /// Takes the mandatory block at the front of an image, which must have more than 8 bytes.
-    /// False, also in `ok`, when there is none; one that is cut short still takes the place of the
-    /// block that was there, with a body of zeros.
+    /// False, also in `ok`, when there is none. False as well for a block that is cut short; that
+    /// one replaces the block that was there, with a body of zeros.
     bool ParseImage(QVector<uchar> image, bool& ok);
 
     /// Appends a text for each of BoardDataColumns, if `group` is the component's. Without a block
     /// it appends eight texts that say so, whatever the group.
     void AppendRowTexts(QStringList& texts, quint8 group);
 
-    /// The name for the image of the region that the block was read from, made of the front of its
-    /// serial number. There must be a block.
+    /// A file name for the image of the region, made of the front of the block's serial number.
+    /// There must be a block.
     QString ReadImageFileName() const;
 
     /// Replaces the file of that name in the EEPROM directory. True when all bytes were written.
@@ -44,7 +44,7 @@ public:
 private:
     QString FilePath;
     QString Name;
-    // Kept, and asked for by nothing.
+    // See docs/kept-on-purpose.md.
     [[maybe_unused]] quint32 AreaStart;
     [[maybe_unused]] quint32 AreaLength;
     [[maybe_unused]] quint32 ComponentCode;

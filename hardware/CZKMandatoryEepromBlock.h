@@ -4,8 +4,8 @@
 
 #include <QString>
 
-/// The block of 44 bytes that names a piece of hardware: header and a body of 36 bytes. There is no
-/// checksum in it, and no field is tested for being plausible.
+/// The block of 44 bytes that names a piece of hardware: the header and a body of 36 bytes. It has
+/// no checksum, and its fields are not tested.
 class CZKMandatoryEepromBlock : public CZKEepromBlockHeader
 {
 public:

@@ -6,8 +6,8 @@ namespace Ui {
 class TabInfo;
 }
 
-/// Who the connected unit is. Shows the model's columns and offers no action; after a connection it
-/// has the unit's identity read, on which the other tabs rely.
+/// Shows who the connected unit is and offers no action. After a connection it reads the identity
+/// of the unit, on which the other tabs rely.
 class CTabInfo : public CTabBaseClass
 {
     Q_OBJECT

@@ -24,14 +24,14 @@ QString MacChangedText()
     return QStringLiteral("Mac address changed successfully.");
 }
 
-// Of an address that was not understood.
+// The text for an address that was not understood.
 QString FormOf(const QHostAddress& address, const QString& nameOfNone)
 {
     const QString form = address.toString();
     return form.isEmpty() ? nameOfNone : form;
 }
 
-// `error` is for the caller alone; `*changed` becomes true when a frame went out.
+// `error` is not shown to the user. `*changed` becomes true when a frame went out.
 bool ChangeAddressAndMask(
     const QString& address, const QString& mask, QString& error, bool* changed)
 {
@@ -60,7 +60,7 @@ CTabIpConfiguration::CTabIpConfiguration(QWidget* parent)
     , ui(new Ui::TabIpConfiguration)
 {
     ui->setupUi(this);
-    ui->btnSendIpAddress->setShortcut(QKeySequence()); // its ampersand makes one of Alt and Space
+    ui->btnSendIpAddress->setShortcut(QKeySequence()); // or its ampersand makes Alt+Space press it
     ui->btnSendIpAddress->setEnabled(false);
     ui->btnSendMacAddress->setEnabled(false);
     ui->lblMacAddress->hide();

@@ -7,9 +7,8 @@ class TabIpConfiguration;
 }
 
 /// Gives the connected unit another IP address and subnet mask, or another MAC address, and
-/// connects anew. The fields follow the model; what the user types stays in them until the model
-/// next tells them otherwise. The controls for the MAC address are hidden, and nothing leads to
-/// their slot.
+/// connects anew. The fields follow the model. What the user types stays in them until the model
+/// next changes them. The controls for the MAC address are hidden, and nothing calls their slot.
 class CTabIpConfiguration : public CTabBaseClass
 {
     Q_OBJECT
@@ -20,7 +19,7 @@ public:
 
     void UpdateControls() override;
 
-    /// Lets a click into an empty field put the cursor at its start.
+    /// Makes the fields take an address as a whole, see FilterMaskedFields().
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 signals:
@@ -30,13 +29,13 @@ signals:
 public slots:
     void ConnectionStatusChanged() override;
 
-    /// Sends address and mask, unless they are those of the model, and connects to the new address:
-    /// blocks for 100 ms and as ConnectToDevice() does. When that fails, the model keeps the new
-    /// address, and the button stays as it was until the tab is next told of the link.
+    /// Sends address and mask, unless the model has the same, and connects to the new address.
+    /// Blocks for 100 ms and then as ConnectToDevice() does. After a failure the model keeps the
+    /// new address, and the button stays as it was until the tab next hears of the link.
     void SendIpAddressButtonClicked();
 
-    /// Sends the MAC address in the way of the unit's firmware, unless it is that of the model, and
-    /// in both cases connects to the same address: blocks as ConnectToDevice() does.
+    /// Sends the MAC address in the way of the unit's firmware, unless the model has the same.
+    /// Connects to the same IP address in both cases. Blocks as ConnectToDevice() does.
     void SendMacAddressButtonClicked();
 
 private:

@@ -60,7 +60,7 @@ QByteArray Bytes(const uchar* data, int length)
     return QByteArray(reinterpret_cast<const char*>(data), length);
 }
 
-// The characters' bytes, one for each character of the text, zeros behind a text that is shorter.
+// The text's UTF-8 bytes, cut to the number of its characters, or filled up to it with zeros.
 QByteArray OneBytePerCharacter(const QString& text)
 {
     return QByteArray(text.toUtf8().constData()).leftJustified(text.length(), '\0', true);
@@ -76,7 +76,7 @@ QByteArray OctetsOfMac(const QString& mac)
     return octets;
 }
 
-// Keeps what stands behind `bytes`, and drops those that do not fit.
+// Writes the bytes into the block at that offset. Drops those that do not fit.
 void Overwrite(QByteArray& block, int offset, const QByteArray& bytes)
 {
     const int count = std::min(bytes.size(), block.size() - offset);
@@ -187,8 +187,8 @@ void CDeviceCommunication::run()
     connected = true;
 }
 
-// The stream belongs to the attempt's thread until that has ended. Once the flag is up the thread
-// has only a few steps left to do.
+// The stream belongs to the attempt's thread until that has ended. The wait is short: the flag goes
+// up a few steps before the end.
 RavoSocketStream& CDeviceCommunication::Stream()
 {
     if (isRunning()) {
@@ -365,7 +365,7 @@ bool CDeviceCommunication::SendTextCommand(QString mnemonic, QString text)
     return SendAcknowledgedFrame(frame.left(total));
 }
 
-// Unlike the identity it collects only what came: the two differ on purpose.
+// Collects only what came, where ReadIdentity() also fills the gaps. They differ on purpose.
 QString CDeviceCommunication::QueryText(QString command)
 {
     SendFrame(OneBytePerCharacter(command) + CarriageReturn);

@@ -15,11 +15,12 @@ class RavoSocket;
 
 /// The one link to the unit: a TCP connection to port 50000, and a method for each command.
 ///
-/// As a thread it only makes the connection. Every command runs in the calling thread, always the
-/// main one, and blocks it until the command is done: at least 10 ms before each send, and the
-/// waits named at the methods. Commands do not look at IsConnected(); a caller does, and on a link
-/// that is down a command fails as on a broken one. A failed send takes the link down and emits
-/// ConnectionLost().
+/// As a thread it only makes the connection. Commands run in the calling thread, which is always
+/// the main one, and block it until they are done. That takes at least 10 ms before each send, and
+/// the waits that the methods name.
+///
+/// Commands do not look at IsConnected(); their callers do. On a link that is down a command fails
+/// as on a broken one. A failed send takes the link down and emits ConnectionLost().
 class CDeviceCommunication : public QThread
 {
     Q_OBJECT
@@ -37,8 +38,8 @@ public:
     ~CDeviceCommunication() override;
 
     /// Drops the link and any earlier attempt, and starts an attempt in the background.
-    /// IsConnected() tells when it has succeeded; nothing tells that it failed. False, in general:
-    /// the link as it stands when the attempt has been started. Throws
+    /// IsConnected() tells when it has succeeded; nothing tells that it failed. The result is the
+    /// state of the link right after the start, and so usually false. Throws
     /// RavoSocket::RavoSocketException.
     bool StartConnection(QByteArray host);
     /// Drops the link, without a signal.
@@ -49,21 +50,22 @@ public:
     /// and after a firmware block that could not be sent.
     ushort GetLastResult() const;
 
-    /// "*IDN?": the answer with its carriage return, behind a zero character for each millisecond
-    /// that the unit took to begin, with the last character repeated in any later gap. 2000
-    /// characters at most, in about as many milliseconds; a silent unit gives 2000 zero characters.
+    /// "*IDN?": the answer with its carriage return. In front of it stands a zero character for
+    /// each millisecond that the unit took to begin. In a later gap the last character is repeated.
+    /// 2000 characters at most, in about as many milliseconds; a silent unit gives 2000 zero
+    /// characters.
     QString ReadIdentity();
-    /// CF0: the configuration block of `size` bytes, which a second later must be there whole.
+    /// CF0: the configuration block of `size` bytes. All of it has to be there a second later.
     /// False leaves `buffer` alone.
     bool ReadConfiguration(uchar* buffer, ushort size);
     /// CF1: 4 octets of the address, 4 of the mask. The unit does not answer.
     bool SendIpConfiguration(const uchar* addressAndMask);
-    /// The long CF2, for firmware below 3.0. Of the maps only the parameters 0 to 9 travel, 0 for a
-    /// missing one, and of `identity` the first 60 characters. The unit does not answer.
+    /// The long CF2, for firmware below 3.0. Only the parameters 0 to 9 of the maps travel, 0 for a
+    /// missing one, and the first 60 characters of `identity`. The unit does not answer.
     bool SendDeviceConfiguration(QString identity, QString mac, QString ip, QString mask,
         QMap<int, ushort> motor0, QMap<int, ushort> motor1);
-    /// The short CF2, for firmware 3.0 and later. A text of fewer than 10 characters is not sent;
-    /// one that has not six parts is sent as six zeros. The unit does not answer.
+    /// The short CF2, for firmware 3.0 and later. A text of fewer than 10 characters is not sent. A
+    /// text without six parts is sent as six zeros. The unit does not answer.
     bool SendMacAddress(QString mac);
     /// CF3: 1220 bytes as the unit takes them, see the firmware transfer. Waits for the
     /// acknowledgement.
@@ -73,11 +75,11 @@ public:
     bool SendFirmwareChecksum(const uchar* sumAndSize);
     /// CF5: the unit installs what it has received. It does not answer.
     bool StartFirmwareUpdate();
-    /// CF6: `block` is a big-endian EEPROM address and `length` data bytes, at most 1200; more is
-    /// not sent. Waits for the acknowledgement.
+    /// CF6: `block` is a big-endian EEPROM address and `length` data bytes. More than 1200 data
+    /// bytes are not sent. Waits for the acknowledgement.
     bool WriteEeprom(const uchar* block, ushort length);
-    /// CF7: `request` is a big-endian length and address, whose length is turned into host order in
-    /// place. Appends that many bytes to `out` a second later, 255 for those that have not come.
+    /// CF7: `request` is a big-endian length and address. The length is turned into host order in
+    /// place. Appends that many bytes to `out` a second later, 255 for each that has not come.
     /// False only when the request could not be sent.
     bool ReadEeprom(uchar* request, QVector<uchar>& out);
     /// CF8. True when sent; the unit's answer is GetLastResult() only.
@@ -86,11 +88,11 @@ public:
     bool SendOptions(QString text);
     /// CF10. A frame of 1200 bytes or more is not sent. Waits for the acknowledgement.
     bool SendOptionDescriptions(QString text);
-    /// HCF for `channel` 0, VCF for 1, with each value big-endian; another channel is not sent. The
-    /// unit does not answer.
+    /// HCF for `channel` 0, VCF for 1. Each value is sent big-endian. Another channel is not sent.
+    /// The unit does not answer.
     bool SendMotorConfiguration(int channel, QVector<ushort> values);
     /// "GET:OPTION:INTERNAL?": what came of the answer in about two seconds, with its carriage
-    /// return; empty from a silent unit.
+    /// return. Empty from a silent unit.
     QString ReadOptions();
     /// "GET:OPTION:DESC?": as ReadOptions().
     QString ReadOptionDescriptions();

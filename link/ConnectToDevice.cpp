@@ -51,7 +51,7 @@ bool ConnectToDevice(ushort retries, QString address)
     address = parsed.toString();
     database->SetIpAddress(address);
     database->SetConnectionStatus(CDeviceDatabase::ConnectionConnecting);
-    // A second click on the button waits until the dialog below is up and swallows it.
+    // A second click on the button waits until the dialog below is up, which swallows it.
     ProcessEventsBesidesInput();
 
     CCustomProgressDialog dialog(QStringLiteral("Connecting to VX440 (Attempt 1) ..."), 0, 0);

@@ -4,8 +4,8 @@
 
 #include <QtGlobal>
 
-/// The connected end of a RavoSocket, whose socket it uses and does not own. It may outlive the
-/// socket: everything fails then with -1, as on a broken link.
+/// The connected end of a RavoSocket. It uses the socket and does not own it. It may outlive the
+/// socket: everything then fails with -1, as on a broken link.
 ///
 /// The socket is non-blocking by the time this is used, so an empty input is a failure too.
 class RavoSocketStream
@@ -13,9 +13,9 @@ class RavoSocketStream
 public:
     explicit RavoSocketStream(platform::SocketHandle handle);
 
-    /// Reads exactly `length` bytes. Gives that count, 0 if `length` is below 1, or -1 when the
-    /// input ran out or failed; the bytes read before that stand in `buffer` and are lost to the
-    /// stream. Once the unit has closed the connection in an orderly way this does not come back.
+    /// Reads exactly `length` bytes. Gives that count, or 0 if `length` is below 1. Gives -1 when
+    /// the input ran out or failed: the bytes read before that stand in `buffer` and are lost to
+    /// the stream. Does not come back once the unit has closed the connection in an orderly way.
     int Receive(char* buffer, int length);
 
     /// Looks for bytes every 10 ms, sleeping before each look. Gives the number of bytes read

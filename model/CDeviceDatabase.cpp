@@ -203,7 +203,7 @@ bool CDeviceDatabase::IsFirmwareBelowVersion3() const
     return firmwareVersion.toFloat() < FirstNewFirmware;
 }
 
-// The second test refuses every address whose first digit is a letter, and is meant to.
+// The second test refuses every address whose first digit is a letter. That is meant.
 bool CDeviceDatabase::ValidateMacAddress(QString mac, QString& error) const
 {
     static const QRegularExpression pattern(QStringLiteral("([0-9A-F]{2}[:-]){5}([0-9A-F]{2})"));

@@ -5,12 +5,11 @@
 #include <QString>
 #include <QVector>
 
-/// All that is known of the one unit that the tool is connected to, and what the tool says about it
-/// on screen: a table of one row, whose columns the widgets follow through QDataWidgetMapper.
+/// What is known of the connected unit, and what the tool says about it on screen. It is a table of
+/// one row, whose columns the widgets follow through QDataWidgetMapper.
 ///
-/// Widgets cannot write through the item interface; whoever learns a value stores it with a setter.
-/// A setter notifies its column also when the value is the same as before. To be used in the GUI
-/// thread only.
+/// Widgets cannot write through the item interface: whoever learns a value stores it by a setter. A
+/// setter notifies its column even when the value stays the same. For the GUI thread only.
 ///
 /// A `set` is a Set; any other number stores nothing and notifies nothing. A `motor` is a
 /// Motor::Index of the rotors' catalogue.
@@ -76,8 +75,8 @@ public:
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
 
-    /// The same for the display and the edit role, and for every row. A text, but an int for the
-    /// motor parameters 0 to 10.
+    /// The display role and the edit role give the same, and so does every row. Motor parameters up
+    /// to SlowMotionSpeed are an int, all other columns a text.
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
     QString GetIpAddress() const;
@@ -92,8 +91,8 @@ public:
     QString GetFirmwareVersion() const;
     QString ConnectionStatusText() const;
 
-    /// Whether a parameter exists is asked of the Azimuth motor for both: 65535 when it has none by
-    /// that number, 0 when only `motor` has none. `found` may be null.
+    /// The azimuth motor decides for both whether a parameter exists. 65535 when it has no such
+    /// parameter, 0 when only `motor` has none. `found` may be null.
     ushort GetMotorParameter(int motor, int parameter, bool* found = nullptr) const;
 
     /// Adds the motor's parameters to `out`, or replaces them there. False, with `out` as it was,
@@ -103,16 +102,16 @@ public:
     /// Empty when the last input for this motor was valid.
     QString GetMotorValidationError(int motor) const;
 
-    /// Whether the unit cannot do what the firmware and options tabs offer. Nothing sets it yet.
+    /// Whether the unit cannot do what the firmware and options tabs offer. Nothing sets it.
     bool GetUnsupportedFlag() const;
 
     /// The one test for the older generation of units. True while the version is unknown or
     /// unreadable.
     bool IsFirmwareBelowVersion3() const;
 
-    /// Whether a unit may be given this address: pairs of upper-case hexadecimal digits, divided by
-    /// ':' or '-', somewhere in the text, which must not begin with a letter from A to F. `error`
-    /// is set only when the result is false.
+    /// Whether a unit may be given this address. Six pairs of upper-case hexadecimal digits have to
+    /// stand somewhere in the text, with ':' or '-' between them, and it must not begin with a
+    /// letter from A to F. Sets `error` only when the result is false.
     bool ValidateMacAddress(QString mac, QString& error) const;
 
     /// `code` is a ConnectionStatus.
@@ -174,11 +173,10 @@ private:
     QMap<int, ushort> motorParameters[2];
     QString motorValidationError[2];
 
-    // The field behind each column in front of the motors; null where the text is made up on the
-    // way.
+    // The field of each column in front of the motors. Null for a column whose text data() makes.
     QString* const textOfColumn[FirstAzimuthColumn];
 };
 
-/// The one database of the process. It exists before main() and until the process ends, but must
-/// not be asked for by the constructors of other global objects.
+/// The one database of the process. It exists from before main() until the process ends. The
+/// constructors of other global objects must not ask for it.
 CDeviceDatabase* TheDeviceDatabase();

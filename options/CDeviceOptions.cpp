@@ -66,7 +66,7 @@ constexpr struct
         {{"Bypass", NoDescription}, {"Bypass", NoDescription}, {"VX440-A1", 0}, {"VX440-A2", 1}}},
 };
 
-// A workbook has no description at these.
+// At the other positions a workbook has no description.
 bool HasDescription(int position)
 {
     switch (position) {
@@ -78,7 +78,7 @@ bool HasDescription(int position)
     }
 }
 
-// Fields of the wire at their positions, with the text for the positions that do not travel.
+// Puts the fields of the wire at their positions, and `unused` at those that do not travel.
 QVector<QString> AtPositions(const QStringList& fields, const QString& unused)
 {
     QVector<QString> list(PositionsInFront, unused);
@@ -224,7 +224,7 @@ void CDeviceOptions::UpdateDcFeedList()
 {
     DcFeedItems.clear();
     if (!IsFitted(DcFeed1, DcFeedModule)) {
-        return; // nor is a second feed shown then
+        return; // and no second feed is shown
     }
     DcFeedItems.append({QStringLiteral("DC-Feed1"), OptionDescriptions.value(DcFeed1)});
     if (IsFitted(DcFeed2, DcFeedModule)) {

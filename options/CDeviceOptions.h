@@ -8,9 +8,9 @@
 /// A text that the tab shows, and the description that it offers as a tool tip.
 using OptionItems = QVector<QPair<QString, QString>>;
 
-/// What a unit is fitted with: as two flat lists, in which a position is a row of the workbook and,
-/// from the third to the last but one, a field on the wire; and as seven lists to show. The unit
-/// keeps both flat lists as text.
+/// What a unit is fitted with. Two flat lists hold it. A position in them is a row of the workbook
+/// and, from the third to the last but one, a field on the wire. Seven other lists are made of
+/// them, to be shown. The unit keeps both flat lists as text.
 class CDeviceOptions : public QObject
 {
     Q_OBJECT
@@ -30,15 +30,15 @@ public:
     bool InternalValid = false;
     bool DescriptionValid = false;
 
-    /// Fills the record from a workbook, which is read twice, once for each column. `error` is set
-    /// only when the result is false; the flat lists then hold what the file gave, and the lists to
-    /// show what they held before.
+    /// Fills the record from a workbook, which is read twice, once for each column. When the result
+    /// is false, `error` is set, the flat lists hold what the file gave, and the lists to show stay
+    /// as they were.
     bool ReadOptionsFile(QString path, QString& error);
     bool ReadInternalColumn(QString path);
     bool ReadDescriptionColumn(QString path);
 
-    /// Fills the record from what the unit answers. A text with fewer than 19 fields counts as none
-    /// and leaves its flat list as it was, so that the result can be true with old data.
+    /// Fills the record from what the unit answers. A text with fewer than 19 fields leaves its
+    /// flat list as it was, so the result can be true with old data.
     bool ParseDeviceOptions(QString internalText, QString descriptionText);
 
     /// What the unit is sent: 19 fields, separated by commas or by semicolons. Empty for an empty
@@ -50,8 +50,8 @@ public:
     /// Makes the lists to show from the flat ones. Leaves them alone, and gives false, while the
     /// record is not valid.
     bool UpdateOptionLists();
-    /// Sets DescriptionValid: fewer than 665 characters, with one between any two descriptions. The
-    /// positions that do not travel count as well.
+    /// Sets DescriptionValid: whether the descriptions, joined by one character, have fewer than
+    /// 665 characters. The positions that do not travel count as well.
     bool CheckDescriptionLength();
 
 private:

@@ -12,7 +12,7 @@ namespace {
 using Row = QVector<QString>;
 using Sheet = QVector<Row>;
 
-// One cell far away is enough for a sheet that claims to have seventeen thousand million.
+// With one cell far away a sheet can claim to have seventeen thousand million texts.
 constexpr qint64 MaximumTexts = 2'000'000;
 
 // Takes the size of the matrix off `textsLeft`.

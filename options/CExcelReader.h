@@ -4,18 +4,18 @@
 #include <QString>
 #include <QVector>
 
-/// The texts of a workbook's sheets, each a matrix of the rows from 1 to the last one and the
-/// columns from A to the last one that hold a cell. What holds none is an empty text.
+/// The texts of a workbook's sheets. Each sheet is a matrix from row 1 and column A to the last row
+/// and the last column that hold a cell. A place without a cell is an empty text.
 class CExcelReader : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Reads all sheets, the first one at index 0; a chart is a sheet without rows. False when the
-    /// file is no workbook, or cannot be read; there are no sheets then.
+    /// Reads all sheets, the first one at index 0. A chart is a sheet without rows. False, and no
+    /// sheets, when the file is no workbook or cannot be read.
     ///
-    /// A matrix of more than two million texts is not made, nor one that together with those before
-    /// it is: its sheet has no rows.
+    /// The matrices together hold at most two million texts. A sheet that would exceed this has no
+    /// rows.
     bool ReadFile(QString path);
 
     quint16 GetSheetCount() const;
@@ -26,7 +26,8 @@ public:
     /// -1 for an index beyond the sheets.
     int GetRowCount(quint16 index) const;
 
-    /// That of the first row; -1 for an index beyond the sheets, and for a sheet without rows.
+    /// The number of texts in the first row. -1 for an index beyond the sheets, and for a sheet
+    /// without rows.
     int GetColumnCount(quint16 index) const;
 
 private:

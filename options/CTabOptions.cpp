@@ -52,7 +52,7 @@ CTabOptions::CTabOptions(QWidget* parent)
     ui->setupUi(this);
     ui->lblCompatibility->hide();
     for (const OptionGroup& group : OptionGroups) {
-        (ui.get()->*group.box)->setFont(FormFont()); // its style sheet would begin with a theme's
+        (ui.get()->*group.box)->setFont(FormFont()); // not the one of a theme
     }
     ConnectClick(ui->btnReadDeviceOptions, this, &CTabOptions::ReadOptionsFileButtonClicked);
     ConnectClick(ui->btnSendDeviceOptions, this, &CTabOptions::SendOptionsToDeviceButtonClicked);
@@ -146,7 +146,7 @@ void CTabOptions::SendOptionsToDeviceButtonClicked()
     TheDeviceDatabase()->SetApplicationStatus(message);
 }
 
-// The text that the status line ends with.
+// Gives the text that the status line ends with.
 QString CTabOptions::SendRecord(CCustomProgressDialog& progress)
 {
     CDeviceCommunication* const unit = TheDeviceCommunication();
@@ -168,7 +168,7 @@ QString CTabOptions::SendRecord(CCustomProgressDialog& progress)
     return QStringLiteral("Options & description sent to device successfully.");
 }
 
-// The lines of a rotator's box are never taken away: new ones come to lie on them.
+// The lines of a rotator's box are never removed. New ones cover them.
 void CTabOptions::RebuildOptionGroups()
 {
     for (const OptionGroup& group : OptionGroups) {
@@ -208,7 +208,7 @@ void CTabOptions::BuildOptionGroup(int group, OptionItems items)
         new CPlainToolTip(line);
         line->setAccessibleName(box->title());
         layout->addWidget(line);
-        setTabOrder(line, ui->btnReadOptionsFromDevice); // it stands behind all lines
+        setTabOrder(line, ui->btnReadOptionsFromDevice); // which comes after all lines
     }
     box->setLayout(layout);
     if (OptionGroups[group].isRotator) {

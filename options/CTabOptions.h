@@ -11,8 +11,9 @@ namespace Ui {
 class TabOptions;
 }
 
-/// What the unit is fitted with: a group of read-only lines for each kind of module, which stays as
-/// it is until a reading succeeds. The buttons for a workbook and for sending work, and are hidden.
+/// Shows what the unit is fitted with, as a group of read-only lines for each kind of module. The
+/// groups stay as they are until a reading succeeds. The buttons for a workbook and for sending
+/// work, but are hidden.
 class CTabOptions : public CTabBaseClass
 {
     Q_OBJECT
@@ -29,11 +30,11 @@ public slots:
     /// Asks for a workbook and shows what it lists. Nothing is sent; a cancelled dialog counts as
     /// an invalid file.
     virtual void ReadOptionsFileButtonClicked();
-    /// Sends the options and then their descriptions. Refused descriptions leave the unit with the
-    /// new options. Blocks for the acknowledgements, ten seconds and more for one that does not
-    /// come.
+    /// Sends the options and then their descriptions. When the unit refuses the descriptions, it
+    /// keeps the new options. Blocks for the acknowledgements. One that does not come takes ten
+    /// seconds or more.
     virtual void SendOptionsToDeviceButtonClicked();
-    /// Blocks for the two answers, two seconds and more for one that does not come.
+    /// Blocks for the two answers. One that does not come takes two seconds or more.
     virtual void ReadOptionsFromDeviceButtonClicked();
 
 private:

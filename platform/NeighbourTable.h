@@ -7,8 +7,8 @@
 /// cache). Addresses are in network byte order throughout.
 namespace platform {
 
-/// One neighbour. The first six bytes of `physicalAddress` are the MAC address, all zero while the
-/// system has none for this neighbour. `type` is the entry's state in the system's own counting.
+/// One neighbour. The first six bytes of `physicalAddress` are the MAC address. They are zero while
+/// the system has none. `type` is the state of the entry, in the system's own counting.
 struct NeighbourRow
 {
     std::uint32_t interfaceIndex;
@@ -22,20 +22,22 @@ struct NeighbourRow
 /// and broadcast is left out. Empty when the system cannot read its table.
 std::vector<NeighbourRow> ReadNeighbourTable();
 
-/// Takes one row out of the table. 0, or the system's error number: it needs a privilege.
+/// Deletes one row of the table, which needs a privilege. 0, or the error number of the system.
 unsigned DeleteNeighbour(const NeighbourRow& row);
 
-/// Makes the system resolve an address into its table, and blocks until it has an answer or has
-/// given up, some seconds for a silent one; an address that the table already knows is an answer.
-/// One that is not on a directly attached network, and one of this machine, returns at once.
-/// `physicalAddress` has room for `*length` bytes and receives the answer. 0, or the system's error
-/// number. `source` 0 leaves the choice of the sending address to the system. Any number of threads
+/// Makes the system resolve an address into its table. Blocks until it has an answer or has given
+/// up, which takes some seconds for a silent address. An entry that the table already has is an
+/// answer. Returns at once for an address of this machine, and for one that is not on a directly
+/// attached network.
+///
+/// `physicalAddress` has room for `*length` bytes and receives the answer. With `source` 0 the
+/// system chooses the sending address. 0, or the error number of the system. Any number of threads
 /// may be inside at once, also while the process ends.
 unsigned ResolveNeighbour(std::uint32_t destination, std::uint32_t source,
     std::uint8_t* physicalAddress, std::uint32_t* length);
 
-/// The address that a dotted text names, with a part that begins with 0 read as octal. All ones
-/// when it names none.
+/// The address that a dotted text names. A part that begins with 0 is octal. All ones when the text
+/// names no address.
 std::uint32_t ParseIpv4Address(const char* text);
 
 /// Writes the dotted text, without padding, and its terminator. `size` is at least 16.

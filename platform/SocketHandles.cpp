@@ -6,8 +6,8 @@
 namespace platform {
 namespace {
 
-// A system gives a closed socket's number out again, also to the window system. A handle is
-// therefore a generation, never used twice, beside the number that it was given for.
+// A system gives the number of a closed socket out again, also to the window system. So a handle is
+// two numbers: the system's, and a generation that is never used twice.
 constexpr std::uint32_t NoGeneration = 0;
 
 std::array<std::atomic<std::uint32_t>, LargestSocketNumber + 1> generationOf{};

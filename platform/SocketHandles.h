@@ -2,20 +2,22 @@
 
 #include "platform/Sockets.h"
 
-/// For the sources of each system: handles that are never given twice, made of the system's own
-/// numbers, which are. Any thread may call these at any time; no lock is held.
+/// For the sources of each system. The system gives the number of a closed socket out again. A
+/// handle made here is never given twice. Any thread may call these functions at any time. No lock
+/// is held.
 namespace platform {
 
-/// A system's number of an open socket is at most this, or no handle can be made for it.
+/// No handle can be made for a socket whose number is above this.
 constexpr std::uint32_t LargestSocketNumber = 65535;
 
 /// A new handle for a socket that the system has just opened.
 SocketHandle MakeSocketHandle(std::uint32_t number);
 
-/// The system's number, or -1, which every call of a system refuses, for a handle not in use.
+/// The system's number for a handle that is in use. For any other -1, which every call of a system
+/// refuses.
 std::intptr_t SocketNumber(SocketHandle socket);
 
-/// Makes the handle stale. True for the one caller that is then to close the socket.
+/// Makes the handle stale. True for one caller only, who then closes the socket.
 bool RetireSocketHandle(SocketHandle socket);
 
 } // namespace platform

@@ -7,7 +7,7 @@
 namespace platform {
 
 /// Names one socket for the life of the process: a value is never given twice. A closed or made-up
-/// one fails like a broken link, with -1.
+/// one fails with -1, like a broken link.
 using SocketHandle = std::uint64_t;
 
 /// What OpenSocket gives when it fails.
@@ -21,8 +21,8 @@ enum class SocketOption
     Broadcast
 };
 
-/// Readies the system's sockets for the process, asking for that version of them (257 is 1.1: the
-/// major number in the low byte). 0 on success.
+/// Makes the system's sockets ready for the process. `version` has the major number in the low
+/// byte: 257 is 1.1. 0 on success.
 int StartSockets(std::uint16_t version);
 
 /// `type`: 1 stream, 2 datagram. A blocking IPv4 socket, or InvalidSocket.
@@ -36,7 +36,7 @@ int EnableSocketOption(SocketHandle socket, SocketOption option);
 bool ResolveHost(const char* host, std::uint32_t& address);
 
 /// Blocks until the connection stands (0) or the system gives up (-1). `address` is in network byte
-/// order, `port` in host byte order. The waiting can be ended from outside by ending the thread.
+/// order, `port` in host byte order. Ending the thread from outside ends the wait.
 int ConnectSocket(SocketHandle socket, std::uint32_t address, std::uint16_t port);
 
 /// 0, or -1.

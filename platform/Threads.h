@@ -4,7 +4,7 @@
 
 namespace platform {
 
-/// A thread's or a mutex' handle, in the system's own counting.
+/// The handle of a thread or a mutex, in the system's own counting.
 using SystemHandle = std::intptr_t;
 
 constexpr SystemHandle InvalidHandle = -1;

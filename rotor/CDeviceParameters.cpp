@@ -15,8 +15,9 @@ constexpr ushort NoRotorType = 65535;
 constexpr int MacSize = 6;
 constexpr int AddressSize = 4;
 
-// The block behind the words of both motors, in bytes from its start: 6 of the MAC address, 4 of
-// the address, 4 of the mask, 13 that the unit keeps to itself.
+// Where things stand in the block, in bytes from its start. Behind the words of both motors there
+// are 6 bytes of the MAC address, 4 of the IP address, 4 of the mask, and 13 that the unit keeps to
+// itself.
 struct BlockLayout
 {
     ushort parameters;
@@ -34,13 +35,13 @@ const BlockLayout& LayoutFor(bool legacy)
     return legacy ? OldLayout : NewLayout;
 }
 
-// The block's bytes may stand at any address.
+// The word may stand at any address.
 ushort WordAt(const uchar* bytes)
 {
     return qFromBigEndian<ushort>(bytes);
 }
 
-// Leaves the words of the address swapped where they stand.
+// Swaps the bytes of both words of the address in place.
 QString TakeIpAddress(uchar* bytes)
 {
     const QString address = CDeviceParameters::FormatIpAddress(bytes);

@@ -20,9 +20,9 @@ public:
     /// Bytes to request with CF0: 67 or 75.
     ushort GetDeviceBlockSize() const;
 
-    /// Takes a block of GetDeviceBlockSize() bytes as it came, words big-endian and at any
-    /// alignment. Swaps the words of the IP address and the mask in place: a block is decoded once.
-    /// Null does nothing.
+    /// Takes a block of GetDeviceBlockSize() bytes as it came, with big-endian words and at any
+    /// alignment. Swaps the bytes of the words of IP address and mask in place, so a block can be
+    /// decoded only once. Null does nothing.
     void ParseDeviceBlock(ushort* words);
 
     // The decoded words by motor: 0 for one that the block did not hold, and for a motor other than

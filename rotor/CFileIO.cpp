@@ -12,7 +12,7 @@ constexpr QLatin1Char CarriageReturn('\r');
 
 constexpr int BlockLength = 4096;
 
-// Opening one could wait for ever, and reading it never end.
+// Opening a pipe could wait for ever, and reading a device never end.
 bool IsPipeOrDevice(const QString& fileName)
 {
     const QFileInfo info(fileName);

@@ -6,11 +6,11 @@
 #include <QString>
 #include <QTextStream>
 
-/// A configuration file, line by line: comments from "#" in the first column, and lines of a key, a
-/// "=" and a value. The file is open from a successful open until the object goes.
+/// A configuration file, line by line. A comment begins with "#" in the first column. Other lines
+/// have a key, a "=" and a value. The file stays open from a successful open until the object goes.
 ///
-/// Lines end with a line feed. A byte-order mark decides the encoding of what is read; without one,
-/// and for what is written, it is the locale's.
+/// Lines end with a line feed. A byte-order mark tells the encoding of what is read. Without one,
+/// and for what is written, the locale tells it.
 class CFileIO : public QObject
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     explicit CFileIO(QString fileName);
     ~CFileIO() override;
 
-    /// In characters, carriage returns among them: no file that this tool wrote comes near it.
+    /// In characters, with carriage returns. No file that this tool wrote comes near it.
     static constexpr int MaximumLineLength = 16 * 1024 * 1024;
 
     /// False when the file cannot be opened, has no name, or is a pipe, a device or a folder.
@@ -32,15 +32,18 @@ public:
     /// Whether ReadLine() has met a line above MaximumLineLength.
     bool IsLineTooLong() const;
 
-    /// The next line that is neither a comment nor made of blanks, without its line feed and
-    /// without any carriage return: 1. An empty line is not passed over, but gives 0 and an empty
-    /// text; so do the end of the file, with what stands behind the last line feed, and a file that
-    /// is not open. A line above MaximumLineLength gives 1 and its beginning up to that length,
-    /// whatever it is; nothing behind it is to be read.
+    /// Reads the next line that is neither a comment nor made of blanks, without its line feed and
+    /// without carriage returns, and gives 1.
+    ///
+    /// Gives 0 and an empty text for an empty line, for a file that is not open, and at the end of
+    /// the file. Text behind the last line feed is lost.
+    ///
+    /// Gives 1 and the beginning of a line above MaximumLineLength, even of a comment. Nothing
+    /// behind it is to be read.
     int ReadLine(QString& line);
 
-    /// The comment that each file begins with, and an empty line. These two give false when the
-    /// file is not open or has not taken all of the text.
+    /// Writes the comment that each file begins with, and an empty line. The two writers give false
+    /// when the file is not open or has not taken all of the text.
     bool WriteBanner();
     bool WriteKeyValue(QString key, QString value);
 

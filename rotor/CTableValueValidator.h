@@ -2,9 +2,8 @@
 
 #include <QIntValidator>
 
-/// Takes plain decimal digits from `minimum` to `maximum`, whatever the user's locale. A text above
-/// the maximum is refused as it is typed, where a QIntValidator lets a number of the same length
-/// pass.
+/// Takes plain decimal digits from `minimum` to `maximum`, whatever the user's locale is. Refuses a
+/// text above the maximum as it is typed. A QIntValidator lets a number of the same length pass.
 class CTableValueValidator : public QIntValidator
 {
     Q_OBJECT

@@ -7,8 +7,8 @@
 
 namespace {
 
-// The last motor whose name contains the key's text in front of its first blank. The name for no
-// motor takes part: what stands in it as well is none.
+// The last motor whose name contains the beginning of the key, up to its first blank. The name for
+// no motor counts as well: a beginning that it contains names no motor.
 int MotorOfKey(const QString& key)
 {
     const QString text = key.section(QLatin1Char(' '), 0, 0);
@@ -21,7 +21,7 @@ int MotorOfKey(const QString& key)
     return motor;
 }
 
-// The last parameter whose mnemonic stands in the key, wherever.
+// The last parameter whose mnemonic stands anywhere in the key.
 int ParameterOfKey(const QString& key)
 {
     int parameter = Parameter::NoParameter;

@@ -81,5 +81,5 @@ extern const QVector<sROTOR_PRESET> PolarRotorPresets;
 extern const QMap<int, ushort> AzimuthResetDefaults;
 extern const QMap<int, ushort> PolarResetDefaults;
 
-/// What stands in the brackets at the end of a label: "SMD" of "Slow Motion Difference (SMD)".
+/// The text in the brackets at the end of a label: "SMD" of "Slow Motion Difference (SMD)".
 QString ParameterMnemonic(QString label);

@@ -1,8 +1,8 @@
 #pragma once
 
-/// Has screen readers told what Qt's own interfaces do not: that a bar without an end is busy, and
-/// that the status line is an alert. A bar's changes are told once a percent: a firmware transfer
-/// sets it for each byte, and a listener would make it six times as long.
+/// Tells screen readers what Qt's own interfaces do not: a bar without an end is busy, and the
+/// status line is an alert. Tells them of a bar once a percent. A firmware transfer sets its bar
+/// for each byte; if each were told, it would take six times as long.
 ///
-/// Once, before the first widget.
+/// Call it once, before the first widget.
 void InstallAccessibility();

@@ -14,8 +14,8 @@ bool IsMainWindow(const QWidget& window)
            qobject_cast<const QProgressDialog*>(&window) == nullptr;
 }
 
-// The one window that stands for itself: not a tool tip, not the dialog of another window. Null
-// while it is hidden.
+// The program's main window, or null while it is hidden. A tool tip is no main window, nor is the
+// dialog of another window.
 const QWidget* VisibleMainWindow()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -27,8 +27,8 @@ const QWidget* VisibleMainWindow()
     return nullptr;
 }
 
-// A window-modal window blocks the windows that it is transient for, and no others. What is no
-// dialog to the window system may come to lie behind them.
+// A window-modal window blocks only the windows that it is transient for. The window system may put
+// it behind them unless it is marked as a dialog.
 void StayAboveMainWindow(QWidget& dialog)
 {
     dialog.winId(); // makes its window

@@ -2,9 +2,9 @@
 
 #include <QProgressDialog>
 
-/// The progress dialog of every long operation: it blocks the window behind it, shows at once, has
-/// no cancel button and ignores Escape. Only its title bar's close button cancels. While it is up,
-/// its setValue() is the one place that lets events through.
+/// The progress dialog of every long operation. It blocks the window behind it, shows at once, has
+/// no cancel button and ignores Escape. Only the close button of its title bar cancels. While it is
+/// up, its setValue() is the one place that lets events through.
 class CCustomProgressDialog : public QProgressDialog
 {
     Q_OBJECT
@@ -15,8 +15,8 @@ public:
     CCustomProgressDialog(
         const QString& label, int minimum, int maximum, QWidget* parent = nullptr);
 
-    /// True takes the close button off the title bar, and no other way to close it cancels either.
-    /// False does nothing.
+    /// True takes the close button off the title bar, and lets the user close the dialog in no
+    /// other way. False does nothing.
     void SetCloseButtonHidden(bool hide);
 
 protected:

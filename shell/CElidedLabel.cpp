@@ -10,7 +10,7 @@
 
 namespace {
 
-// Of each end of a text. More than the window has room for.
+// Characters that are kept of each end of a text: more than the window has room for.
 constexpr int LongestEnd = 500;
 constexpr int MinimumLetters = 3;
 constexpr QChar Ellipsis(0x2026);
@@ -22,7 +22,7 @@ bool BreaksLine(QChar character)
            character == QChar(QChar::ParagraphSeparator);
 }
 
-// Both ends of the text are enough to draw it: more of it cannot be seen.
+// Nobody can see more of a long text than its two ends.
 QString OneLineOf(const QString& text)
 {
     QString line = text;

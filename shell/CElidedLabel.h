@@ -2,9 +2,9 @@
 
 #include <QLabel>
 
-/// One line of plain text from anywhere. What does not fit is left out in the middle, and a tool
-/// tip shows the whole. What the text is made of, line feeds for instance, never changes the
-/// label's height; its length costs nothing but its memory.
+/// Shows any text in one line, as plain text. A text that does not fit loses its middle, and a tool
+/// tip shows all of it. Line feeds and the like never change the label's height. A long text costs
+/// memory, but no time.
 class CElidedLabel : public QLabel
 {
     Q_OBJECT
@@ -12,7 +12,8 @@ class CElidedLabel : public QLabel
 public:
     explicit CElidedLabel(QWidget* parent = nullptr);
 
-    /// Room for a few letters, whatever the text: it takes what the layout leaves.
+    /// Room for a few letters, whatever the text is. The label takes the room that the layout
+    /// leaves.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

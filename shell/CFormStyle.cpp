@@ -21,7 +21,8 @@ bool HasExtent(const QStyleOptionProgressBar& bar)
     return bar.minimum < bar.maximum;
 }
 
-// The window, or a page that stands alone. The dialogs of a page are windows of their own.
+// Whether the widget is in the main window, or in a page that stands alone. A dialog has a window
+// of its own.
 bool IsOfAForm(const QWidget& widget)
 {
     const QWidget* const window = widget.window();
@@ -46,7 +47,7 @@ QRect FilledPart(const QStyleOptionProgressBar& bar)
     return {inside.topLeft(), filled};
 }
 
-// False for what is drawn as the base style does.
+// False when the base style is to draw the part.
 bool DrawBarPart(
     QStyle::ControlElement element, const QStyleOptionProgressBar& bar, QPainter& painter)
 {

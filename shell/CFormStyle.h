@@ -2,13 +2,17 @@
 
 #include <QProxyStyle>
 
-/// The style that the forms were drawn for. Their texts have ampersands and no mnemonics: in the
-/// main window an ampersand is shown as it stands, and a page's title gets the room for it. Qt's
-/// own dialogs keep their mnemonics. A field that cannot be edited has no light ground. A progress
-/// bar is made of plain rectangles, one over the other: a search paints it for each address, and
-/// shaded, rounded shapes would be most of what that costs; a firmware transfer sets it for each
-/// byte, and measuring its text would be most of that. The frame of a group has no picture: for
-/// one, Qt would load all its image plugins at the start.
+/// The style that the forms were drawn for.
+///
+/// - The forms have ampersands in their texts and no mnemonics. In the main window an ampersand is
+///   shown as it stands, and a page's title gets the room for it. Qt's own dialogs keep their
+///   mnemonics.
+/// - A field that cannot be edited has no light ground.
+/// - A progress bar is made of plain rectangles. A search paints it for each address, and shaded,
+///   rounded shapes would take most of that time. A firmware transfer sets it for each byte, and
+///   measuring its text would take most of that time.
+/// - The frame of a group has no picture. For a single picture Qt would load all its image plugins
+///   at the start.
 class CFormStyle : public QProxyStyle
 {
     Q_OBJECT

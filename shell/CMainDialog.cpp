@@ -27,7 +27,8 @@
 
 namespace {
 
-// The sharp form for each size. Left to find out their format, Qt would load all its image plugins.
+// Each file is sharp at its own size. Without its format Qt would load all its image plugins to
+// find it out.
 QIcon LoadIcon()
 {
     QIcon icon;
@@ -66,7 +67,7 @@ void CMainDialog::SetupDialog()
     ui->txtIpAddress->installEventFilter(this);
     ui->txtIpAddress->setText(QStringLiteral("192.168.0.129"));
     ui->txtIpAddress->setFocus();
-    ui->txtIpAddress->selectAll(); // to be typed over
+    ui->txtIpAddress->selectAll(); // so that typing replaces it
     AddPages();
     ui->lblAppStatus->setText(QString());
     BindStatusTexts();

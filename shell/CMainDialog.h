@@ -18,8 +18,8 @@ namespace Ui {
 class MainDialog;
 }
 
-/// The window: the connection bar on top, the tabs, the status line below. Everything in it follows
-/// the model; the one thing it does itself is the work of the connect button.
+/// The window: the connection bar on top, the tabs, the status line below. Its widgets follow the
+/// model. Only the work of the connect button is its own.
 class CMainDialog : public QDialog
 {
     Q_OBJECT
@@ -32,8 +32,10 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 signals:
-    /// The reconnection after a firmware update has been tried; see IsConnected() for how it ended.
+    /// Emitted when the reconnection after a firmware update was tried. IsConnected() tells how it
+    /// ended.
     void AttemptedReconnection();
+    // Kept, though nothing emits them: see docs/kept-on-purpose.md.
     void AttemptedReconnectionAfterIpChange();
     void AttemptedReconnectionAfterMacChange();
     void RunAfterConnection();

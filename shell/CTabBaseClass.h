@@ -15,11 +15,12 @@ public:
     ~CTabBaseClass() override;
 
     /// The connection state may have changed: brings the tab up to date. May read from the unit,
-    /// and then blocks for as long as that takes.
+    /// and then blocks until that is done.
     virtual void ConnectionStatusChanged() = 0;
 
-    /// Sets the enabled state of the tab's controls. Does not talk to the unit; may be called while
-    /// one of the tab's own slots is still running, when a command notices that the link is lost.
+    /// Sets the enabled state of the tab's controls. Does not talk to the unit. May be called while
+    /// one of the tab's own slots is still running: that is when a command notices that the link is
+    /// lost.
     virtual void UpdateControls();
 
 protected:

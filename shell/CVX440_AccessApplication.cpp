@@ -6,7 +6,7 @@
 #include "shell/CMainDialog.h"
 #include "shell/FormLook.h"
 
-// At file scope, as the macro wants it.
+// The macro has to stand at file scope.
 static void LoadResources()
 {
     Q_INIT_RESOURCE(vx440);
@@ -41,7 +41,7 @@ CVX440_AccessApplication::CVX440_AccessApplication(int& argc, char** argv)
     InstallAccessibility();
     TheDeviceDatabase()->ResetData();
     dialog.reset(new CMainDialog);
-    dialog->setFont(FormFont()); // a theme may set the application's later
+    dialog->setFont(FormFont()); // a theme may change the application's later
     dialog->setWindowFlags(
         dialog->windowFlags() | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
     dialog->SetupDialog();

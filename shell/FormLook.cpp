@@ -4,7 +4,7 @@
 
 namespace {
 
-// The families are as narrow as each other, so that the first one at hand serves.
+// These families are equally narrow. The first one that is installed serves.
 const QStringList NarrowFamilies{QStringLiteral("Liberation Sans"),
     QStringLiteral("DejaVu Sans Condensed"), QStringLiteral("Arial")};
 constexpr int NarrowPixels = 11;
@@ -20,7 +20,7 @@ QFont FontOf(const QStringList& families, int pixels)
     font.setPixelSize(pixels);
     font.setWeight(QFont::Normal);
     font.setStyle(QFont::StyleNormal);
-    // Only scripts that cannot be read without it are shaped: kerning costs time and 0.7 MB.
+    // Shapes only the scripts that cannot be read without it: kerning costs time and 0.7 MB.
     font.setStyleStrategy(QFont::PreferNoShaping);
     font.resolve(QFont::AllPropertiesResolved);
     return font;

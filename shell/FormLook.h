@@ -2,6 +2,6 @@
 
 #include <QFont>
 
-/// The letters that the forms were drawn for: 11 pixels of a narrow family, or 10 of a wider one
-/// where there is none. All of its properties are set, so that no theme's show through.
+/// The font that the forms were drawn for: 11 pixels of a narrow family, or 10 of a wider one where
+/// no narrow one is installed. All of its properties are set, so that a theme changes none of them.
 QFont FormFont();

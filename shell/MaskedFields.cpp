@@ -33,8 +33,8 @@ bool IsMacNumber(const QString& text)
     return digits.match(text).hasMatch();
 }
 
-// The numbers of an address without the blanks that a masked field puts behind them when it is
-// copied. Empty for any other text.
+// The numbers of an address. Blanks around a number are dropped, since a copied field has them.
+// Empty for a text that is no address.
 QStringList NumbersOf(const QString& text, QLatin1Char separator)
 {
     const bool isMac = separator == QLatin1Char(':');
@@ -93,7 +93,7 @@ bool FilterKey(QLineEdit& field, const QKeyEvent& event, QLatin1Char separator)
     return true;
 }
 
-// The standard menu, in which "Paste" does as the key does.
+// Shows the standard menu. "Paste" in it does what the key does.
 bool ShowMenu(QLineEdit& field, const QContextMenuEvent& event, QLatin1Char separator)
 {
     QMenu* const menu = field.createStandardContextMenu();

@@ -9,8 +9,9 @@
 
 namespace {
 
-// An editor's own delegate holds the Tab key back while the text is not acceptable, and an empty
-// MAC address is not. It hands the focus to the editor's parent when a dialog comes up.
+// Qt's own delegate holds the Tab key back while a text is not acceptable, such as an empty MAC
+// address. It also gives the focus to the field's parent when a dialog opens. This one does
+// neither.
 class CFieldDelegate : public QItemDelegate
 {
 public:

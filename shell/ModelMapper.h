@@ -2,8 +2,8 @@
 
 class QDataWidgetMapper;
 
-/// A new mapper on the model's one row, which the caller owns. Widgets that are added to it follow
-/// the model; what the user types into them stays there until Escape in the field brings the
-/// model's value back. A field can be left whatever stands in it, and keeps the focus when its
-/// window loses it. The caller adds widgets and calls toFirst().
+/// Makes a mapper on the model's one row. The caller owns it, adds widgets and calls toFirst(). The
+/// widgets follow the model. What the user types stays in a field until Escape brings the model's
+/// value back. The user can leave a field whatever stands in it. A field keeps the focus when its
+/// window loses it.
 QDataWidgetMapper* NewModelMapper();

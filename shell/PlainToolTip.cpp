@@ -11,7 +11,7 @@ constexpr int LongestText = 4000;
 constexpr int LongestWord = 80;
 constexpr QChar ZeroWidthSpace(0x200B);
 
-// A path may have no place where a line can end.
+// A line can only end where there is a place for it, and a path may have none.
 QString WithPlacesToBreak(const QString& text)
 {
     QString broken;

@@ -6,11 +6,11 @@
 class QHelpEvent;
 class QWidget;
 
-/// Shows a text from outside as it is written, where a tool tip would take markup in it for its own
-/// and load the files that it names. Of a longer text the first 4000 characters.
+/// Shows a text as it is written, at most its first 4000 characters. Qt's own tool tip would follow
+/// markup in the text and load the files that it names.
 void ShowPlainToolTip(const QHelpEvent& event, const QString& text, QWidget* widget);
 
-/// Shows the tool tip of a widget by ShowPlainToolTip(). Belongs to the widget.
+/// Shows the tool tip of a widget by ShowPlainToolTip(). The widget owns this object.
 class CPlainToolTip : public QObject
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ namespace {
 
 bool running = false;
 
-// A button of a dialog leaves the key to the dialog's default button, and there is none.
+// A button leaves Return to the default button of its dialog. Here there is no default button.
 class ReturnPresses : public QObject
 {
 public:

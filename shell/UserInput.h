@@ -7,12 +7,13 @@
 /// Calls `work`, unless another call of RunAlone() is still running. For the main thread.
 void RunAlone(const std::function<void()>& work);
 
-/// Has the Return key press a button that has the focus, as the space bar does.
+/// Lets the Return key press a button that has the focus, as the space bar does.
 void PressByReturn(QAbstractButton* button);
 
-/// Has a click of `button` call a slot of `receiver`, but never inside the slot of another click. A
-/// slot may let events through; a click that comes then does nothing. It comes from the queue when
-/// a dialog has gone, or from a screen reader, which no dialog stops. Return is a click, too.
+/// Lets a click of `button` call a slot of `receiver`, but never inside the slot of another click.
+/// A slot may let events through, and a click that comes then does nothing. Such a click waits in
+/// the queue until a dialog has gone, or comes from a screen reader, which no dialog stops. Return
+/// counts as a click.
 template<class Receiver>
 void ConnectClick(QAbstractButton* button, Receiver* receiver, void (Receiver::*slot)())
 {
@@ -21,6 +22,6 @@ void ConnectClick(QAbstractButton* button, Receiver* receiver, void (Receiver::*
     PressByReturn(button);
 }
 
-/// Lets the window repaint itself and whatever else waits, except keys and clicks: these are for
-/// the window as it is when the work is done.
+/// Handles the events that wait, such as repaints, but no keys and clicks. These wait until the
+/// work is done.
 void ProcessEventsBesidesInput();

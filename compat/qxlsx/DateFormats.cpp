@@ -29,7 +29,8 @@ int End(const QString& code, QChar mark, int from)
     return end < 0 ? code.size() : end;
 }
 
-// Whether "[...]" is an elapsed time, "[h]" or "[mm]", and no colour, currency or condition.
+// Whether "[...]" is an elapsed time, as "[h]" or "[mm]", and not a colour, a currency or a
+// condition.
 bool IsElapsedTime(const QString& bracket)
 {
     const QString unit = bracket.toLower();

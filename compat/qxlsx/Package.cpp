@@ -11,8 +11,8 @@ namespace QXlsx {
 
 namespace {
 
-// What a zip begins with, and the record that it ends with, which has the length of the comment
-// behind it: 16 bits, little end first.
+// A zip begins with the first of these, and ends with a record that begins with the second. That
+// record holds the length of the comment behind it: 16 bits, little end first.
 const QByteArray PartRecord = QByteArrayLiteral("PK\3\4");
 const QByteArray LastRecord = QByteArrayLiteral("PK\5\6");
 constexpr int CommentLengthOffset = 20;

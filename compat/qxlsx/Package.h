@@ -13,8 +13,8 @@ namespace QXlsx {
 
 /// The parts of a file that is a zip of XML files and others.
 ///
-/// What it claims of itself is not trusted. A file is refused that unpacks to more than 64 MiB, or
-/// has more or longer names than a workbook ever needs.
+/// The file is not trusted. It is refused when it unpacks to more than 64 MiB, or has more names or
+/// longer ones than a workbook ever needs.
 class Package
 {
     Q_DISABLE_COPY(Package)
@@ -24,8 +24,8 @@ public:
     static constexpr int MaximumParts = 1000;
     static constexpr int MaximumNameLength = 255;
 
-    /// Of the XML parts together: those of four hundred thousand cells. A text counts as one more
-    /// for each 8 of its characters.
+    /// In the XML parts together: as many as four hundred thousand cells have. A text counts as one
+    /// more for each 8 of its characters.
     static constexpr int MaximumTokens = 2'000'000;
 
     explicit Package(const QString& path);
@@ -34,8 +34,8 @@ public:
     /// see that it has the length and the checksum that it claims.
     bool Open();
 
-    /// The unpacked bytes of a part, for reading from the front only; null where the package lacks
-    /// it.
+    /// The unpacked bytes of a part, to be read from the front only. Null when the package lacks
+    /// the part.
     std::unique_ptr<QIODevice> Part(const QString& name) const;
 
     /// Counts a token that was read, with the length of its text. False when there were too many.

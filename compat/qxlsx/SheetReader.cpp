@@ -155,7 +155,7 @@ QVariant SheetReader::Value(const QString& text, const QString& type, int style)
 QVector<CellLocation> SheetReader::TakeCells()
 {
     std::stable_sort(cells.begin(), cells.end(), IsBefore);
-    // Of those in one place the last one stays.
+    // Of several cells in one place the last one stays.
     const auto first = std::unique(cells.rbegin(), cells.rend(), IsSamePlace).base();
     cells.erase(cells.begin(), first);
     return std::move(cells);

@@ -41,7 +41,8 @@ private:
     int column = 0;
 
     QVector<CellLocation> cells;
-    // Holds the cells of all locations: with an allocation each they would take twice the memory.
+    // Holds the cells of all locations. With an allocation for each they would take twice the
+    // memory.
     const std::shared_ptr<std::deque<Cell>> store;
 };
 

@@ -15,8 +15,8 @@ constexpr int MaximumAttributes = 100;
 
 } // namespace
 
-/// Passes the bytes of a part on, and ends where one token takes too many of them: the XML reader
-/// itself would gather them all.
+/// Passes the bytes of a part on, and ends where one token takes too many of them. The XML reader
+/// would gather them all.
 class XmlPart::Content : public QIODevice
 {
 public:

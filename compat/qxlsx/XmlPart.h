@@ -8,12 +8,12 @@ namespace QXlsx {
 
 class Package;
 
-/// An XML part of a package, read element by element. Names are local ones, whatever their
-/// namespace's prefix.
+/// Reads an XML part of a package element by element. Names are local ones, without a namespace's
+/// prefix.
 ///
-/// What no workbook has, and only serves to take time and memory, fails the part like bad XML: a
-/// document type, elements nested more than 100 deep, a tag of more than 100 attributes, a tag or
-/// text of more than 100 KiB, and more than the package has tokens left.
+/// Some things stand in no real workbook and only cost time and memory. They fail the part like bad
+/// XML: a document type, elements nested more than 100 deep, a tag of more than 100 attributes, a
+/// tag or text of more than 100 KiB, and more tokens than the package has left.
 class XmlPart
 {
     Q_DISABLE_COPY(XmlPart)
@@ -24,9 +24,9 @@ public:
     XmlPart(Package& package, const QString& name);
     ~XmlPart();
 
-    /// Moves to the next element inside the current one; false at the end of the current one, and
-    /// when the part has failed. Each element must be taken by one of the next two, or child by
-    /// child.
+    /// Moves to the next element inside the current one. False at the end of the current one, and
+    /// when the part has failed. Each element must be taken by one of the next two functions, or
+    /// child by child.
     bool NextChild();
     void SkipElement();
     /// The text of the current element without that of the elements inside.
@@ -36,7 +36,7 @@ public:
     /// Of the current element; a null text where it has none of that name.
     QString Attribute(QLatin1String name) const;
 
-    /// Reads the rest, to be called once. Whether all of the part was well-formed.
+    /// Reads the rest, and tells whether all of the part was well-formed. Call it once.
     bool Finish();
 
 private:

@@ -9,8 +9,8 @@ namespace QXlsx {
 
 namespace {
 
-// What minizip reads by. Its own functions take no file name but one in the system's 8-bit
-// encoding.
+// How minizip reads the file. Its own functions take only file names in the 8-bit encoding of the
+// system.
 QFile* File(voidpf stream)
 {
     return static_cast<QFile*>(stream);

@@ -24,8 +24,8 @@ public:
     ZipPart(const QString& path, unz64_file_pos place);
     ~ZipPart() override;
 
-    /// Reads the whole part and takes its length from the bytes that are left. False when there are
-    /// too few of them left, or the length or the checksum is not what the zip claims.
+    /// Reads the whole part. Takes its length from the bytes that are left. False when too few are
+    /// left, or when the length or the checksum is not what the zip claims.
     bool Unpack(qint64& left);
 
     bool isSequential() const override { return true; }

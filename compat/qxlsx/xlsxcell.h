@@ -4,7 +4,8 @@
 
 namespace QXlsx {
 
-/// A cell of a worksheet, with the value that the file gives for it: behind a formula its last one.
+/// A cell of a worksheet, with the value that the file gives for it. For a formula that is its last
+/// result.
 class Cell
 {
 public:

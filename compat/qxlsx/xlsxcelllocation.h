@@ -6,8 +6,8 @@
 
 namespace QXlsx {
 
-/// A cell and where it stands. Row and column count from 1 and are what the file claims; both are
-/// -1 where it names no place.
+/// A cell and its place. Row and column count from 1 and are what the file claims. Both are -1
+/// where it names no place.
 class CellLocation
 {
 public:

@@ -12,9 +12,9 @@ class Workbook;
 
 /// An Office Open XML workbook, read from its file when the object is made.
 ///
-/// Files are not trusted: one that unpacks to more than 64 MiB, or is beyond the other bounds that
-/// no real workbook comes near, is not loaded. Whatever numbers a cell claims for its place, memory
-/// follows what the file holds.
+/// Files are not trusted. A file that unpacks to more than 64 MiB is not loaded, nor one beyond the
+/// other bounds, which no real workbook comes near. The memory needed follows what the file holds,
+/// whatever places its cells claim.
 class Document : public QObject
 {
     Q_OBJECT

@@ -11,9 +11,9 @@ namespace QXlsx {
 class Worksheet : public AbstractSheet
 {
 public:
-    /// All cells that the file has for the sheet, blank ones too, in ascending row and column, and
-    /// the highest row and column among them: -1 without any cell. Of two cells in one place the
-    /// later one.
+    /// All cells that the file has for the sheet, blank ones too, in ascending row and column. Also
+    /// gives the highest row and the highest column among them, or -1 for both without any cell. Of
+    /// two cells in one place the later one counts.
     QVector<CellLocation> getFullCells(int* maxRow, int* maxCol);
 
 private:

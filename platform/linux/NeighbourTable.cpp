@@ -85,7 +85,8 @@ int KeepError(sockaddr_nl*, nlmsgerr* answer, void* error)
     return NL_STOP;
 }
 
-// Sends one request and takes the whole answer: the neighbours in it go to `rows`. 0, or the error.
+// Sends one request and takes the whole answer. Puts the neighbours in it into `rows`. 0, or the
+// error.
 unsigned Ask(nl_sock* kernel, nl_msg* request, std::vector<NeighbourRow>* rows)
 {
     unsigned error = 0;
@@ -95,7 +96,7 @@ unsigned Ask(nl_sock* kernel, nl_msg* request, std::vector<NeighbourRow>* rows)
         return EIO;
     }
     const int result = nl_recvmsgs_default(kernel);
-    // A table that changed while it was read has all its rows nevertheless.
+    // If the table changed while it was read, all its rows are there nevertheless.
     return result < 0 && result != -NLE_DUMP_INTR && error == 0 ? EIO : error;
 }
 
@@ -138,8 +139,8 @@ sockaddr_in UdpAddress(std::uint32_t address, std::uint16_t port)
     return name;
 }
 
-// The kernel resolves the address of whatever is to be sent, without any privilege. 0, or the
-// error.
+// Makes the kernel resolve an address by sending something to it, which needs no privilege. 0, or
+// the error.
 unsigned SendDatagram(std::uint32_t destination, std::uint32_t source)
 {
     const int descriptor = ::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
@@ -173,7 +174,7 @@ Resolution StateOf(const NeighbourRow& row)
     return (row.type & NUD_INCOMPLETE) != 0 ? Resolution::Waiting : Resolution::GivenUp;
 }
 
-// Fills in `row` and answers how far the kernel has come with its address.
+// Fills in `row`, and tells how far the kernel has come with its address.
 Resolution LookAt(nl_sock* kernel, NeighbourRow& row)
 {
     std::vector<NeighbourRow> rows;

@@ -11,8 +11,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// How late the system wakes a thread, as a rule. The unit's texts are read with a wait of a
-// millisecond for each character: so late each time, that is a tenth more.
+// The system usually wakes a thread this late. The tool reads the unit's texts with a wait of a
+// millisecond for each character, so this would make them a tenth slower.
 constexpr std::chrono::microseconds WakeUpTime{120};
 
 void SleepFor(std::chrono::nanoseconds time)

@@ -27,7 +27,7 @@ int DescriptorOf(SocketHandle socket)
     return static_cast<int>(SocketNumber(socket));
 }
 
-// A connect that a signal interrupted goes on by itself; its end is seen by polling.
+// A connect goes on by itself after a signal has interrupted it. Polling shows its end.
 int AwaitInterruptedConnect(int descriptor)
 {
     pollfd waiting{descriptor, POLLOUT, 0};
@@ -42,8 +42,8 @@ int AwaitInterruptedConnect(int descriptor)
     return error == 0 ? 0 : -1;
 }
 
-// After a reset recv reports the failure once and the end of the stream from then on. Only a
-// connection that the peer has closed in an orderly way is at its end.
+// After a reset recv reports the failure once, and from then on the end of the stream. The stream
+// has really ended only when the peer has closed in an orderly way.
 bool IsBroken(int descriptor)
 {
     tcp_info info{};

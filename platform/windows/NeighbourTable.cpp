@@ -20,7 +20,7 @@ constexpr unsigned char LoopbackNetwork = 127;
 constexpr unsigned char FirstMulticastNetwork = 224; // and with 255 the broadcast address
 constexpr unsigned char GroupBit = 1;                // of a physical address' first byte
 
-// The system lists what it sends to all or to a group beside the neighbours.
+// Beside the neighbours the system lists the addresses of groups and of all.
 bool IsNoNeighbour(const NeighbourRow& row)
 {
     unsigned char network = 0;
@@ -29,13 +29,13 @@ bool IsNoNeighbour(const NeighbourRow& row)
            (row.physicalAddress[0] & GroupBit) != 0;
 }
 
-// What the system delivers: a count, and the rows behind it. Empty when it cannot.
+// The table as the system gives it: a count, and the rows behind it. Empty when there is none.
 std::vector<char> ReadSystemTable()
 {
     std::vector<char> table;
     ULONG size = 0;
     DWORD error = NO_ERROR;
-    // The table may grow between a call that counts it and the one that reads it.
+    // The table may grow after the call that tells its size.
     do {
         table.resize(size);
         error = GetIpNetTable(reinterpret_cast<MIB_IPNETTABLE*>(table.data()), &size, TRUE);

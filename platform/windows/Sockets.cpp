@@ -21,9 +21,8 @@ SOCKET SystemSocket(SocketHandle socket)
     return static_cast<SOCKET>(SocketNumber(socket));
 }
 
-// Whether the end of the stream that recv reports is a reset in truth: nothing can be sent then,
-// where the other direction of a connection that the peer has closed in an orderly way is open
-// still. Nothing goes over the wire for it.
+// recv reports the end of the stream after a reset, too. Then nothing can be sent any more. After
+// an orderly close by the peer sending still works. Nothing goes over the wire for this.
 bool IsBroken(SOCKET socket)
 {
     return ::send(socket, "", 0, 0) == SOCKET_ERROR;
