@@ -10,6 +10,8 @@
 #include <QWindow>
 #include <QtTest>
 
+#include <memory>
+
 namespace {
 
 template<class Window>
@@ -49,6 +51,16 @@ void Answer(QFileDialog& dialog, const QString& path)
         dialog.reject();
     }
     QVERIFY(takesKeys && closed);
+}
+
+void Note(AskedForFile& asked, const QFileDialog& dialog)
+{
+    asked.title = dialog.windowTitle();
+    asked.filters = dialog.nameFilters();
+    asked.name = dialog.findChild<QLineEdit*>("fileNameEdit")->text();
+    asked.mode = dialog.fileMode();
+    asked.acceptMode = dialog.acceptMode();
+    ++asked.times;
 }
 
 } // namespace
@@ -101,10 +113,12 @@ void CloseByTitleBar(QWidget* window)
     QCoreApplication::processEvents();
 }
 
-void ClickAndChooseFile(
-    QWidget* button, const QString& path, const std::function<void(const QFileDialog&)>& look)
+AskedForFile ClickAndChooseFile(
+    QWidget* button, const QString& path, const std::function<void(QFileDialog&)>& look)
 {
-    WhenShown<QFileDialog>([path, look](QFileDialog& dialog) {
+    const auto asked = std::make_shared<AskedForFile>();
+    WhenShown<QFileDialog>([asked, path, look](QFileDialog& dialog) {
+        Note(*asked, dialog);
         look(dialog);
         if (path.isEmpty()) {
             QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
@@ -113,6 +127,7 @@ void ClickAndChooseFile(
         }
     });
     Click(button);
+    return *asked;
 }
 
 QProgressDialog* VisibleProgress()
@@ -123,6 +138,19 @@ QProgressDialog* VisibleProgress()
 void WhenProgressShows(const std::function<void()>& action)
 {
     WhenShown<QProgressDialog>([action](QProgressDialog&) { action(); });
+}
+
+ShownProgress::ShownProgress()
+{
+    qApp->installEventFilter(this);
+}
+
+bool ShownProgress::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Show && qobject_cast<QProgressDialog*>(watched) != nullptr) {
+        ++count;
+    }
+    return false;
 }
 
 QString StatusLine()

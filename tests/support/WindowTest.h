@@ -66,16 +66,41 @@ void WhenShown(
     watch->start(0);
 }
 
-/// Clicks a button and answers the file dialog that it opens by keys; an empty path cancels. `look`
+/// What a file dialog showed when it came up.
+struct AskedForFile
+{
+    QString title;
+    QStringList filters;
+    QString name;
+    QFileDialog::FileMode mode = QFileDialog::AnyFile;
+    QFileDialog::AcceptMode acceptMode = QFileDialog::AcceptOpen;
+    int times = 0; // 0 when no dialog came
+};
+
+/// Clicks a button and answers the file dialog that it opens by keys. An empty path cancels. `look`
 /// sees the dialog first.
-void ClickAndChooseFile(
+AskedForFile ClickAndChooseFile(
     QWidget* button, const QString& path,
-    const std::function<void(const QFileDialog&)>& look = [](const QFileDialog&) {});
+    const std::function<void(QFileDialog&)>& look = [](QFileDialog&) {});
 
 /// The progress dialog that is up, or null.
 QProgressDialog* VisibleProgress();
 /// Runs `action` once, from the event loop, as soon as a progress dialog is up.
 void WhenProgressShows(const std::function<void()>& action);
+
+/// Counts the progress dialogs that come up while it lives.
+class ShownProgress : public QObject
+{
+public:
+    ShownProgress();
+    int Count() const { return count; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    int count = 0;
+};
 
 /// The text of the application's status line, and of the connection's.
 QString StatusLine();
