@@ -74,15 +74,10 @@ QVector<Items> Shown(const CDeviceOptions& options)
         options.PolarRotatorItems};
 }
 
-Changes With(Changes changes, int position, const char* text)
+// One item for each pair of texts between the bars.
+Items ItemsOf(const char* list)
 {
-    changes[position] = QString(text);
-    return changes;
-}
-
-// One item for each pair of texts.
-Items ItemsOf(const QStringList& texts)
-{
+    const QStringList texts = QString(list).split('|');
     Items items;
     for (int text = 0; text + 1 < texts.size(); text += 2) {
         items.append({texts.at(text), texts.at(text + 1)});
@@ -90,14 +85,7 @@ Items ItemsOf(const QStringList& texts)
     return items;
 }
 
-QStringList Split(const char* texts)
-{
-    return QString(texts).split('|');
-}
-
 } // namespace
-
-Q_DECLARE_METATYPE(Items)
 
 class DeviceOptionsTest : public WarningsFail
 {
@@ -107,11 +95,8 @@ private slots:
     void aFreshRecordIsEmptyAndNotValid()
     {
         CDeviceOptions options;
-        QVERIFY(options.InternalOptions.isEmpty());
-        QVERIFY(options.OptionDescriptions.isEmpty());
-        QVERIFY(!options.InternalValid);
-        QVERIFY(!options.DescriptionValid);
-        QVERIFY(!options.IsValid());
+        QVERIFY(options.InternalOptions.isEmpty() && options.OptionDescriptions.isEmpty());
+        QVERIFY(!options.InternalValid && !options.DescriptionValid && !options.IsValid());
         QVERIFY(!options.UpdateOptionLists());
         QCOMPARE(Shown(options), QVector<Items>(7));
         QCOMPARE(options.GetInternalOptions(), QString());
@@ -135,82 +120,65 @@ private slots:
         }
     }
 
-    void aUnitsStringsGoBackAsTheyCame_data()
-    {
-        QTest::addColumn<QString>("internal");
-        QTest::addColumn<QString>("descriptions");
-        QTest::newRow("a feed and an amplifier")
-            << "VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0"
-            << QString("12 V") + QString(18, ';');
-        QTest::newRow("everything") << InternalText(AllModules) << DescriptionText(AllDescriptions);
-        QTest::newRow("nothing") << InternalText() << DescriptionText();
-    }
     void aUnitsStringsGoBackAsTheyCame()
     {
-        QFETCH(QString, internal);
-        QFETCH(QString, descriptions);
-        CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(internal, descriptions));
-        QCOMPARE(options.GetInternalOptions(), internal);
-        QCOMPARE(options.GetOptionDescriptions(), descriptions);
+        const std::pair<QString, QString> rows[] = {
+            {"VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0", "12 V" + QString(18, ';')},
+            {InternalText(AllModules), DescriptionText(AllDescriptions)},
+            {InternalText(), DescriptionText()},
+        };
+        for (const auto& [internal, descriptions] : rows) {
+            CDeviceOptions options;
+            QVERIFY(options.ParseDeviceOptions(internal, descriptions));
+            QCOMPARE(options.GetInternalOptions(), internal);
+            QCOMPARE(options.GetOptionDescriptions(), descriptions);
+        }
     }
 
-    void theFieldsAreCounted_data()
-    {
-        QTest::addColumn<bool>("filledBefore");
-        QTest::addColumn<int>("internalFields");
-        QTest::addColumn<int>("descriptionFields");
-        QTest::addColumn<bool>("result");
-        QTest::addColumn<int>("internalSize");
-        QTest::addColumn<int>("descriptionSize");
-        QTest::addColumn<bool>("listsAreNew");
-        const auto row = [](const char* name, bool before, int internal, int descriptions,
-                             bool result, int internalSize, int descriptionSize, bool listsAreNew) {
-            QTest::newRow(name) << before << internal << descriptions << result << internalSize
-                                << descriptionSize << listsAreNew;
-        };
-        row("fresh, both right", false, 19, 19, true, 22, 22, true);
-        row("fresh, nothing came", false, 0, 0, false, 0, 0, false);
-        row("fresh, one internal field", false, 1, 19, false, 0, 22, false);
-        row("fresh, 18 internal fields", false, 18, 19, false, 0, 22, false);
-        row("fresh, 20 internal fields", false, 20, 19, false, 23, 22, false);
-        row("fresh, no descriptions", false, 19, 0, true, 22, 0, true);
-        row("fresh, 18 descriptions", false, 19, 18, true, 22, 0, true);
-        row("fresh, 20 descriptions", false, 19, 20, true, 22, 23, true);
-        row("filled, both right", true, 19, 19, true, 22, 22, true);
-        row("filled, nothing came", true, 0, 0, true, 22, 22, false);
-        row("filled, 18 internal fields", true, 18, 18, true, 22, 22, false);
-        row("filled, 20 internal fields", true, 20, 19, false, 23, 22, false);
-        row("filled, 18 descriptions", true, 19, 18, true, 22, 22, true);
-        row("filled, 20 descriptions", true, 19, 20, true, 22, 23, true);
-    }
+    // A record that was filled before keeps what a string with too few fields does not replace.
     void theFieldsAreCounted()
     {
-        QFETCH(bool, filledBefore);
-        QFETCH(int, internalFields);
-        QFETCH(int, descriptionFields);
-        QFETCH(int, internalSize);
-        QFETCH(bool, result);
-        CDeviceOptions options;
-        if (filledBefore) {
-            QVERIFY(ParseAll(options));
-        }
-        const auto shownBefore = Shown(options);
-        const QVector<QString> internalBefore = options.InternalOptions;
-        const QVector<QString> descriptionsBefore = options.OptionDescriptions;
-        QCOMPARE(options.ParseDeviceOptions(
-                     Fields("i", internalFields, Comma), Fields("d", descriptionFields, Semicolon)),
-            result);
-        QCOMPARE(options.InternalOptions.size(), internalSize);
-        QTEST(options.OptionDescriptions.size(), "descriptionSize");
-        QCOMPARE(options.InternalValid, internalSize == 22);
-        QCOMPARE(options.IsValid(), result);
-        QTEST(Shown(options) != shownBefore, "listsAreNew");
-        if (internalFields < 19) {
-            QCOMPARE(options.InternalOptions, internalBefore);
-        }
-        if (descriptionFields < 19) {
-            QCOMPARE(options.OptionDescriptions, descriptionsBefore);
+        const struct
+        {
+            bool filledBefore;
+            int internalFields;
+            int descriptionFields;
+            bool result;
+            int internalSize;
+            int descriptionSize;
+            bool listsAreNew;
+        } rows[] = {
+            {false, 19, 19, true, 22, 22, true},
+            {false, 0, 0, false, 0, 0, false},
+            {false, 1, 19, false, 0, 22, false},
+            {false, 18, 19, false, 0, 22, false},
+            {false, 20, 19, false, 23, 22, false},
+            {false, 19, 0, true, 22, 0, true},
+            {false, 19, 18, true, 22, 0, true},
+            {false, 19, 20, true, 22, 23, true},
+            {true, 19, 19, true, 22, 22, true},
+            {true, 0, 0, true, 22, 22, false},
+            {true, 18, 18, true, 22, 22, false},
+            {true, 20, 19, false, 23, 22, false},
+            {true, 19, 18, true, 22, 22, true},
+            {true, 19, 20, true, 22, 23, true},
+        };
+        for (const auto& row : rows) {
+            CDeviceOptions options;
+            QVERIFY(!row.filledBefore || ParseAll(options));
+            const auto shownBefore = Shown(options);
+            const QVector<QString> internalBefore = options.InternalOptions;
+            const QVector<QString> descriptionsBefore = options.OptionDescriptions;
+            QCOMPARE(options.ParseDeviceOptions(Fields("i", row.internalFields, Comma),
+                         Fields("d", row.descriptionFields, Semicolon)),
+                row.result);
+            QCOMPARE(options.InternalOptions.size(), row.internalSize);
+            QCOMPARE(options.OptionDescriptions.size(), row.descriptionSize);
+            QCOMPARE(options.InternalValid, row.internalSize == 22);
+            QCOMPARE(options.IsValid(), row.result);
+            QCOMPARE(Shown(options) != shownBefore, row.listsAreNew);
+            QCOMPARE(options.InternalOptions == internalBefore, row.internalFields < 19);
+            QCOMPARE(options.OptionDescriptions == descriptionsBefore, row.descriptionFields < 19);
         }
     }
 
@@ -266,235 +234,191 @@ private slots:
         QCOMPARE(options.OptionDescriptions.at(4), "a , b");
     }
 
-    void theDescriptionsMayHaveSoManyCharacters_data()
-    {
-        QTest::addColumn<int>("characters");
-        QTest::addColumn<bool>("valid");
-        QTest::newRow("643") << 643 << true; // and 21 gaps between 22 entries: 664
-        QTest::newRow("644") << 644 << false;
-    }
+    // With the 21 gaps between 22 entries 643 characters are 664.
     void theDescriptionsMayHaveSoManyCharacters()
     {
-        QFETCH(int, characters);
-        QFETCH(bool, valid);
-        CDeviceOptions options;
-        QVERIFY(ParseAll(options));
-        const auto shownBefore = Shown(options);
-        const QString half(characters / 2, 'x');
-        const QString rest(characters - half.size(), 'y');
-        const QString internal = InternalText({{19, "rotator"}});
-        const QString descriptions = DescriptionText({{8, half}, {20, rest}});
-        QCOMPARE(descriptions.size(), characters + 18);
-        QCOMPARE(options.ParseDeviceOptions(internal, descriptions), valid);
-        QVERIFY(options.InternalValid);
-        QCOMPARE(options.DescriptionValid, valid);
-        QCOMPARE(options.IsValid(), valid);
-        QCOMPARE(Shown(options) != shownBefore, valid);
-        QCOMPARE(options.GetInternalOptions(), internal);
-        QCOMPARE(options.GetOptionDescriptions(), descriptions);
-    }
-
-    void theLengthCountsAllEntriesAndTheGapsBetweenThem_data()
-    {
-        QTest::addColumn<QVector<QString>>("descriptions");
-        QTest::addColumn<bool>("valid");
-        const QString x664(664, 'x');
-        const QString x665(665, 'x');
-        QTest::newRow("no entry") << QVector<QString>() << true;
-        QTest::newRow("22 empty entries") << QVector<QString>(22) << true;
-        QTest::newRow("one of 664") << QVector<QString>{x664} << true;
-        QTest::newRow("one of 665") << QVector<QString>{x665} << false;
-        QTest::newRow("two with 663") << QVector<QString>{x664.mid(1), QString()} << true;
-        QTest::newRow("two with 664") << QVector<QString>{x664, QString()} << false;
-        QTest::newRow("23 with 642")
-            << List({{5, x664.mid(22)}}, QString()) + QVector<QString>(1) << true;
-        QTest::newRow("23 with 643")
-            << List({{5, x664.mid(21)}}, QString()) + QVector<QString>(1) << false;
-        QTest::newRow("665 empty entries") << QVector<QString>(665) << true;
-        QTest::newRow("666 empty entries") << QVector<QString>(666) << false;
-    }
-    void theLengthCountsAllEntriesAndTheGapsBetweenThem()
-    {
-        QFETCH(QVector<QString>, descriptions);
-        QFETCH(bool, valid);
-        CDeviceOptions options;
-        options.OptionDescriptions = descriptions;
-        options.DescriptionValid = !valid;
-        QCOMPARE(options.CheckDescriptionLength(), valid);
-        QCOMPARE(options.DescriptionValid, valid);
-    }
-
-    void theUnusedEntriesDoNotTravel_data()
-    {
-        QTest::addColumn<QStringList>("list");
-        QTest::addColumn<QStringList>("fields");
-        QTest::newRow("empty") << QStringList() << QStringList();
-        QTest::newRow("one") << Split("a") << QStringList();
-        QTest::newRow("two") << Split("a|b") << QStringList();
-        QTest::newRow("three") << Split("a|b|c") << QStringList();
-        QTest::newRow("four") << Split("a|b|c|d") << Split("c");
-        QTest::newRow("five") << Split("a|b|c|d|e") << Split("c|d");
-        QTest::newRow("none") << Split("none|none|none|c|none|none") << Split("0|c|0");
-        QTest::newRow("not quite none")
-            << Split("a|b|None|NONE|none |nonesuch|z") << Split("None|NONE|none |nonesuch");
-        QTest::newRow("empty entries") << Split("a|b||||z") << Split("||");
-        QTest::newRow("separators inside") << Split("a|b|c,d|e;f|z") << Split("c,d|e;f");
-    }
-    void theUnusedEntriesDoNotTravel()
-    {
-        QFETCH(QStringList, list);
-        QFETCH(QStringList, fields);
-        CDeviceOptions options;
-        options.InternalOptions = list.toVector();
-        QCOMPARE(options.GetInternalOptions(), fields.join(Comma));
-        QCOMPARE(options.GetOptionDescriptions(), QString());
-        options.InternalOptions.clear();
-        options.OptionDescriptions = list.toVector();
-        QCOMPARE(options.GetInternalOptions(), QString());
-        QCOMPARE(options.GetOptionDescriptions(), fields.join(Semicolon));
-        QCOMPARE(options.OptionDescriptions, list.toVector()); // stays as it is
-    }
-
-    void theFeedsAreShown_data()
-    {
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("second");
-        QTest::addColumn<Items>("items");
-        const Items one = ItemsOf(Split("DC-Feed1|first feed"));
-        const Items both = ItemsOf(Split("DC-Feed1|first feed|DC-Feed2|second feed"));
-        const QString feed = "VX440-DCF";
-        QTest::newRow("none") << "0"
-                              << "0" << Items();
-        QTest::newRow("the first") << feed << "0" << one;
-        QTest::newRow("both") << feed << feed << both;
-        QTest::newRow("the second without the first") << "0" << feed << Items();
-        QTest::newRow("the word none") << "none"
-                                       << "none" << Items();
-        QTest::newRow("the second is the word none") << feed << "none" << one;
-        QTest::newRow("small letters") << "vx440-dcf" << feed << Items();
-        QTest::newRow("the second in small letters") << feed << "vx440-dcf" << one;
-        QTest::newRow("another module") << "VX440-ATT" << feed << Items();
-    }
-    void theFeedsAreShown()
-    {
-        QFETCH(QString, first);
-        QFETCH(QString, second);
-        CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(
-            InternalText({{2, first}, {3, second}}), DescriptionText(AllDescriptions)));
-        QTEST(options.DcFeedItems, "items");
-    }
-
-    void theAttenuatorIsShown_data()
-    {
-        QTest::addColumn<QString>("module");
-        QTest::addColumn<QString>("description");
-        QTest::addColumn<QStringList>("descriptions");
-        const QString fitted = "VX440-ATT";
-        QTest::newRow("six") << fitted << "a,b,c,d,e,f" << Split("a|b|c|d|e|f");
-        QTest::newRow("none") << fitted << QString() << Split("|||||");
-        QTest::newRow("one") << fitted << "a" << Split("a|||||");
-        QTest::newRow("five") << fitted << "a,b,c,d,e" << Split("a|b|c|d|e|");
-        QTest::newRow("seven") << fitted << "a,b,c,d,e,f,g" << Split("a|b|c|d|e|f");
-        QTest::newRow("empty ones") << fitted << ",b,,d,,f" << Split("|b||d||f");
-        QTest::newRow("blanks inside") << fitted << "a a, b,c ,d,e,f" << Split("a a| b|c |d|e|f");
-        QTest::newRow("not fitted") << "0"
-                                    << "a,b,c,d,e,f" << QStringList();
-        QTest::newRow("the word none") << "none"
-                                       << "a,b,c,d,e,f" << QStringList();
-        QTest::newRow("small letters") << "vx440-att"
-                                       << "a,b,c,d,e,f" << QStringList();
-    }
-    void theAttenuatorIsShown()
-    {
-        QFETCH(QString, module);
-        QFETCH(QString, description);
-        QFETCH(QStringList, descriptions);
-        const QStringList labels = Split("Bypass|Att. 3dB|Att. 6dB|Att. 10dB|Att. 20dB|Att. 40dB");
-        CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(
-            InternalText({{4, module}}), DescriptionText({{4, description}})));
-        QCOMPARE(options.AttenuatorItems.size(), descriptions.size());
-        for (int item = 0; item < descriptions.size(); ++item) {
-            QCOMPARE(options.AttenuatorItems.at(item),
-                (QPair<QString, QString>{labels.at(item), descriptions.at(item)}));
+        for (const int characters : {643, 644}) {
+            const bool valid = characters == 643;
+            CDeviceOptions options;
+            QVERIFY(ParseAll(options));
+            const auto shownBefore = Shown(options);
+            const QString internal = InternalText({{19, "rotator"}});
+            const QString descriptions =
+                DescriptionText({{8, QString(300, 'x')}, {20, QString(characters - 300, 'y')}});
+            QCOMPARE(options.ParseDeviceOptions(internal, descriptions), valid);
+            QVERIFY(options.InternalValid);
+            QCOMPARE(options.DescriptionValid, valid);
+            QCOMPARE(options.IsValid(), valid);
+            QCOMPARE(Shown(options) != shownBefore, valid);
+            QCOMPARE(options.GetInternalOptions(), internal);
+            QCOMPARE(options.GetOptionDescriptions(), descriptions);
         }
     }
 
-    void theAmplifierStageIsShown_data()
+    void theLengthCountsAllEntriesAndTheGapsBetweenThem()
     {
-        QTest::addColumn<QString>("module");
-        QTest::addColumn<QString>("description");
-        QTest::addColumn<Items>("items");
-        const auto row = [](const char* name, const char* module, const char* description,
-                             const char* items) {
-            QTest::newRow(name) << QString(module) << QString(description) << ItemsOf(Split(items));
+        const auto text = [](int characters) { return QString(characters, 'x'); };
+        const QVector<QString> one(1);
+        const std::pair<QVector<QString>, bool> rows[] = {
+            {{}, true},
+            {QVector<QString>(22), true},
+            {{text(664)}, true},
+            {{text(665)}, false},
+            {{text(663), ""}, true},
+            {{text(664), ""}, false},
+            {List({{5, text(642)}}, "") + one, true},
+            {List({{5, text(643)}}, "") + one, false},
+            {QVector<QString>(665), true},
+            {QVector<QString>(666), false},
         };
-        row("AMP", "VX440-AMP", "one,two", "Bypass||HF AMP||V/UHF AMP||SHF AMP|");
-        row("A1", "VX440-A1", "one", "Bypass||Bypass||VX440-A1|one||");
-        row("A1, two descriptions", "VX440-A1", "one,two", "Bypass||Bypass||VX440-A1|one||");
-        row("A1, no description", "VX440-A1", "", "Bypass||Bypass||VX440-A1|||");
-        row("A1, three descriptions", "VX440-A1", "one,two,three", "Bypass||Bypass||VX440-A1|||");
-        row("A2", "VX440-A2", "one", "Bypass||Bypass||||VX440-A2|one");
-        row("A2, two descriptions", "VX440-A2", "one,two", "Bypass||Bypass||||VX440-A2|one");
-        row("A2, empty descriptions", "VX440-A2", ",,one,", "Bypass||Bypass||||VX440-A2|one");
-        row("A1+A2", "VX440-A1+A2", "one,two", "Bypass||Bypass||VX440-A1|one|VX440-A2|two");
-        row("A1+A2, one description", "VX440-A1+A2", "one",
-            "Bypass||Bypass||VX440-A1|one|VX440-A2|");
-        row("A1+A2, an empty description", "VX440-A1+A2", ",two",
-            "Bypass||Bypass||VX440-A1|two|VX440-A2|");
-        row("A1+A2, three descriptions", "VX440-A1+A2", "one,two,three",
-            "Bypass||Bypass||VX440-A1||VX440-A2|");
-        row("none", "none", "one,two", "");
-        row("0", "0", "one,two", "");
-        row("another", "VX440-A3", "one,two", "");
-        row("small letters", "vx440-a1", "one", "");
-    }
-    void theAmplifierStageIsShown()
-    {
-        QFETCH(QString, module);
-        QFETCH(QString, description);
-        CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(
-            InternalText({{7, module}}), DescriptionText({{7, description}})));
-        QTEST(options.AmplifierItems, "items");
+        for (const auto& [descriptions, valid] : rows) {
+            CDeviceOptions options;
+            options.OptionDescriptions = descriptions;
+            options.DescriptionValid = !valid;
+            QCOMPARE(options.CheckDescriptionLength(), valid);
+            QCOMPARE(options.DescriptionValid, valid);
+        }
     }
 
-    void theFilterBanksAreShown_data()
+    void theUnusedEntriesDoNotTravel()
     {
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("second");
-        QTest::addColumn<bool>("firstShown");
-        QTest::addColumn<bool>("secondShown");
-        const QString bank = "VX440-FIL";
-        QTest::newRow("none") << "0"
-                              << "0" << false << false;
-        QTest::newRow("the first") << bank << "0" << true << false;
-        QTest::newRow("both") << bank << bank << true << true;
-        QTest::newRow("the second without the first") << "0" << bank << false << false;
-        QTest::newRow("the word none") << "none" << bank << false << false;
-        QTest::newRow("small letters") << "vx440-fil" << bank << false << false;
-        QTest::newRow("the second in small letters") << bank << "vx440-fil" << true << false;
+        const std::pair<QVector<QString>, QStringList> rows[] = {
+            {{}, {}},
+            {{"a"}, {}},
+            {{"a", "b"}, {}},
+            {{"a", "b", "c"}, {}},
+            {{"a", "b", "c", "d"}, {"c"}},
+            {{"a", "b", "c", "d", "e"}, {"c", "d"}},
+            {{"none", "none", "none", "c", "none", "none"}, {"0", "c", "0"}},
+            {{"a", "b", "None", "NONE", "none ", "nonesuch", "z"},
+                {"None", "NONE", "none ", "nonesuch"}},
+            {{"a", "b", "", "", "", "z"}, {"", "", ""}},
+            {{"a", "b", "c,d", "e;f", "z"}, {"c,d", "e;f"}},
+        };
+        for (const auto& [list, fields] : rows) {
+            CDeviceOptions options;
+            options.InternalOptions = list;
+            QCOMPARE(options.GetInternalOptions(), fields.join(Comma));
+            QCOMPARE(options.GetOptionDescriptions(), QString());
+            options.InternalOptions.clear();
+            options.OptionDescriptions = list;
+            QCOMPARE(options.GetInternalOptions(), QString());
+            QCOMPARE(options.GetOptionDescriptions(), fields.join(Semicolon));
+            QCOMPARE(options.OptionDescriptions, list); // stays as it is
+        }
     }
+
+    void theFeedsAreShown()
+    {
+        const Items one = ItemsOf("DC-Feed1|first feed");
+        const Items both = ItemsOf("DC-Feed1|first feed|DC-Feed2|second feed");
+        const QString feed = "VX440-DCF";
+        const struct
+        {
+            QString first;
+            QString second;
+            Items items;
+        } rows[] = {{"0", "0", {}}, {feed, "0", one}, {feed, feed, both}, {"0", feed, {}},
+            {"none", "none", {}}, {feed, "none", one}, {"vx440-dcf", feed, {}},
+            {feed, "vx440-dcf", one}, {"VX440-ATT", feed, {}}};
+        for (const auto& row : rows) {
+            CDeviceOptions options;
+            QVERIFY(options.ParseDeviceOptions(
+                InternalText({{2, row.first}, {3, row.second}}), DescriptionText(AllDescriptions)));
+            QCOMPARE(options.DcFeedItems, row.items);
+        }
+    }
+
+    void theAttenuatorIsShown()
+    {
+        const struct
+        {
+            const char* module;
+            const char* description;
+            const char* items;
+        } rows[] = {
+            {"VX440-ATT", "a,b,c,d,e,f",
+                "Bypass|a|Att. 3dB|b|Att. 6dB|c|Att. 10dB|d|Att. 20dB|e|Att. 40dB|f"},
+            {"VX440-ATT", "", "Bypass||Att. 3dB||Att. 6dB||Att. 10dB||Att. 20dB||Att. 40dB|"},
+            {"VX440-ATT", "a", "Bypass|a|Att. 3dB||Att. 6dB||Att. 10dB||Att. 20dB||Att. 40dB|"},
+            {"VX440-ATT", "a,b,c,d,e",
+                "Bypass|a|Att. 3dB|b|Att. 6dB|c|Att. 10dB|d|Att. 20dB|e|Att. 40dB|"},
+            {"VX440-ATT", "a,b,c,d,e,f,g",
+                "Bypass|a|Att. 3dB|b|Att. 6dB|c|Att. 10dB|d|Att. 20dB|e|Att. 40dB|f"},
+            {"VX440-ATT", ",b,,d,,f",
+                "Bypass||Att. 3dB|b|Att. 6dB||Att. 10dB|d|Att. 20dB||Att. 40dB|f"},
+            {"VX440-ATT", "a a, b,c ,d,e,f",
+                "Bypass|a a|Att. 3dB| b|Att. 6dB|c |Att. 10dB|d|Att. 20dB|e|Att. 40dB|f"},
+            {"0", "a,b,c,d,e,f", ""},
+            {"none", "a,b,c,d,e,f", ""},
+            {"vx440-att", "a,b,c,d,e,f", ""},
+        };
+        for (const auto& row : rows) {
+            CDeviceOptions options;
+            QVERIFY(options.ParseDeviceOptions(
+                InternalText({{4, row.module}}), DescriptionText({{4, row.description}})));
+            QCOMPARE(options.AttenuatorItems, ItemsOf(row.items));
+        }
+    }
+
+    void theAmplifierStageIsShown()
+    {
+        const struct
+        {
+            const char* module;
+            const char* description;
+            const char* items;
+        } rows[] = {
+            {"VX440-AMP", "one,two", "Bypass||HF AMP||V/UHF AMP||SHF AMP|"},
+            {"VX440-A1", "one", "Bypass||Bypass||VX440-A1|one||"},
+            {"VX440-A1", "one,two", "Bypass||Bypass||VX440-A1|one||"},
+            {"VX440-A1", "", "Bypass||Bypass||VX440-A1|||"},
+            {"VX440-A1", "one,two,three", "Bypass||Bypass||VX440-A1|||"},
+            {"VX440-A2", "one", "Bypass||Bypass||||VX440-A2|one"},
+            {"VX440-A2", "one,two", "Bypass||Bypass||||VX440-A2|one"},
+            {"VX440-A2", ",,one,", "Bypass||Bypass||||VX440-A2|one"},
+            {"VX440-A1+A2", "one,two", "Bypass||Bypass||VX440-A1|one|VX440-A2|two"},
+            {"VX440-A1+A2", "one", "Bypass||Bypass||VX440-A1|one|VX440-A2|"},
+            {"VX440-A1+A2", ",two", "Bypass||Bypass||VX440-A1|two|VX440-A2|"},
+            {"VX440-A1+A2", "one,two,three", "Bypass||Bypass||VX440-A1||VX440-A2|"},
+            {"none", "one,two", ""},
+            {"0", "one,two", ""},
+            {"VX440-A3", "one,two", ""},
+            {"vx440-a1", "one", ""},
+        };
+        for (const auto& row : rows) {
+            CDeviceOptions options;
+            QVERIFY(options.ParseDeviceOptions(
+                InternalText({{7, row.module}}), DescriptionText({{7, row.description}})));
+            QCOMPARE(options.AmplifierItems, ItemsOf(row.items));
+        }
+    }
+
+    // The second bank is not shown without the first.
     void theFilterBanksAreShown()
     {
-        QFETCH(QString, first);
-        QFETCH(QString, second);
-        QFETCH(bool, firstShown);
-        QFETCH(bool, secondShown);
-        const Changes modules = With(
-            With(AllModules, 5, first.toLatin1().constData()), 6, second.toLatin1().constData());
-        CDeviceOptions options;
-        QVERIFY(
-            options.ParseDeviceOptions(InternalText(modules), DescriptionText(AllDescriptions)));
-        QCOMPARE(options.Filter1Items,
-            firstShown ? ItemsOf(Split("VX440-F11|d11|VX440-F12|d12|VX440-F13|d13|VX440-F14|d14|"
-                                       "VX440-F15|d15|VX440-F16|d16"))
-                       : Items());
-        QCOMPARE(options.Filter2Items,
-            secondShown ? ItemsOf(Split("VX440-F21|d21|VX440-F22|d22|VX440-F23|d23|VX440-F24|d24|"
-                                        "VX440-F25|d25"))
-                        : Items());
+        const QString bank = "VX440-FIL";
+        const struct
+        {
+            QString first;
+            QString second;
+            int shown;
+        } rows[] = {{"0", "0", 0}, {bank, "0", 1}, {bank, bank, 2}, {"0", bank, 0},
+            {"none", bank, 0}, {"vx440-fil", bank, 0}, {bank, "vx440-fil", 1}};
+        const Items first = ItemsOf("VX440-F11|d11|VX440-F12|d12|VX440-F13|d13|VX440-F14|d14|"
+                                    "VX440-F15|d15|VX440-F16|d16");
+        const Items second = ItemsOf("VX440-F21|d21|VX440-F22|d22|VX440-F23|d23|VX440-F24|d24|"
+                                     "VX440-F25|d25");
+        for (const auto& row : rows) {
+            Changes modules = AllModules;
+            modules[5] = row.first;
+            modules[6] = row.second;
+            CDeviceOptions options;
+            QVERIFY(options.ParseDeviceOptions(
+                InternalText(modules), DescriptionText(AllDescriptions)));
+            QCOMPARE(options.Filter1Items, row.shown > 0 ? first : Items());
+            QCOMPARE(options.Filter2Items, row.shown > 1 ? second : Items());
+        }
     }
 
     void anyTextIsTheNameOfAFilter()
@@ -504,25 +428,19 @@ private slots:
             InternalText({{5, "VX440-FIL"}, {6, "VX440-FIL"}, {8, "0"}, {9, "none"},
                 {10, "vx440-f1"}, {11, "low pass"}, {14, "VX440-F"}}),
             DescriptionText({{8, "eight"}})));
-        QCOMPARE(options.Filter1Items, ItemsOf(Split("0|eight|none||vx440-f1||low pass||0||0|")));
-        QCOMPARE(options.Filter2Items, ItemsOf(Split("VX440-F||0||0||0||0|")));
+        QCOMPARE(options.Filter1Items, ItemsOf("0|eight|none||vx440-f1||low pass||0||0|"));
+        QCOMPARE(options.Filter2Items, ItemsOf("VX440-F||0||0||0||0|"));
     }
 
-    void theRotatorsAreAlwaysShown_data()
-    {
-        QTest::addColumn<QString>("name");
-        for (const char* const name : {"ProSisTel", "0", "none"}) {
-            QTest::newRow(name) << QString(name);
-        }
-    }
     void theRotatorsAreAlwaysShown()
     {
-        QFETCH(QString, name);
-        CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(InternalText({{19, name}, {20, name + name}}),
-            DescriptionText({{19, "round"}, {20, "up"}})));
-        QCOMPARE(options.AzimuthRotatorItems, (Items{{name, "round"}}));
-        QCOMPARE(options.PolarRotatorItems, (Items{{name + name, "up"}}));
+        for (const QString name : {"ProSisTel", "0", "none"}) {
+            CDeviceOptions options;
+            QVERIFY(options.ParseDeviceOptions(InternalText({{19, name}, {20, name + name}}),
+                DescriptionText({{19, "round"}, {20, "up"}})));
+            QCOMPARE(options.AzimuthRotatorItems, (Items{{name, "round"}}));
+            QCOMPARE(options.PolarRotatorItems, (Items{{name + name, "up"}}));
+        }
     }
 
     void aSecondReadingReplacesEveryList()
@@ -541,29 +459,19 @@ private slots:
             (QVector<Items>{Items(), Items(), Items(), Items(), Items(), blank, blank}));
     }
 
-    void aRecordThatIsNotValidKeepsItsLists_data()
-    {
-        QTest::addColumn<bool>("internalValid");
-        QTest::addColumn<bool>("descriptionValid");
-        QTest::newRow("neither") << false << false;
-        QTest::newRow("internal alone") << true << false;
-        QTest::newRow("descriptions alone") << false << true;
-        QTest::newRow("both") << true << true;
-    }
     void aRecordThatIsNotValidKeepsItsLists()
     {
-        QFETCH(bool, internalValid);
-        QFETCH(bool, descriptionValid);
-        CDeviceOptions options;
-        QVERIFY(ParseAll(options));
-        const auto before = Shown(options);
-        options.InternalOptions.fill("x");
-        options.InternalValid = internalValid;
-        options.DescriptionValid = descriptionValid;
-        const bool valid = internalValid && descriptionValid;
-        QCOMPARE(options.IsValid(), valid);
-        QCOMPARE(options.UpdateOptionLists(), valid);
-        QCOMPARE(Shown(options) != before, valid);
+        for (const int flags : {0, 1, 2, 3}) {
+            CDeviceOptions options;
+            QVERIFY(ParseAll(options));
+            const auto before = Shown(options);
+            options.InternalOptions.fill("x");
+            options.InternalValid = (flags & 1) != 0;
+            options.DescriptionValid = (flags & 2) != 0;
+            QCOMPARE(options.IsValid(), flags == 3);
+            QCOMPARE(options.UpdateOptionLists(), flags == 3);
+            QCOMPARE(Shown(options) != before, flags == 3);
+        }
     }
 
     void aDescriptionThatIsNotThereIsEmpty()
@@ -577,9 +485,9 @@ private slots:
                 QCOMPARE(item.second, QString());
             }
         }
-        options.OptionDescriptions = Split("a|b|feed").toVector();
+        options.OptionDescriptions = {"a", "b", "feed"};
         QVERIFY(options.UpdateOptionLists());
-        QCOMPARE(options.DcFeedItems, ItemsOf(Split("DC-Feed1|feed|DC-Feed2|")));
+        QCOMPARE(options.DcFeedItems, ItemsOf("DC-Feed1|feed|DC-Feed2|"));
     }
 };
 

@@ -44,16 +44,23 @@ class OptionsFileTest : public WarningsFail
 {
     Q_OBJECT
 
-private:
     QString NewPath(const char* suffix = ".xlsx")
     {
-        return folder.filePath(QString("f%1").arg(++paths) + QString(suffix));
+        return folder.filePath(QString::number(++paths) + suffix);
     }
 
     QString Workbook(const QStringList& names, const QStringList& descriptions = {})
     {
         const QString path = NewPath();
         return WriteOptionsWorkbook(path, names, descriptions) ? path : QString();
+    }
+
+    // Reads a workbook with another text in each cell.
+    void Fill(CDeviceOptions& options)
+    {
+        QString error;
+        QVERIFY(options.ReadOptionsFile(
+            Workbook(Numbered("before ", 22), Numbered("text ", 22)), error));
     }
 
     QTemporaryDir folder;
@@ -104,40 +111,21 @@ private slots:
             "d11;d12;d13;d14;d15;d16;d21;d22;d23;d24;d25;round;up");
     }
 
-    void aCellIsTakenWithoutItsBlanks_data()
-    {
-        QTest::addColumn<QString>("cell");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("description");
-        QTest::newRow("no cell") << QString() << "0" << QString();
-        QTest::newRow("an empty cell") << ""
-                                       << "0" << QString();
-        QTest::newRow("blanks") << "  \t "
-                                << "0" << QString();
-        QTest::newRow("a name") << "VX440-DCF"
-                                << "VX440-DCF"
-                                << "VX440-DCF";
-        QTest::newRow("blanks around") << "  a "
-                                       << "a"
-                                       << "a";
-        QTest::newRow("blanks inside") << "a  \n b"
-                                       << "a b"
-                                       << "a b";
-        QTest::newRow("none") << "none"
-                              << "none"
-                              << "none";
-        QTest::newRow("an umlaut") << QString::fromUtf8("\xC3\xBC") << QString::fromUtf8("\xC3\xBC")
-                                   << QString::fromUtf8("\xC3\xBC");
-    }
+    // A blank name is 0.
     void aCellIsTakenWithoutItsBlanks()
     {
-        QFETCH(QString, cell);
-        CDeviceOptions options;
-        QString error;
-        QVERIFY(options.ReadOptionsFile(
-            Workbook(With(Numbered("n", 22), 3, cell), With(Numbered("d", 22), 3, cell)), error));
-        QTEST(options.InternalOptions.at(3), "name");
-        QTEST(options.OptionDescriptions.at(3), "description");
+        const std::pair<QString, QString> rows[] = {{QString(), ""}, {"", ""}, {"  \t ", ""},
+            {"VX440-DCF", "VX440-DCF"}, {"  a ", "a"}, {"a  \n b", "a b"}, {"none", "none"},
+            {"\u00FC", "\u00FC"}};
+        for (const auto& [cell, text] : rows) {
+            CDeviceOptions options;
+            QString error;
+            QVERIFY(options.ReadOptionsFile(
+                Workbook(With(Numbered("n", 22), 3, cell), With(Numbered("d", 22), 3, cell)),
+                error));
+            QCOMPARE(options.InternalOptions.at(3), text.isEmpty() ? "0" : text);
+            QCOMPARE(options.OptionDescriptions.at(3), text);
+        }
     }
 
     void aBlankSecondFeedIsNotFitted()
@@ -168,20 +156,8 @@ private slots:
         QCOMPARE(options.GetInternalOptions().section(',', 5, 5), "0");
     }
 
-    void aFileIsJudged_data()
+    void aFileIsJudged()
     {
-        QTest::addColumn<QStringList>("names");
-        QTest::addColumn<QStringList>("descriptions");
-        QTest::addColumn<QString>("error");
-        QTest::addColumn<int>("internalSize");
-        QTest::addColumn<int>("descriptionSize");
-        QTest::addColumn<bool>("valid");
-        const auto row = [](const char* name, const QStringList& names,
-                             const QStringList& descriptions, const QString& error,
-                             int internalSize, int descriptionSize, bool valid) {
-            QTest::newRow(name) << names << descriptions << error << internalSize << descriptionSize
-                                << valid;
-        };
         const QStringList names = Numbered("n", 22);
         const QStringList names23 = Numbered("n", 23);
         const QStringList texts = Numbered("d", 22);
@@ -189,71 +165,67 @@ private slots:
         const QStringList empty = Split("|||||||||||||||||||||");
         const QString x643(643, 'x');
         const QString x644(644, 'x');
-        row("22 rows", names, texts, Untouched, 22, 22, true);
-        row("21 rows", names.mid(1), texts.mid(1), InvalidFile, 21, 21, false);
-        row("23 rows", names23, texts23, InvalidFile, 23, 22, false);
-        row("no rows", {}, {}, InvalidFile, 0, 0, false);
-        row("one row", names.mid(0, 1), texts.mid(0, 1), InvalidFile, 1, 1, false);
-        row("a 22nd row in column B alone", names.mid(1), texts, Untouched, 22, 22, true);
-        row("a 23rd row in column B alone", names, texts23, InvalidFile, 23, 22, false);
-        row("one column", names, {}, TooLong, 22, 0, true);
-        row("one column of 21 rows", names.mid(1), {}, InvalidFile, 21, 0, false);
-        row("descriptions alone", {}, texts, Untouched, 22, 22, true);
-        row("643 characters", names, With(empty, 8, x643), Untouched, 22, 22, true);
-        row("644 characters", names, With(empty, 8, x644), TooLong, 22, 22, false);
-        row("long texts that are not read", names, With(With(empty, 5, x643), 21, x643), Untouched,
-            22, 22, true);
-        row("too many rows and too long", names23, With(empty, 8, x644), InvalidFile, 23, 22,
-            false);
-    }
-    void aFileIsJudged()
-    {
-        QFETCH(QStringList, names);
-        QFETCH(QStringList, descriptions);
-        QFETCH(QString, error);
-        CDeviceOptions options;
-        QString said;
-        QVERIFY(options.ReadOptionsFile(
-            Workbook(Numbered("before ", 22), Numbered("text ", 22)), said));
-        const auto shownBefore = Shown(options);
-        said = Untouched;
-        const bool good = error == Untouched;
-        QCOMPARE(options.ReadOptionsFile(Workbook(names, descriptions), said), good);
-        QCOMPARE(said, error);
-        QTEST(options.InternalOptions.size(), "internalSize");
-        QTEST(options.OptionDescriptions.size(), "descriptionSize");
-        QCOMPARE(options.InternalValid, options.InternalOptions.size() == 22);
-        QTEST(options.IsValid(), "valid");
-        QCOMPARE(Shown(options) != shownBefore, good);
+        const QStringList unread = With(With(empty, 5, x643), 21, x643);
+        const struct
+        {
+            QStringList names;
+            QStringList descriptions;
+            QString error;
+            int internalSize;
+            int descriptionSize;
+            bool valid;
+        } rows[] = {
+            {names, texts, Untouched, 22, 22, true},
+            {names.mid(1), texts.mid(1), InvalidFile, 21, 21, false},
+            {names23, texts23, InvalidFile, 23, 22, false},
+            {{}, {}, InvalidFile, 0, 0, false},
+            {names.mid(0, 1), texts.mid(0, 1), InvalidFile, 1, 1, false},
+            {names.mid(1), texts, Untouched, 22, 22, true}, // the last row has column B alone
+            {names, texts23, InvalidFile, 23, 22, false},   // the last row has column B alone
+            {names, {}, TooLong, 22, 0, true},
+            {names.mid(1), {}, InvalidFile, 21, 0, false},
+            {{}, texts, Untouched, 22, 22, true},
+            {names, With(empty, 8, x643), Untouched, 22, 22, true},
+            {names, With(empty, 8, x644), TooLong, 22, 22, false},
+            {names, unread, Untouched, 22, 22, true},
+            {names23, With(empty, 8, x644), InvalidFile, 23, 22, false},
+        };
+        for (const auto& row : rows) {
+            CDeviceOptions options;
+            Fill(options);
+            const auto shownBefore = Shown(options);
+            QString said = Untouched;
+            const bool good = row.error == Untouched;
+            QCOMPARE(options.ReadOptionsFile(Workbook(row.names, row.descriptions), said), good);
+            QCOMPARE(said, row.error);
+            QCOMPARE(options.InternalOptions.size(), row.internalSize);
+            QCOMPARE(options.OptionDescriptions.size(), row.descriptionSize);
+            QCOMPARE(options.InternalValid, row.internalSize == 22);
+            QCOMPARE(options.IsValid(), row.valid);
+            QCOMPARE(Shown(options) != shownBefore, good);
+        }
     }
 
-    void aFileThatIsNoWorkbookIsInvalid_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::newRow("no name") << QString();
-        QTest::newRow("no such file") << NewPath();
-        QTest::newRow("a folder") << folder.path();
-        const QString text = NewPath(".cfg");
-        QFile file(text);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("VX440-DCF\n") > 0);
-        QTest::newRow("a text") << text;
-    }
+    // No name, no such file, a folder, and a text.
     void aFileThatIsNoWorkbookIsInvalid()
     {
-        QFETCH(QString, path);
-        CDeviceOptions options;
-        QString error;
-        QVERIFY(options.ReadOptionsFile(
-            Workbook(Numbered("before ", 22), Numbered("text ", 22)), error));
-        const auto shownBefore = Shown(options);
-        QVERIFY(!options.ReadOptionsFile(path, error));
-        QCOMPARE(error, InvalidFile);
-        QVERIFY(!options.IsValid());
-        QVERIFY(options.InternalOptions.isEmpty());
-        QVERIFY(options.OptionDescriptions.isEmpty());
-        QVERIFY(options.DescriptionValid); // no description is not too long
-        QCOMPARE(Shown(options), shownBefore);
-        QCOMPARE(options.GetInternalOptions(), QString());
+        QFile text(NewPath(".cfg"));
+        QVERIFY(text.open(QIODevice::WriteOnly) && text.write("VX440-DCF\n") > 0);
+        text.close();
+        for (const QString& path : {QString(), NewPath(), folder.path(), text.fileName()}) {
+            CDeviceOptions options;
+            Fill(options);
+            const auto shownBefore = Shown(options);
+            QString error;
+            QVERIFY2(!options.ReadOptionsFile(path, error), qPrintable(path));
+            QCOMPARE(error, InvalidFile);
+            QVERIFY(!options.IsValid());
+            QVERIFY(options.InternalOptions.isEmpty());
+            QVERIFY(options.OptionDescriptions.isEmpty());
+            QVERIFY(options.DescriptionValid); // no description is not too long
+            QCOMPARE(Shown(options), shownBefore);
+            QCOMPARE(options.GetInternalOptions(), QString());
+        }
     }
 
     void aWorkbookMayHaveAnotherName()

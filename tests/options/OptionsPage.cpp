@@ -1,49 +1,48 @@
 #include "tests/options/OptionsPage.h"
 
-#include "link/CDeviceCommunication.h"
-#include "tests/support/SimulatorProcess.h"
-
-#include <QGroupBox>
 #include <QLayout>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QtTest>
+
+#include <functional>
+
+namespace {
+
+QVector<QStringList> OfEachLine(
+    const QWidget& page, const std::function<QString(const QLineEdit&)>& text)
+{
+    QVector<QStringList> groups(Groups);
+    for (int group = 0; group < Groups; ++group) {
+        for (const QLineEdit* const line : Lines(page, group)) {
+            groups[group].append(text(*line));
+        }
+    }
+    return groups;
+}
+
+} // namespace
 
 QStringList Split(const char* texts)
 {
     return QString(texts).split('|');
 }
 
-QStringList UnitWith(const QString& options, const QString& descriptions)
+QStringList FullNames()
 {
-    return {"--options", options, "--option-descriptions", descriptions};
+    return QStringList{"a", "b"} + QString(FullOptions).split(',') + QStringList{"c"};
 }
 
-QStringList UnitWith(const char* options, const char* descriptions)
+QStringList FullTexts()
 {
-    return UnitWith(QString(options), QString(descriptions));
-}
-
-QStringList FullUnit()
-{
-    return UnitWith(FullOptions, FullDescriptions);
-}
-
-bool Connect(const SimulatorProcess& unit)
-{
-    CDeviceCommunication* const link = TheDeviceCommunication();
-    link->StartConnection(unit.Address().toLatin1());
-    return unit.IsReady() && QTest::qWaitFor([link] { return link->IsConnected(); });
+    return QStringList{QString(), QString()} + QString(FullDescriptions).split(';');
 }
 
 QGroupBox* Box(const QWidget& page, int group)
 {
-    return page.findChild<QGroupBox*>(QString(BoxOf[group]));
+    return page.findChild<QGroupBox*>(BoxOf[group]);
 }
 
 QPushButton* Button(const QWidget& page, const char* name)
 {
-    return page.findChild<QPushButton*>(QString(name));
+    return page.findChild<QPushButton*>(name);
 }
 
 QVector<QLineEdit*> Lines(const QWidget& page, int group)
@@ -56,23 +55,14 @@ QVector<QLineEdit*> Lines(const QWidget& page, int group)
     return lines;
 }
 
-QStringList Shown(const QWidget& page, int group)
-{
-    QStringList texts;
-    const auto lines = Lines(page, group);
-    for (const QLineEdit* const line : lines) {
-        texts.append(line->text());
-    }
-    return texts;
-}
-
 QVector<QStringList> Shown(const QWidget& page)
 {
-    QVector<QStringList> groups;
-    for (int group = 0; group < Groups; ++group) {
-        groups.append(Shown(page, group));
-    }
-    return groups;
+    return OfEachLine(page, [](const QLineEdit& line) { return line.text(); });
+}
+
+QVector<QStringList> ToolTips(const QWidget& page)
+{
+    return OfEachLine(page, [](const QLineEdit& line) { return line.toolTip(); });
 }
 
 QVector<QStringList> FullGroups()

@@ -2,22 +2,19 @@
 #include "model/CDeviceDatabase.h"
 #include "options/CTabOptions.h"
 #include "tests/options/OptionsPage.h"
-#include "tests/support/SimulatorProcess.h"
 #include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 #include "tests/support/platform/SystemFiles.h"
+#include "tests/support/scripted/ConnectingThread.h"
+#include "tests/support/scripted/ScriptedLink.h"
 #include "tests/support/workbooks/OptionsWorkbook.h"
 
-#include <QFileDialog>
-#include <QGroupBox>
 #include <QHelpEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QProcess>
-#include <QPushButton>
+#include <QProgressBar>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -25,64 +22,111 @@
 
 namespace {
 
-constexpr const char* InvalidFile = "Error: Invalid options file!!";
+constexpr char InvalidFile[] = "Error: Invalid options file!!";
 
-CTabOptions* PageOfTheWindow()
+CTabOptions& PageOfTheWindow()
 {
-    return MainWindow()->findChild<CTabOptions*>();
+    return *MainWindow()->findChild<CTabOptions*>();
 }
 
-// What a file dialog says, and the path that it is answered with by keys; none cancels.
-struct FileDialog
+QString Sent(const QByteArray& frame)
 {
-    QString title;
-    QStringList filters;
-    QFileDialog::FileMode mode = QFileDialog::AnyFile;
+    return "send " + frame.toHex().toUpper();
+}
+
+const QStringList Queries{Sent("GET:OPTION:INTERNAL?\r"), Sent("GET:OPTION:DESC?\r")};
+
+QStringList SentBoth(const QByteArray& options, const QByteArray& descriptions)
+{
+    return {Sent("CF9\r" + options), Sent("CF10\r" + descriptions)};
+}
+
+QByteArray Line(const QByteArray& text)
+{
+    return text + '\r';
+}
+
+// What the progress dialog of a flow says and shows, from the moment that it comes up.
+class ProgressWatch : public QObject
+{
+public:
+    explicit ProgressWatch(const std::function<void()>& flow)
+    {
+        qApp->installEventFilter(this);
+        flow();
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        const auto* const dialog = qobject_cast<QProgressDialog*>(watched);
+        if (dialog != nullptr && event->type() == QEvent::Show) {
+            texts = QStringList{dialog->labelText(), StatusLine()};
+            values = {dialog->minimum(), dialog->maximum(), dialog->value()};
+            connect(dialog->findChild<QProgressBar*>(), &QProgressBar::valueChanged, this,
+                [this](int value) { values.append(value); });
+        }
+        return false;
+    }
+
+    QStringList texts;   // its label, and the status line
+    QVector<int> values; // its minimum and maximum, and then as they follow
 };
 
-FileDialog ChooseFile(const QString& path, const std::function<void()>& flow)
+// What a unit does with a command.
+struct Reaction
 {
-    FileDialog seen;
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
-        auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr || !dialog->isVisible()) {
-            return;
-        }
-        watch.stop();
-        seen = {dialog->windowTitle(), dialog->nameFilters(), dialog->fileMode()};
-        for (const QChar character : path) {
-            QTest::keyClick(dialog->windowHandle(), character.toLatin1());
-        }
-        while (dialog->isVisible()) { // the list of suggestions may take the first key
-            QTest::keyClick(
-                dialog->windowHandle(), path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
-            QCoreApplication::processEvents();
-        }
-    });
-    watch.start(0);
-    flow();
-    return seen;
-}
-
-// The full unit's options as a workbook.
-QStringList FullNames()
-{
-    return QStringList{"a", "b"} + QString(FullOptions).split(',') + QStringList{"c"};
-}
-
-QStringList FullTexts()
-{
-    return QStringList{QString(), QString()} + QString(FullDescriptions).split(';');
-}
+    QByteArray command;
+    QByteArray answer;
+    int after = 0; // milliseconds
+};
 
 } // namespace
 
+/// The page in the program, with a unit that the test scripts: no wait takes any time.
 class TabOptionsTest : public WarningsFail
 {
     Q_OBJECT
 
-private:
+    // A unit that holds these and acknowledges what it gets, but for what `other` says.
+    static void Connect(const QByteArray& options = FullOptions,
+        const QByteArray& descriptions = FullDescriptions, const Reaction& other = {})
+    {
+        scripted::Reset();
+        scripted::WhenSent([=](const QByteArray& frame) {
+            const Reaction reactions[] = {other, {"GET:OPTION:INTERNAL?", Line(options)},
+                {"GET:OPTION:DESC?", Line(descriptions)}, {"CF9", "1\r"}, {"CF10", "1\r"}};
+            for (const Reaction& reaction : reactions) {
+                if (frame.startsWith(Line(reaction.command))) {
+                    scripted::DeliverAfter(reaction.after, reaction.answer);
+                    return;
+                }
+            }
+        });
+        TheDeviceCommunication()->StartConnection("127.0.0.1");
+        AwaitConnectingThread();
+        scripted::ForgetEvents();
+    }
+
+    // With the page of the window on show.
+    static CTabOptions& ConnectTheWindow()
+    {
+        Connect();
+        ShowPage("Options");
+        PageOfTheWindow().ConnectionStatusChanged();
+        scripted::ForgetEvents();
+        return PageOfTheWindow();
+    }
+
+    static void ChooseFile(
+        const QString& path,
+        const std::function<void(const QFileDialog&)>& look = [](const QFileDialog&) {})
+    {
+        auto* const button = Find<QPushButton>("btnReadDeviceOptions");
+        button->show();
+        ClickAndChooseFile(button, path, look);
+        button->hide();
+    }
+
     QTemporaryDir folder;
 
 private slots:
@@ -96,7 +140,7 @@ private slots:
     // Runs first: the page as the window comes up.
     void thePageComesUpEmpty()
     {
-        const CTabOptions& page = *PageOfTheWindow();
+        const CTabOptions& page = PageOfTheWindow();
         QCOMPARE(MainWindow()->findChildren<CTabOptions*>().size(), 1);
         for (int group = 0; group < Groups; ++group) {
             QVERIFY(Box(page, group)->layout() == nullptr);
@@ -114,133 +158,65 @@ private slots:
         QVERIFY(Find<QPushButton>("btnReadDeviceOptions")->isEnabled());
     }
 
-    void thePageHasItsSizes()
+    void everyWidgetHasItsPlaceAndText()
     {
         const CTabOptions page(nullptr);
         QCOMPARE(page.objectName(), "TabOptions");
         QCOMPARE(page.size(), QSize(850, 340));
         QCOMPARE(page.minimumSize(), QSize(850, 310));
         QCOMPARE(page.maximumSize(), QSize(850, 340));
-    }
-
-    void everyWidgetHasItsPlace_data()
-    {
-        QTest::addColumn<QRect>("place");
-        QTest::newRow("boxDcf") << QRect(30, 30, 131, 180);
-        QTest::newRow("boxAtt") << QRect(170, 30, 131, 180);
-        QTest::newRow("boxFilter1") << QRect(310, 30, 131, 180);
-        QTest::newRow("boxFilter2") << QRect(450, 30, 131, 180);
-        QTest::newRow("boxAmp") << QRect(590, 30, 131, 180);
-        QTest::newRow("widNewFirmwareItems") << QRect(530, 230, 201, 91);
-        QTest::newRow("btnSendDeviceOptions") << QRect(90, 30, 100, 23);
-        QTest::newRow("btnReadOptionsFromDevice") << QRect(90, 0, 100, 23);
-        QTest::newRow("btnReadDeviceOptions") << QRect(90, 60, 100, 23);
-        QTest::newRow("lblCompatibility") << QRect(30, 300, 241, 20);
-        QTest::newRow("boxOptionAzimuthRotator") << QRect(100, 230, 131, 61);
-        QTest::newRow("boxOptionPolarRotator") << QRect(250, 230, 131, 61);
-    }
-    void everyWidgetHasItsPlace()
-    {
-        const CTabOptions page(nullptr);
-        const auto* const widget = page.findChild<QWidget*>(QString(QTest::currentDataTag()));
-        QVERIFY(widget != nullptr);
-        QTEST(widget->geometry(), "place");
-    }
-
-    void everyBoxHasItsTitle_data()
-    {
-        QTest::addColumn<QString>("title");
-        QTest::newRow("boxDcf") << "VX440-DCF";
-        QTest::newRow("boxAtt") << "VX440-ATT";
-        QTest::newRow("boxFilter1") << "VX440-FIL 1";
-        QTest::newRow("boxFilter2") << "VX440-FIL 2";
-        QTest::newRow("boxAmp") << "VX440-AMP";
-        QTest::newRow("boxOptionAzimuthRotator") << "Azimuth rotator";
-        QTest::newRow("boxOptionPolarRotator") << "Pol/Eval rotator";
-    }
-    void everyBoxHasItsTitle()
-    {
-        const auto* const box = Find<QGroupBox>(QTest::currentDataTag());
-        QTEST(box->title(), "title");
-        QVERIFY(box->alignment().testFlag(Qt::AlignHCenter));
-        QCOMPARE(
-            box->styleSheet(), "QGroupBox\n{\n    font-size: 12px;\n    font-weight: bold;\n}");
-        QCOMPARE(box->font().pixelSize(), 12);
-        QVERIFY(box->font().bold());
-    }
-
-    void everyButtonHasItsTextAndItsParent_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("btnSendDeviceOptions") << "Send to device";
-        QTest::newRow("btnReadOptionsFromDevice") << "Read from device";
-        QTest::newRow("btnReadDeviceOptions") << "Read Options File";
-    }
-    void everyButtonHasItsTextAndItsParent()
-    {
-        const auto* const button = Find<QPushButton>(QTest::currentDataTag());
-        QTEST(button->text(), "text");
-        QCOMPARE(button->parentWidget()->objectName(), "widNewFirmwareItems");
-        QVERIFY(!button->autoDefault());
-    }
-
-    void theNoticeIsBoldAndItalic()
-    {
-        const auto* const notice = Find<QLabel>("lblCompatibility");
-        QCOMPARE(notice->text(), "This tab is not compatible with this device!");
-        QVERIFY(notice->font().bold());
-        QVERIFY(notice->font().italic());
-    }
-
-    void connectingShowsWhatTheUnitIsFittedWith_data()
-    {
-        QTest::addColumn<QString>("firmware");
-        QTest::newRow("new firmware") << "3.10";
-        QTest::newRow("old firmware") << "2.50";
-    }
-    void connectingShowsWhatTheUnitIsFittedWith()
-    {
-        QFETCH(QString, firmware);
-        const SimulatorProcess unit(FullUnit() << "--firmware" << firmware);
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        const CTabOptions& page = *PageOfTheWindow();
-        QVERIFY(page.isEnabled());
-        QCOMPARE(Shown(page), FullGroups());
-        for (int group = 0; group < Groups; ++group) {
-            for (const QLineEdit* const line : Lines(page, group)) {
-                QTRY_VERIFY(line->isVisible());
-            }
+        const struct
+        {
+            const char* name;
+            QRect place;
+            const char* text;
+        } rows[] = {
+            {"boxDcf", {30, 30, 131, 180}, "VX440-DCF"},
+            {"boxAtt", {170, 30, 131, 180}, "VX440-ATT"},
+            {"boxFilter1", {310, 30, 131, 180}, "VX440-FIL 1"},
+            {"boxFilter2", {450, 30, 131, 180}, "VX440-FIL 2"},
+            {"boxAmp", {590, 30, 131, 180}, "VX440-AMP"},
+            {"widNewFirmwareItems", {530, 230, 201, 91}, ""},
+            {"btnSendDeviceOptions", {90, 30, 100, 23}, "Send to device"},
+            {"btnReadOptionsFromDevice", {90, 0, 100, 23}, "Read from device"},
+            {"btnReadDeviceOptions", {90, 60, 100, 23}, "Read Options File"},
+            {"lblCompatibility", {30, 300, 241, 20},
+                "This tab is not compatible with this device!"},
+            {"boxOptionAzimuthRotator", {100, 230, 131, 61}, "Azimuth rotator"},
+            {"boxOptionPolarRotator", {250, 230, 131, 61}, "Pol/Eval rotator"},
+        };
+        for (const auto& row : rows) {
+            const auto* const widget = page.findChild<QWidget*>(row.name);
+            QVERIFY2(widget != nullptr && widget->geometry() == row.place, row.name);
+            QCOMPARE(widget->property("text").toString() + widget->property("title").toString(),
+                row.text);
         }
-        QVERIFY(!Find<QLabel>("lblCompatibility")->isVisible());
-        QVERIFY(Find<QPushButton>("btnReadOptionsFromDevice")->isEnabled());
-        QVERIFY(Find<QPushButton>("btnSendDeviceOptions")->isEnabled());
-        QVERIFY(!Find<QPushButton>("btnSendDeviceOptions")->isVisible());
-        QVERIFY(!Find<QPushButton>("btnReadDeviceOptions")->isVisible());
     }
 
-    void theButtonReadsAgainByMouseAndByKey()
+    void boxesButtonsAndNoticeHaveTheirLook()
     {
-        SimulatorProcess unit(FullUnit());
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        unit.Forget();
-        Click(Find<QPushButton>("btnReadOptionsFromDevice"));
-        QCOMPARE(StatusLine(), QString(ReadDone));
-        Find<QPushButton>("btnReadOptionsFromDevice")->setFocus();
-        Press(Qt::Key_Space);
-        QCOMPARE(StatusLine(), QString(ReadDone));
-        const QStringList once{QString(QueryInternal), QString(QueryDescriptions)};
-        QCOMPARE(unit.Commands(), once + once);
-        QCOMPARE(Shown(*PageOfTheWindow()), FullGroups());
+        for (const char* const name : BoxOf) {
+            const auto* const box = Find<QGroupBox>(name);
+            QVERIFY2(box->alignment().testFlag(Qt::AlignHCenter), name);
+            QCOMPARE(
+                box->styleSheet(), "QGroupBox\n{\n    font-size: 12px;\n    font-weight: bold;\n}");
+            QCOMPARE(box->font().pixelSize(), 12);
+            QVERIFY2(box->font().bold(), name);
+        }
+        for (const char* const name :
+            {"btnSendDeviceOptions", "btnReadOptionsFromDevice", "btnReadDeviceOptions"}) {
+            const auto* const button = Find<QPushButton>(name);
+            QCOMPARE(button->parentWidget()->objectName(), "widNewFirmwareItems");
+            QVERIFY2(!button->autoDefault(), name);
+        }
+        const QFont notice = Find<QLabel>("lblCompatibility")->font();
+        QVERIFY(notice.bold() && notice.italic());
     }
 
     void theTabKeyWalksTheLinesAndThenTheButton()
     {
-        const SimulatorProcess unit(
-            UnitWith("VX440-DCF,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,round,up", NoDescriptions));
-        ConnectTo(unit.Address());
-        ShowPage("Options");
+        ConnectTheWindow();
+        Connect("VX440-DCF,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,round,up", NoDescriptions);
         Click(Find<QPushButton>("btnReadOptionsFromDevice")); // which covers lines of the rotators
         Click(Find<QLineEdit>("txtIpAddress"));
         QStringList walked;
@@ -257,10 +233,7 @@ private slots:
 
     void theMouseOverALineShowsItsDescription()
     {
-        const SimulatorProcess unit(FullUnit());
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        const QLineEdit* const line = Lines(*PageOfTheWindow(), 1).at(3);
+        const QLineEdit* const line = Lines(ConnectTheWindow(), 1).at(3);
         QTRY_VERIFY(line->isVisible());
         const QPoint middle = line->mapTo(MainWindow(), line->rect().center());
         MainWindow()->activateWindow();
@@ -280,11 +253,10 @@ private slots:
         const QString pipe = folder.filePath("pipe.png");
         QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
         const QString description = QString("<img src=\"%1\"><b>12</b> V").arg(pipe);
-        const SimulatorProcess unit(
-            UnitWith(QString(FullOptions), QString(FullDescriptions).replace("12 V", description)));
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        QLineEdit* const line = Lines(*PageOfTheWindow(), 0).first();
+        CTabOptions& page = ConnectTheWindow();
+        Connect(FullOptions, QByteArray(FullDescriptions).replace("12 V", description.toLatin1()));
+        page.ReadOptionsFromDeviceButtonClicked();
+        QLineEdit* const line = Lines(page, 0).first();
         QCOMPARE(line->toolTip(), description);
         QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), line->mapToGlobal(QPoint(1, 1)));
         QCoreApplication::sendEvent(line, &event);
@@ -294,10 +266,7 @@ private slots:
 
     void noKeyChangesALine()
     {
-        const SimulatorProcess unit(FullUnit());
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        QLineEdit* const line = Lines(*PageOfTheWindow(), 0).first();
+        QLineEdit* const line = Lines(ConnectTheWindow(), 0).first();
         QTRY_VERIFY(line->isVisible());
         Click(line);
         Type("x");
@@ -305,106 +274,65 @@ private slots:
         QCOMPARE(line->text(), "DC-Feed1");
     }
 
-    void everyLineIsForReadingOnlyAndHasItsDescription_data()
-    {
-        QTest::addColumn<int>("group");
-        QTest::addColumn<QStringList>("descriptions");
-        const auto row = [](int group, const char* descriptions) {
-            QTest::newRow(BoxOf[group]) << group << Split(descriptions);
-        };
-        row(0, "12 V|24 V");
-        row(1, "through|3|6|10|20|40");
-        row(2, "d11|d12||d14|d15|d16"); // the third has none
-        row(3, "d21|d22|d23|d24|d25");
-        row(4, "||one|two");
-        row(5, "round");
-        row(6, "up");
-    }
     void everyLineIsForReadingOnlyAndHasItsDescription()
     {
-        QFETCH(int, group);
-        const SimulatorProcess unit(FullUnit());
+        Connect();
         CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
         page.ReadOptionsFromDeviceButtonClicked();
-        QStringList descriptions;
-        for (const QLineEdit* const line : Lines(page, group)) {
-            QVERIFY(line->isReadOnly());
-            QCOMPARE(line->alignment(), Qt::Alignment(Qt::AlignCenter));
-            QCOMPARE(line->font().weight(), group >= FirstRotator ? 75 : 50);
-            QCOMPARE(line->font().pixelSize(), 11);
-            QCOMPARE(line->accessibleName(), Box(page, group)->title());
-            QCOMPARE(line->parentWidget(), Box(page, group));
-            descriptions.append(line->toolTip());
+        QCOMPARE(Shown(page), FullGroups());
+        // One filter has none.
+        QCOMPARE(
+            ToolTips(page), (QVector<QStringList>{Split("12 V|24 V"), Split("through|3|6|10|20|40"),
+                                Split("d11|d12||d14|d15|d16"), Split("d21|d22|d23|d24|d25"),
+                                Split("||one|two"), {"round"}, {"up"}}));
+        for (int group = 0; group < Groups; ++group) {
+            for (const QLineEdit* const line : Lines(page, group)) {
+                QVERIFY(line->isReadOnly());
+                QCOMPARE(line->alignment(), Qt::Alignment(Qt::AlignCenter));
+                QCOMPARE(line->font().weight(), group >= FirstRotator ? 75 : 50);
+                QCOMPARE(line->font().pixelSize(), 11);
+                QCOMPARE(line->accessibleName(), Box(page, group)->title());
+                QCOMPARE(line->parentWidget(), Box(page, group));
+            }
+            const auto* const layout = qobject_cast<QVBoxLayout*>(Box(page, group)->layout());
+            QVERIFY(layout != nullptr);
+            QCOMPARE(layout->alignment(), Qt::Alignment(Qt::AlignTop));
         }
-        QTEST(descriptions, "descriptions");
-        QCOMPARE(Box(page, group)->layout()->alignment(), Qt::Alignment(Qt::AlignTop));
-    }
-
-    void theAmplifierStageIsShownAsTheUnitNamesIt_data()
-    {
-        QTest::addColumn<QStringList>("lines");
-        QTest::newRow("VX440-AMP") << Split("Bypass|HF AMP|V/UHF AMP|SHF AMP");
-        QTest::newRow("VX440-A1") << Split("Bypass|Bypass|VX440-A1|");
-        QTest::newRow("VX440-A2") << Split("Bypass|Bypass||VX440-A2");
-        QTest::newRow("VX440-A1+A2") << Split("Bypass|Bypass|VX440-A1|VX440-A2");
-        QTest::newRow("0") << QStringList();
-        QTest::newRow("none") << QStringList();
-    }
-    void theAmplifierStageIsShownAsTheUnitNamesIt()
-    {
-        QFETCH(QStringList, lines);
-        const SimulatorProcess unit(UnitWith(
-            QString("0,0,0,0,0,%1,0,0,0,0,0,0,0,0,0,0,0,0,0").arg(QString(QTest::currentDataTag())),
-            QString(NoDescriptions)));
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), QString(ReadDone));
-        QCOMPARE(Shown(page, 4), lines);
-        QVERIFY(Box(page, 4)->layout() != nullptr); // an empty one is set as well
-        QVERIFY(qobject_cast<QVBoxLayout*>(Box(page, 4)->layout()) != nullptr);
     }
 
     void aSecondReadReplacesTheModulesAndCoversTheRotators()
     {
-        SimulatorProcess unit(FullUnit());
         CTabOptions page(nullptr);
         page.show();
-        QVERIFY(Connect(unit));
+        Connect();
         page.ReadOptionsFromDeviceButtonClicked();
         QTRY_VERIFY(Lines(page, 6).first()->isVisible());
         const QRect place = Lines(page, 6).first()->geometry();
-        QVERIFY(TheDeviceCommunication()->SendOptions(QString(NoOptions)));
-        QVERIFY(TheDeviceCommunication()->SendOptionDescriptions(QString(NoDescriptions)));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), QString(ReadDone));
-        QCOMPARE(Shown(page), EmptyGroups());
-        for (int group = 0; group < Groups; ++group) {
-            const int lines = Box(page, group)->findChildren<QLineEdit*>().size();
-            QCOMPARE(lines, group >= FirstRotator ? 2 : 0);
-            QVERIFY(Box(page, group)->layout() != nullptr);
+        Connect(NoOptions, NoDescriptions);
+        for (const int read : {2, 3}) {
+            page.ReadOptionsFromDeviceButtonClicked();
+            QCOMPARE(StatusLine(), ReadDone);
+            QCOMPARE(Shown(page), EmptyGroups());
+            for (int group = 0; group < Groups; ++group) {
+                const int lines = Box(page, group)->findChildren<QLineEdit*>().size();
+                QCOMPARE(lines, group >= FirstRotator ? read : 0);
+                QVERIFY(Box(page, group)->layout() != nullptr); // an empty one is set as well
+            }
+            QTRY_VERIFY(Lines(page, 6).first()->isVisible());
+            const auto inBox = Box(page, 6)->findChildren<QLineEdit*>();
+            QCOMPARE(inBox.first()->text(), "TD552");
+            QCOMPARE(inBox.first()->toolTip(), "up");
+            QVERIFY(inBox.first()->isVisible());
+            QCOMPARE(inBox.first()->geometry(), place);
+            QCOMPARE(inBox.last()->text(), QString());
+            // Children lie in the order of their making.
+            QTRY_COMPARE(inBox.last()->geometry(), place);
         }
-        QTRY_VERIFY(Lines(page, 6).first()->isVisible());
-        const auto inBox = Box(page, 6)->findChildren<QLineEdit*>();
-        QCOMPARE(inBox.first()->text(), "TD552");
-        QCOMPARE(inBox.first()->toolTip(), "up");
-        QVERIFY(inBox.first()->isVisible());
-        QCOMPARE(inBox.first()->geometry(), place);
-        QCOMPARE(inBox.last()->text(), QString());
-        QTRY_COMPARE(inBox.last()->geometry(), place); // children lie in the order of their making
-
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(Box(page, 6)->findChildren<QLineEdit*>().size(), 3);
-        QCOMPARE(Shown(page), EmptyGroups());
     }
 
     void whileItReadsTheWindowTakesNoClicks()
     {
-        SimulatorProcess unit(FullUnit());
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        unit.Forget();
+        const CTabOptions& page = ConnectTheWindow();
         bool tried = false;
         WhenProgressShows([&tried] {
             tried = true;
@@ -413,198 +341,328 @@ private slots:
         });
         Click(Find<QPushButton>("btnReadOptionsFromDevice"));
         QVERIFY(tried);
-        QVERIFY(PageOfTheWindow()->isVisible());
-        QCOMPARE(
-            unit.Commands(), (QStringList{QString(QueryInternal), QString(QueryDescriptions)}));
+        QVERIFY(page.isVisible());
+        QCOMPARE(scripted::Actions(), Queries);
     }
 
     void aLostLinkLeavesTheBoxesFilled()
     {
-        SimulatorProcess unit(FullUnit());
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        QVERIFY(unit.Tell("drop"));
+        const CTabOptions& page = ConnectTheWindow();
+        scripted::FailSendsFrom(1);
         Click(Find<QPushButton>("btnReadOptionsFromDevice"));
         QCOMPARE(ConnectionLine(), "Not Connected ");
-        const CTabOptions& page = *PageOfTheWindow();
         QCOMPARE(Shown(page), FullGroups());
         QVERIFY(!Button(page, "btnReadOptionsFromDevice")->isEnabled());
         QVERIFY(!Button(page, "btnSendDeviceOptions")->isEnabled());
         QVERIFY(Button(page, "btnReadDeviceOptions")->isEnabled());
     }
 
-    void theTabIsShutForOldUnitsWithTheFlagOnly_data()
-    {
-        QTest::addColumn<QString>("firmware");
-        QTest::addColumn<bool>("flag");
-        QTest::addColumn<bool>("served");
-        QTest::newRow("old") << "2.99" << false << true;
-        QTest::newRow("new") << "3.0" << false << true;
-        QTest::newRow("old with the flag") << "2.99" << true << false;
-        QTest::newRow("unknown with the flag") << QString() << true << false;
-        QTest::newRow("new with the flag") << "3.0" << true << true;
-    }
     void theTabIsShutForOldUnitsWithTheFlagOnly()
     {
-        QFETCH(QString, firmware);
-        QFETCH(bool, flag);
-        QFETCH(bool, served);
-        SimulatorProcess unit(FullUnit());
-        CTabOptions page(nullptr);
-        page.show();
-        QVERIFY(Connect(unit));
+        const struct
+        {
+            const char* firmware;
+            bool flag;
+            bool served;
+        } rows[] = {{"2.99", false, true}, {"3.0", false, true}, {"2.99", true, false},
+            {"", true, false}, {"3.0", true, true}};
         CDeviceDatabase* const database = TheDeviceDatabase();
-        database->SetFirmwareVersion(firmware);
-        SetUnsupportedFlag(*database, flag);
-        page.ConnectionStatusChanged();
-        QCOMPARE(page.isEnabled(), served);
-        QCOMPARE(page.findChild<QLabel*>("lblCompatibility")->isVisible(), !served);
-        QCOMPARE(unit.Commands().size(), served ? 2 : 0);
-        QCOMPARE(Button(page, "btnReadOptionsFromDevice")->isEnabled(), served);
-        SetUnsupportedFlag(*database, false);
-        page.ConnectionStatusChanged(); // opens again
-        QVERIFY(page.isEnabled());
-        QVERIFY(!page.findChild<QLabel*>("lblCompatibility")->isVisible());
+        for (const auto& row : rows) {
+            CTabOptions page(nullptr);
+            page.show();
+            Connect();
+            database->SetFirmwareVersion(row.firmware);
+            SetUnsupportedFlag(*database, row.flag);
+            page.ConnectionStatusChanged();
+            SetUnsupportedFlag(*database, false);
+            QCOMPARE(page.isEnabled(), row.served);
+            QCOMPARE(page.findChild<QLabel*>("lblCompatibility")->isVisible(), !row.served);
+            QCOMPARE(scripted::Actions(), row.served ? Queries : QStringList());
+            QCOMPARE(Button(page, "btnReadOptionsFromDevice")->isEnabled(), row.served);
+            page.ConnectionStatusChanged(); // opens again
+            QVERIFY(page.isEnabled());
+            QVERIFY(!page.findChild<QLabel*>("lblCompatibility")->isVisible());
+            QCOMPARE(Shown(page), FullGroups());
+        }
+    }
+
+    void theReadingShowsHowFarItIs()
+    {
+        CTabOptions page(nullptr);
+        Connect();
+        const ProgressWatch progress([&] { page.ReadOptionsFromDeviceButtonClicked(); });
+        QCOMPARE(progress.texts,
+            Split("Reading options from device ... |Reading options from device ..."));
+        QCOMPARE(progress.values, (QVector<int>{0, 100, 10, 20, 40, 100}));
+        QVERIFY(VisibleProgress() == nullptr);
+    }
+
+    void withoutALinkNothingTravels()
+    {
+        CTabOptions page(nullptr);
+        const ProgressWatch reading([&] { page.ReadOptionsFromDeviceButtonClicked(); });
+        QCOMPARE(StatusLine(), ReadFailed);
+        QCOMPARE(reading.values, (QVector<int>{0, 100, 10, 100}));
+        QVERIFY(Box(page, 0)->layout() == nullptr);
+        QVERIFY(!Button(page, "btnReadOptionsFromDevice")->isEnabled());
+        QVERIFY(!Button(page, "btnSendDeviceOptions")->isEnabled());
+        const ProgressWatch sending([&] { page.SendOptionsToDeviceButtonClicked(); });
+        QCOMPARE(StatusLine(), OptionsNotSent);
+        QCOMPARE(sending.values, (QVector<int>{0, 100, 1, 20, 100}));
+    }
+
+    // A page that has read before holds the full record and shows it.
+    void aBadAnswerIsJudged()
+    {
+        const QByteArray internal = "GET:OPTION:INTERNAL?";
+        const QByteArray descriptions = "GET:OPTION:DESC?";
+        const QByteArray options = Line(FullOptions);
+        const QByteArray options18 = Line(QByteArray(NoOptions).mid(2));
+        const QByteArray options37 = FullOptions + options;
+        const QByteArray descriptions18 = Line(QByteArray(NoDescriptions).mid(1));
+        const bool no = false;
+        const bool yes = true;
+        const struct
+        {
+            Reaction reaction;
+            bool readBefore;
+            bool success;
+            bool shown;
+            bool valid;
+        } rows[] = {
+            {{internal, ""}, no, no, no, no}, {{internal, options18}, no, no, no, no},
+            {{internal, options.left(90)}, no, no, no, no}, {{internal, options37}, no, no, no, no},
+            {{internal, QByteArray(200, '\xA5')}, no, no, no, no},
+            {{internal, options, 1500}, no, yes, yes, yes},
+            {{internal, ""}, yes, yes, yes, yes},        // old data
+            {{internal, options18}, yes, yes, yes, yes}, // old data
+            {{internal, options37}, yes, no, yes, no},
+            {{descriptions, descriptions18}, yes, yes, yes, yes}, // old data
+        };
+        for (const auto& row : rows) {
+            CTabOptions page(nullptr);
+            if (row.readBefore) {
+                Connect();
+                page.ReadOptionsFromDeviceButtonClicked();
+            }
+            Connect(FullOptions, FullDescriptions, row.reaction);
+            page.ReadOptionsFromDeviceButtonClicked();
+            QCOMPARE(StatusLine(), row.success ? ReadDone : ReadFailed);
+            QCOMPARE(Shown(page), row.shown ? FullGroups() : QVector<QStringList>(Groups));
+            QVERIFY(Button(page, "btnReadOptionsFromDevice")->isEnabled());
+            QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), row.valid);
+            QVERIFY(TheDeviceCommunication()->IsConnected());
+        }
+    }
+
+    void withoutDescriptionsTheModulesAreShown()
+    {
+        for (const QByteArray& answer : {QByteArray(), Line(QByteArray(NoDescriptions).mid(1))}) {
+            CTabOptions page(nullptr);
+            Connect(FullOptions, FullDescriptions, {"GET:OPTION:DESC?", answer});
+            page.ReadOptionsFromDeviceButtonClicked();
+            QCOMPARE(StatusLine(), ReadDone);
+            QCOMPARE(Shown(page), FullGroups());
+            QCOMPARE(ToolTips(page).first(), Split("|"));
+            QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
+        }
+    }
+
+    // It is taken for the descriptions, which follow it.
+    void anAnswerThatComesTooLateIsForgottenByTheNextRead()
+    {
+        CTabOptions page(nullptr);
+        Connect(FullOptions, FullDescriptions, {"GET:OPTION:INTERNAL?", Line(FullOptions), 2500});
+        page.ReadOptionsFromDeviceButtonClicked();
+        QCOMPARE(StatusLine(), ReadFailed);
+        Connect();
+        scripted::Deliver(Line(FullDescriptions));
+        page.ReadOptionsFromDeviceButtonClicked();
+        QCOMPARE(StatusLine(), ReadDone);
         QCOMPARE(Shown(page), FullGroups());
+        QCOMPARE(Lines(page, 0).first()->toolTip(), "12 V");
+    }
+
+    void aStringOfTheWrongLengthIsRefused()
+    {
+        const QByteArray options = NoOptions;
+        const struct
+        {
+            QByteArray options;
+            QByteArray descriptions;
+            bool success;
+        } rows[] = {
+            {options.mid(2), NoDescriptions, false}, {options + ",0", NoDescriptions, false},
+            {"", NoDescriptions, false}, {"," + options.mid(2), NoDescriptions, false},
+            {options, QByteArray(643, 'x') + NoDescriptions, true},
+            {options, QByteArray(644, 'x') + NoDescriptions, false},
+            {QByteArray(1970, 'x') + options, NoDescriptions, false}, // longer than is read
+        };
+        for (const auto& row : rows) {
+            CTabOptions page(nullptr);
+            Connect(row.options, row.descriptions);
+            page.ReadOptionsFromDeviceButtonClicked();
+            QCOMPARE(StatusLine(), row.success ? ReadDone : ReadFailed);
+            QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), row.success);
+            QCOMPARE(Shown(page), row.success ? EmptyGroups() : QVector<QStringList>(Groups));
+        }
+    }
+
+    void lineFeedsAndZerosAreTakenOutOfTheAnswers()
+    {
+        CTabOptions page(nullptr);
+        Connect(QByteArray(NoOptions).replace(0, 1, QByteArray("VX440\n-D\0CF\n", 12)),
+            QByteArray("a\nb\0\n", 5) + NoDescriptions);
+        page.ReadOptionsFromDeviceButtonClicked();
+        QCOMPARE(Shown(page).first(), Split("DC-Feed1"));
+        QCOMPARE(Lines(page, 0).first()->toolTip(), "ab");
+    }
+
+    void sendingGivesTheUnitBothStrings()
+    {
+        ConnectTheWindow();
+        auto* const button = Find<QPushButton>("btnSendDeviceOptions");
+        button->show();
+        const ProgressWatch progress([button] { Click(button); });
+        button->hide();
+        QCOMPARE(StatusLine(), SendDone);
+        QCOMPARE(scripted::Actions(), SentBoth(FullOptions, FullDescriptions));
+        QCOMPARE(
+            progress.texts, Split("Sending options to device ... |Sending options to device ..."));
+        QCOMPARE(progress.values, (QVector<int>{0, 100, 1, 20, 50, 100}));
+        QVERIFY(VisibleProgress() == nullptr);
+    }
+
+    void anEmptyRecordSendsEmptyStrings()
+    {
+        CTabOptions page(nullptr);
+        Connect();
+        page.SendOptionsToDeviceButtonClicked(); // its button is disabled
+        QCOMPARE(StatusLine(), SendDone);
+        QCOMPARE(scripted::Actions(), SentBoth("", ""));
+    }
+
+    // The first byte of an acknowledgement tells.
+    void aFaultAtEitherStepEndsInItsText()
+    {
+        const struct
+        {
+            QByteArray answer;
+            int after;
+            bool done;
+        } rows[] = {{"0\r", 0, false}, {"", 0, false}, {"11\r", 0, false}, {"2\r", 0, false},
+            {"\xA5\xA5", 0, false}, {"1\r", 1500, true}, {"1", 0, true}};
+        const QStringList both = SentBoth(FullOptions, FullDescriptions);
+        for (const auto& row : rows) {
+            for (const bool atOptions : {true, false}) {
+                CTabOptions page(nullptr);
+                Connect(FullOptions, FullDescriptions,
+                    {atOptions ? "CF9" : "CF10", row.answer, row.after});
+                page.ReadOptionsFromDeviceButtonClicked();
+                scripted::ForgetEvents();
+                page.SendOptionsToDeviceButtonClicked();
+                QCOMPARE(StatusLine(), row.done    ? SendDone
+                                       : atOptions ? OptionsNotSent
+                                                   : DescriptionsNotSent);
+                QCOMPARE(scripted::Actions(), both.mid(0, atOptions && !row.done ? 1 : 2));
+            }
+        }
+    }
+
+    // In a frame the text stands behind the mnemonic and a carriage return.
+    void aFrameOf1200BytesIsNotSent()
+    {
+        const struct
+        {
+            int optionsFrame;
+            int descriptionsFrame;
+            const char* status;
+            int sent;
+        } rows[] = {{1199, 100, SendDone, 2}, {1200, 100, OptionsNotSent, 0},
+            {100, 1199, SendDone, 2}, {100, 1200, DescriptionsNotSent, 1}};
+        for (const auto& row : rows) {
+            const QByteArray options =
+                QByteArray(row.optionsFrame - 4, 'x').replace(1, 36, QByteArray(NoOptions).mid(1));
+            const QByteArray descriptions =
+                NoDescriptions + QByteArray(row.descriptionsFrame - 5 - 18, 'y');
+            CTabOptions page(nullptr);
+            Connect(options, descriptions);
+            page.ReadOptionsFromDeviceButtonClicked();
+            scripted::ForgetEvents();
+            page.SendOptionsToDeviceButtonClicked();
+            QCOMPARE(StatusLine(), row.status);
+            QCOMPARE(scripted::Actions(), SentBoth(options, descriptions).mid(0, row.sent));
+        }
     }
 
     void aLinkThatBreaksBeforeTheSendingTellsTheUser()
     {
-        SimulatorProcess unit(FullUnit());
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        QVERIFY(unit.Tell("drop"));
+        ConnectTheWindow();
+        scripted::FailSendsFrom(1);
         auto* const button = Find<QPushButton>("btnSendDeviceOptions");
         button->show();
         Click(button);
-        QCOMPARE(StatusLine(), QString(OptionsNotSent));
+        button->hide();
+        QCOMPARE(StatusLine(), OptionsNotSent);
         QCOMPARE(ConnectionLine(), "Not Connected ");
         QVERIFY(!button->isEnabled());
-        button->hide();
     }
 
-    void aWorkbookIsChosenAndShown_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("xlsx") << "unit.xlsx";
-        QTest::newRow("cfg") << "options.cfg";
-    }
     void aWorkbookIsChosenAndShown()
     {
-        QFETCH(QString, name);
-        const QString path = folder.filePath(name);
-        QVERIFY(WriteOptionsWorkbook(path, FullNames(), FullTexts()));
-        const SimulatorProcess unit(UnitWith(NoOptions, NoDescriptions));
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        const CTabOptions& page = *PageOfTheWindow();
-        QCOMPARE(Shown(page), EmptyGroups());
-        auto* const button = Find<QPushButton>("btnReadDeviceOptions");
-        button->show();
-        const FileDialog dialog = ChooseFile(path, [button] { Click(button); });
-        button->hide();
-        QCOMPARE(dialog.title, "Select Options File");
-        QCOMPARE(dialog.filters, QStringList{"*.xlsx *.cfg"});
-        QCOMPARE(dialog.mode, QFileDialog::ExistingFile);
-        QCOMPARE(StatusLine(), "Options read from file successfully.");
-        QCOMPARE(Shown(page), FullGroups());
-        QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
+        for (const char* const name : {"unit.xlsx", "options.cfg"}) {
+            const QString path = folder.filePath(name);
+            QVERIFY(WriteOptionsWorkbook(path, FullNames(), FullTexts()));
+            CTabOptions& page = ConnectTheWindow();
+            Connect(NoOptions, NoDescriptions);
+            page.ReadOptionsFromDeviceButtonClicked();
+            QCOMPARE(Shown(page), EmptyGroups());
+            ChooseFile(path, [](const QFileDialog& dialog) {
+                QCOMPARE(dialog.windowTitle(), "Select Options File");
+                QCOMPARE(dialog.nameFilters(), QStringList{"*.xlsx *.cfg"});
+                QCOMPARE(dialog.fileMode(), QFileDialog::ExistingFile);
+            });
+            QCOMPARE(StatusLine(), "Options read from file successfully.");
+            QCOMPARE(Shown(page), FullGroups());
+            QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
+        }
     }
 
-    void aFileThatCannotBeReadLeavesTheBoxes_data()
+    void aFileThatCannotBeReadLeavesTheBoxes()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("status");
         const QString cut = folder.filePath("cut.xlsx");
         QVERIFY(WriteOptionsWorkbook(cut, FullNames().mid(1), FullTexts()));
         const QString narrow = folder.filePath("narrow.xlsx");
         QVERIFY(WriteOptionsWorkbook(narrow, FullNames()));
-        const QString text = folder.filePath("text.cfg");
-        QFile file(text);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("VX440-DCF\n") > 0);
-        QTest::newRow("a cancelled dialog") << QString() << QString(InvalidFile);
-        QTest::newRow("a text") << text << QString(InvalidFile);
-        QTest::newRow("21 rows") << cut << QString(InvalidFile);
-        QTest::newRow("one column") << narrow << "Error: Options description string too long!";
-    }
-    void aFileThatCannotBeReadLeavesTheBoxes()
-    {
-        QFETCH(QString, path);
-        const SimulatorProcess unit(FullUnit());
-        CTabOptions page(nullptr);
-        QVERIFY(Connect(unit));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
-        ChooseFile(path, [&page] { page.ReadOptionsFileButtonClicked(); });
-        QTEST(StatusLine(), "status");
-        QCOMPARE(Shown(page), FullGroups());
-        const bool sendable = QString(QTest::currentDataTag()) == "one column";
-        QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), sendable);
+        const struct
+        {
+            QString path; // none cancels the dialog
+            const char* status;
+            bool sendable;
+        } rows[] = {{"", InvalidFile, false}, {cut, InvalidFile, false},
+            {narrow, "Error: Options description string too long!", true}};
+        for (const auto& row : rows) {
+            const CTabOptions& page = ConnectTheWindow();
+            QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
+            ChooseFile(row.path);
+            QCOMPARE(StatusLine(), row.status);
+            QCOMPARE(Shown(page), FullGroups());
+            QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), row.sendable);
+        }
     }
 
     void aWorkbookIsReadWithoutAUnitButCannotBeSent()
     {
         const QString path = folder.filePath("alone.xlsx");
         QVERIFY(WriteOptionsWorkbook(path, FullNames(), FullTexts()));
-        CTabOptions page(nullptr);
-        ChooseFile(path, [&page] { page.ReadOptionsFileButtonClicked(); });
-        QCOMPARE(Shown(page), FullGroups());
-        QVERIFY(!Button(page, "btnSendDeviceOptions")->isEnabled());
-    }
-
-    void aWorkbooksOptionsComeBackFromTheUnit()
-    {
-        const QString path = folder.filePath("sent.xlsx");
-        QStringList names = FullNames();
-        names[9] = "none"; // travels as 0
-        names[15] = QString();
-        QVERIFY(WriteOptionsWorkbook(path, names, FullTexts()));
-        SimulatorProcess unit(UnitWith(NoOptions, NoDescriptions));
-        ConnectTo(unit.Address());
         ShowPage("Options");
-        CTabOptions& page = *PageOfTheWindow();
-        ChooseFile(path, [&page] { page.ReadOptionsFileButtonClicked(); });
-        auto fromFile = Shown(page);
-        QCOMPARE(fromFile[2][1], "none");
-        auto* const button = Find<QPushButton>("btnSendDeviceOptions");
-        button->show();
-        Click(button);
-        button->hide();
-        QCOMPARE(StatusLine(), QString(SendDone));
-        names[9] = "0";
-        names[15] = "0";
-        QCOMPARE(unit.State("options"), QStringList(names.mid(2, 19)).join(','));
-        // The banks themselves have no description in a workbook.
-        QCOMPARE(
-            unit.State("option-descriptions"), QString(FullDescriptions).replace(";0;0;", ";;;"));
-
-        CTabOptions other(nullptr);
-        other.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), QString(ReadDone));
-        fromFile[2][1].clear(); // the unit has no name for a filter that is not there
-        QCOMPARE(Shown(other), fromFile);
-        for (int group = 0; group < Groups; ++group) {
-            for (int line = 0; line < fromFile.at(group).size(); ++line) {
-                QCOMPARE(Lines(other, group).at(line)->toolTip(),
-                    Lines(page, group).at(line)->toolTip());
-            }
-        }
-    }
-
-    void aHiddenButtonWorksWhenItIsShown()
-    {
-        SimulatorProcess unit(FullUnit());
-        ConnectTo(unit.Address());
-        ShowPage("Options");
-        auto* const button = Find<QPushButton>("btnSendDeviceOptions");
-        button->show();
-        unit.Forget();
-        Click(button);
-        QCOMPARE(StatusLine(), QString(SendDone));
-        QCOMPARE(unit.Commands().size(), 2);
-        button->hide();
+        ChooseFile(path);
+        QCOMPARE(StatusLine(), "Options read from file successfully.");
+        QCOMPARE(Shown(PageOfTheWindow()), FullGroups());
+        QVERIFY(!Button(PageOfTheWindow(), "btnSendDeviceOptions")->isEnabled());
     }
 };
 
 VX440_WINDOW_TEST_MAIN(TabOptionsTest)
+
 #include "TabOptionsTest.moc"
