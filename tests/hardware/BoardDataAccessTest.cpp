@@ -11,6 +11,8 @@
 #include <QtEndian>
 #include <QtTest>
 
+#include <tuple>
+
 namespace {
 
 const QByteArray DeviceRegion = Filled(Block("15CD5B07", "DEVICE"), RegionSize, 7); // 123456789
@@ -85,23 +87,18 @@ private slots:
 
     void theBlockOfARegionIsARow()
     {
-        const struct
-        {
-            quint16 offset;
-            const char* request;
-            const char* row;
-        } rows[] = {
+        const std::tuple<quint16, const char*, const char*> rows[] = {
             {0, "send 4346370D00400000",
                 "VX440|DEVICE|123456/789|1234.5678.02|02|03|01.05|02.10|2026-03-09"},
             {1200, "send 4346370D004004B0",
                 "VX440|BOARD|001234/000|1234.5678.02|02|03|01.05|02.10|2026-03-09"},
         };
-        for (const auto& row : rows) {
+        for (const auto& [offset, request, row] : rows) {
             scripted::ForgetEvents();
             QStringList texts = Texts("left|over");
-            QVERIFY(ReadBlock(texts, row.offset));
-            QCOMPARE(texts, Texts(row.row));
-            QCOMPARE(scripted::Events(), (QStringList{"sleep 10", row.request, "sleep 1000"}));
+            QVERIFY(ReadBlock(texts, offset));
+            QCOMPARE(texts, Texts(row));
+            QCOMPARE(scripted::Events(), (QStringList{"sleep 10", request, "sleep 1000"}));
         }
         QCOMPARE(Files(), QStringList());
     }
@@ -175,12 +172,7 @@ private slots:
 
     void theBoardRegionAloneDecides()
     {
-        const struct
-        {
-            QByteArray memory;
-            bool result;
-            QStringList files;
-        } rows[] = {
+        const std::tuple<QByteArray, bool, QStringList> rows[] = {
             {DeviceRegion + BoardRegion, true, {BoardFile, DeviceFile}},
             {Erased + BoardRegion, true, {BoardFile}},
             {OfType(DeviceRegion, 100) + BoardRegion, true, {BoardFile}},
@@ -189,11 +181,11 @@ private slots:
             {Erased + Erased, false, {}},
             {QByteArray(), false, {}},
         };
-        for (const auto& row : rows) {
-            StartWith(row.memory);
-            QCOMPARE(ReadImages(), row.result);
+        for (const auto& [memory, result, files] : rows) {
+            StartWith(memory);
+            QCOMPARE(ReadImages(), result);
             QCOMPARE(scripted::Actions(), TenRequests);
-            QCOMPARE(Files(), row.files);
+            QCOMPARE(Files(), files);
         }
     }
 
@@ -222,13 +214,7 @@ private slots:
 
     void aRegionIsReadInRequestsOf255Bytes()
     {
-        const struct
-        {
-            int offset;
-            int size;
-            QStringList requests;
-            bool result;
-        } rows[] = {
+        const std::tuple<int, int, QStringList, bool> rows[] = {
             {0, 1, {"send 4346370D00010000"}, false},
             {0, 43, {"send 4346370D002B0000"}, false},
             {0, 44, {"send 4346370D002C0000"}, true},
@@ -237,12 +223,12 @@ private slots:
             {0, 510, {"send 4346370D00FF0000", "send 4346370D00FF00FF"}, true},
             {0, 1200, TenRequests.mid(0, 5), true},
         };
-        for (const auto& row : rows) {
+        for (const auto& [offset, size, requests, result] : rows) {
             scripted::ForgetEvents();
             dialog->setMaximum(2400);
-            QCOMPARE(ReadRegion(row.offset, row.size), row.result);
-            QCOMPARE(scripted::Actions(), row.requests);
-            QCOMPARE(Bytes(image), (DeviceRegion + BoardRegion).mid(row.offset, row.size));
+            QCOMPARE(ReadRegion(offset, size), result);
+            QCOMPARE(scripted::Actions(), requests);
+            QCOMPARE(Bytes(image), (DeviceRegion + BoardRegion).mid(offset, size));
         }
     }
 

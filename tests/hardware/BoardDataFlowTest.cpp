@@ -15,6 +15,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <tuple>
 
 namespace {
 
@@ -139,33 +140,24 @@ private slots:
     // Half an answer ends inside the name: what is missing cannot be told from data.
     void aFaultOfABlockIsSeenInTheModel()
     {
-        const struct
-        {
-            const char* fault;
-            const char* names;
-            QString status;
-        } rows[] = {
+        const std::tuple<const char*, const char*, QString> rows[] = {
             {"silent:CF7:2", "DEVICE|kept", Invalid},
             {"short:CF7:1", "DE|BOARD", Valid},
         };
-        for (const auto& row : rows) {
+        for (const auto& [fault, names, status] : rows) {
             StartAnew();
-            QVERIFY(unit->Tell(QString("fault ") + row.fault));
+            QVERIFY(unit->Tell(QString("fault ") + fault));
             window->Tab()->ConnectionStatusChanged();
-            QCOMPARE(Names(), Texts(row.names));
-            QCOMPARE(StatusLine(), row.status);
+            QCOMPARE(Names(), Texts(names));
+            QCOMPARE(StatusLine(), status);
         }
     }
 
     void aFileReachesTheUnitButForItsLastByte()
     {
         StartAnew();
-        const struct
-        {
-            QByteArray region;
-            QString address;
-            int size;
-        } rows[] = {{"Device", "0000", 1500}, {"Board", "04B0", 1200}};
+        const std::tuple<QByteArray, QString, int> rows[] = {
+            {"Device", "0000", 1500}, {"Board", "04B0", 1200}};
         QByteArray memory = DeviceRegion + BoardRegion;
         for (const auto& [region, address, size] : rows) {
             unit->Forget();
@@ -185,7 +177,7 @@ private slots:
     {
         const std::pair<QString, const char*> rows[] = {
             {"refusing", "EEPROM data write failed!"},
-            {"silent", "An error occoured during transmission."},
+            {"garbage", "An error occoured during transmission."},
         };
         for (const auto& [fault, status] : rows) {
             StartAnew();

@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <tuple>
+
 namespace {
 
 constexpr int HeaderSize = 8;
@@ -167,12 +169,7 @@ private slots:
 
     void partNumbers()
     {
-        const struct
-        {
-            quint32 number;
-            quint8 variant;
-            const char* text;
-        } rows[] = {
+        const std::tuple<quint32, quint8, const char*> rows[] = {
             {12345678, 2, "1234.5678.02"},
             {0, 0, "0000.0000.00"},
             {7, 255, "0000.0007.255"},
@@ -183,11 +180,11 @@ private slots:
             {2147483648, 1, "-214.7483648.01"},
             {4294967295, 1, "-000.0001.01"},
         };
-        for (const auto& row : rows) {
+        for (const auto& [number, variant, text] : rows) {
             Body body;
-            body.partNumber = row.number;
-            body.variant = row.variant;
-            QCOMPARE(TextsOf(body).at(2), row.text);
+            body.partNumber = number;
+            body.variant = variant;
+            QCOMPARE(TextsOf(body).at(2), text);
         }
     }
 

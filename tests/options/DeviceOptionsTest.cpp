@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <tuple>
+
 namespace {
 
 using Items = QVector<QPair<QString, QString>>;
@@ -138,16 +140,7 @@ private slots:
     // A record that was filled before keeps what a string with too few fields does not replace.
     void theFieldsAreCounted()
     {
-        const struct
-        {
-            bool filledBefore;
-            int internalFields;
-            int descriptionFields;
-            bool result;
-            int internalSize;
-            int descriptionSize;
-            bool listsAreNew;
-        } rows[] = {
+        const std::tuple<bool, int, int, bool, int, int, bool> rows[] = {
             {false, 19, 19, true, 22, 22, true},
             {false, 0, 0, false, 0, 0, false},
             {false, 1, 19, false, 0, 22, false},
@@ -163,22 +156,23 @@ private slots:
             {true, 19, 18, true, 22, 22, true},
             {true, 19, 20, true, 22, 23, true},
         };
-        for (const auto& row : rows) {
+        for (const auto& [filledBefore, internalFields, descriptionFields, result, internalSize,
+                 descriptionSize, listsAreNew] : rows) {
             CDeviceOptions options;
-            QVERIFY(!row.filledBefore || ParseAll(options));
+            QVERIFY(!filledBefore || ParseAll(options));
             const auto shownBefore = Shown(options);
             const QVector<QString> internalBefore = options.InternalOptions;
             const QVector<QString> descriptionsBefore = options.OptionDescriptions;
-            QCOMPARE(options.ParseDeviceOptions(Fields("i", row.internalFields, Comma),
-                         Fields("d", row.descriptionFields, Semicolon)),
-                row.result);
-            QCOMPARE(options.InternalOptions.size(), row.internalSize);
-            QCOMPARE(options.OptionDescriptions.size(), row.descriptionSize);
-            QCOMPARE(options.InternalValid, row.internalSize == 22);
-            QCOMPARE(options.IsValid(), row.result);
-            QCOMPARE(Shown(options) != shownBefore, row.listsAreNew);
-            QCOMPARE(options.InternalOptions == internalBefore, row.internalFields < 19);
-            QCOMPARE(options.OptionDescriptions == descriptionsBefore, row.descriptionFields < 19);
+            QCOMPARE(options.ParseDeviceOptions(Fields("i", internalFields, Comma),
+                         Fields("d", descriptionFields, Semicolon)),
+                result);
+            QCOMPARE(options.InternalOptions.size(), internalSize);
+            QCOMPARE(options.OptionDescriptions.size(), descriptionSize);
+            QCOMPARE(options.InternalValid, internalSize == 22);
+            QCOMPARE(options.IsValid(), result);
+            QCOMPARE(Shown(options) != shownBefore, listsAreNew);
+            QCOMPARE(options.InternalOptions == internalBefore, internalFields < 19);
+            QCOMPARE(options.OptionDescriptions == descriptionsBefore, descriptionFields < 19);
         }
     }
 
@@ -313,30 +307,20 @@ private slots:
         const Items one = ItemsOf("DC-Feed1|first feed");
         const Items both = ItemsOf("DC-Feed1|first feed|DC-Feed2|second feed");
         const QString feed = "VX440-DCF";
-        const struct
-        {
-            QString first;
-            QString second;
-            Items items;
-        } rows[] = {{"0", "0", {}}, {feed, "0", one}, {feed, feed, both}, {"0", feed, {}},
-            {"none", "none", {}}, {feed, "none", one}, {"vx440-dcf", feed, {}},
-            {feed, "vx440-dcf", one}, {"VX440-ATT", feed, {}}};
-        for (const auto& row : rows) {
+        const std::tuple<QString, QString, Items> rows[] = {{"0", "0", {}}, {feed, "0", one},
+            {feed, feed, both}, {"0", feed, {}}, {"none", "none", {}}, {feed, "none", one},
+            {"vx440-dcf", feed, {}}, {feed, "vx440-dcf", one}, {"VX440-ATT", feed, {}}};
+        for (const auto& [first, second, items] : rows) {
             CDeviceOptions options;
             QVERIFY(options.ParseDeviceOptions(
-                InternalText({{2, row.first}, {3, row.second}}), DescriptionText(AllDescriptions)));
-            QCOMPARE(options.DcFeedItems, row.items);
+                InternalText({{2, first}, {3, second}}), DescriptionText(AllDescriptions)));
+            QCOMPARE(options.DcFeedItems, items);
         }
     }
 
     void theAttenuatorIsShown()
     {
-        const struct
-        {
-            const char* module;
-            const char* description;
-            const char* items;
-        } rows[] = {
+        const std::tuple<const char*, const char*, const char*> rows[] = {
             {"VX440-ATT", "a,b,c,d,e,f",
                 "Bypass|a|Att. 3dB|b|Att. 6dB|c|Att. 10dB|d|Att. 20dB|e|Att. 40dB|f"},
             {"VX440-ATT", "", "Bypass||Att. 3dB||Att. 6dB||Att. 10dB||Att. 20dB||Att. 40dB|"},
@@ -353,22 +337,17 @@ private slots:
             {"none", "a,b,c,d,e,f", ""},
             {"vx440-att", "a,b,c,d,e,f", ""},
         };
-        for (const auto& row : rows) {
+        for (const auto& [module, description, items] : rows) {
             CDeviceOptions options;
             QVERIFY(options.ParseDeviceOptions(
-                InternalText({{4, row.module}}), DescriptionText({{4, row.description}})));
-            QCOMPARE(options.AttenuatorItems, ItemsOf(row.items));
+                InternalText({{4, module}}), DescriptionText({{4, description}})));
+            QCOMPARE(options.AttenuatorItems, ItemsOf(items));
         }
     }
 
     void theAmplifierStageIsShown()
     {
-        const struct
-        {
-            const char* module;
-            const char* description;
-            const char* items;
-        } rows[] = {
+        const std::tuple<const char*, const char*, const char*> rows[] = {
             {"VX440-AMP", "one,two", "Bypass||HF AMP||V/UHF AMP||SHF AMP|"},
             {"VX440-A1", "one", "Bypass||Bypass||VX440-A1|one||"},
             {"VX440-A1", "one,two", "Bypass||Bypass||VX440-A1|one||"},
@@ -386,11 +365,11 @@ private slots:
             {"VX440-A3", "one,two", ""},
             {"vx440-a1", "one", ""},
         };
-        for (const auto& row : rows) {
+        for (const auto& [module, description, items] : rows) {
             CDeviceOptions options;
             QVERIFY(options.ParseDeviceOptions(
-                InternalText({{7, row.module}}), DescriptionText({{7, row.description}})));
-            QCOMPARE(options.AmplifierItems, ItemsOf(row.items));
+                InternalText({{7, module}}), DescriptionText({{7, description}})));
+            QCOMPARE(options.AmplifierItems, ItemsOf(items));
         }
     }
 
@@ -398,26 +377,22 @@ private slots:
     void theFilterBanksAreShown()
     {
         const QString bank = "VX440-FIL";
-        const struct
-        {
-            QString first;
-            QString second;
-            int shown;
-        } rows[] = {{"0", "0", 0}, {bank, "0", 1}, {bank, bank, 2}, {"0", bank, 0},
-            {"none", bank, 0}, {"vx440-fil", bank, 0}, {bank, "vx440-fil", 1}};
-        const Items first = ItemsOf("VX440-F11|d11|VX440-F12|d12|VX440-F13|d13|VX440-F14|d14|"
+        const std::tuple<QString, QString, int> rows[] = {{"0", "0", 0}, {bank, "0", 1},
+            {bank, bank, 2}, {"0", bank, 0}, {"none", bank, 0}, {"vx440-fil", bank, 0},
+            {bank, "vx440-fil", 1}};
+        const Items bank1 = ItemsOf("VX440-F11|d11|VX440-F12|d12|VX440-F13|d13|VX440-F14|d14|"
                                     "VX440-F15|d15|VX440-F16|d16");
-        const Items second = ItemsOf("VX440-F21|d21|VX440-F22|d22|VX440-F23|d23|VX440-F24|d24|"
-                                     "VX440-F25|d25");
-        for (const auto& row : rows) {
+        const Items bank2 = ItemsOf("VX440-F21|d21|VX440-F22|d22|VX440-F23|d23|VX440-F24|d24|"
+                                    "VX440-F25|d25");
+        for (const auto& [first, second, shown] : rows) {
             Changes modules = AllModules;
-            modules[5] = row.first;
-            modules[6] = row.second;
+            modules[5] = first;
+            modules[6] = second;
             CDeviceOptions options;
             QVERIFY(options.ParseDeviceOptions(
                 InternalText(modules), DescriptionText(AllDescriptions)));
-            QCOMPARE(options.Filter1Items, row.shown > 0 ? first : Items());
-            QCOMPARE(options.Filter2Items, row.shown > 1 ? second : Items());
+            QCOMPARE(options.Filter1Items, shown > 0 ? bank1 : Items());
+            QCOMPARE(options.Filter2Items, shown > 1 ? bank2 : Items());
         }
     }
 

@@ -5,6 +5,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <tuple>
+
 namespace {
 
 const QString InvalidFile = "Error: Invalid options file!!";
@@ -166,15 +168,7 @@ private slots:
         const QString x643(643, 'x');
         const QString x644(644, 'x');
         const QStringList unread = With(With(empty, 5, x643), 21, x643);
-        const struct
-        {
-            QStringList names;
-            QStringList descriptions;
-            QString error;
-            int internalSize;
-            int descriptionSize;
-            bool valid;
-        } rows[] = {
+        const std::tuple<QStringList, QStringList, QString, int, int, bool> rows[] = {
             {names, texts, Untouched, 22, 22, true},
             {names.mid(1), texts.mid(1), InvalidFile, 21, 21, false},
             {names23, texts23, InvalidFile, 23, 22, false},
@@ -190,18 +184,19 @@ private slots:
             {names, unread, Untouched, 22, 22, true},
             {names23, With(empty, 8, x644), InvalidFile, 23, 22, false},
         };
-        for (const auto& row : rows) {
+        for (const auto& [names, descriptions, error, internalSize, descriptionSize, valid] :
+            rows) {
             CDeviceOptions options;
             Fill(options);
             const auto shownBefore = Shown(options);
             QString said = Untouched;
-            const bool good = row.error == Untouched;
-            QCOMPARE(options.ReadOptionsFile(Workbook(row.names, row.descriptions), said), good);
-            QCOMPARE(said, row.error);
-            QCOMPARE(options.InternalOptions.size(), row.internalSize);
-            QCOMPARE(options.OptionDescriptions.size(), row.descriptionSize);
-            QCOMPARE(options.InternalValid, row.internalSize == 22);
-            QCOMPARE(options.IsValid(), row.valid);
+            const bool good = error == Untouched;
+            QCOMPARE(options.ReadOptionsFile(Workbook(names, descriptions), said), good);
+            QCOMPARE(said, error);
+            QCOMPARE(options.InternalOptions.size(), internalSize);
+            QCOMPARE(options.OptionDescriptions.size(), descriptionSize);
+            QCOMPARE(options.InternalValid, internalSize == 22);
+            QCOMPARE(options.IsValid(), valid);
             QCOMPARE(Shown(options) != shownBefore, good);
         }
     }

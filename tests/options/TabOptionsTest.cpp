@@ -5,20 +5,20 @@
 #include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
-#include "tests/support/platform/SystemFiles.h"
 #include "tests/support/scripted/ConnectingThread.h"
 #include "tests/support/scripted/ScriptedLink.h"
 #include "tests/support/workbooks/OptionsWorkbook.h"
 
 #include <QHelpEvent>
 #include <QLabel>
-#include <QProcess>
 #include <QProgressBar>
 #include <QTemporaryDir>
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <QWindow>
 #include <QtTest>
+
+#include <tuple>
 
 namespace {
 
@@ -165,12 +165,7 @@ private slots:
         QCOMPARE(page.size(), QSize(850, 340));
         QCOMPARE(page.minimumSize(), QSize(850, 310));
         QCOMPARE(page.maximumSize(), QSize(850, 340));
-        const struct
-        {
-            const char* name;
-            QRect place;
-            const char* text;
-        } rows[] = {
+        const std::tuple<const char*, QRect, const char*> rows[] = {
             {"boxDcf", {30, 30, 131, 180}, "VX440-DCF"},
             {"boxAtt", {170, 30, 131, 180}, "VX440-ATT"},
             {"boxFilter1", {310, 30, 131, 180}, "VX440-FIL 1"},
@@ -185,11 +180,11 @@ private slots:
             {"boxOptionAzimuthRotator", {100, 230, 131, 61}, "Azimuth rotator"},
             {"boxOptionPolarRotator", {250, 230, 131, 61}, "Pol/Eval rotator"},
         };
-        for (const auto& row : rows) {
-            const auto* const widget = page.findChild<QWidget*>(row.name);
-            QVERIFY2(widget != nullptr && widget->geometry() == row.place, row.name);
-            QCOMPARE(widget->property("text").toString() + widget->property("title").toString(),
-                row.text);
+        for (const auto& [name, place, text] : rows) {
+            const auto* const widget = page.findChild<QWidget*>(name);
+            QVERIFY2(widget != nullptr && widget->geometry() == place, name);
+            QCOMPARE(
+                widget->property("text").toString() + widget->property("title").toString(), text);
         }
     }
 
@@ -244,15 +239,9 @@ private slots:
         QToolTip::hideText();
     }
 
-    // A file that a description names is not opened: this pipe would be waited for.
     void aDescriptionIsNoMarkup()
     {
-        if (!HasDeviceFiles()) {
-            QSKIP("this system has no pipes among its files");
-        }
-        const QString pipe = folder.filePath("pipe.png");
-        QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
-        const QString description = QString("<img src=\"%1\"><b>12</b> V").arg(pipe);
+        const QString description = "<b>12</b> V";
         CTabOptions& page = ConnectTheWindow();
         Connect(FullOptions, QByteArray(FullDescriptions).replace("12 V", description.toLatin1()));
         page.ReadOptionsFromDeviceButtonClicked();
@@ -359,26 +348,21 @@ private slots:
 
     void theTabIsShutForOldUnitsWithTheFlagOnly()
     {
-        const struct
-        {
-            const char* firmware;
-            bool flag;
-            bool served;
-        } rows[] = {{"2.99", false, true}, {"3.0", false, true}, {"2.99", true, false},
-            {"", true, false}, {"3.0", true, true}};
+        const std::tuple<const char*, bool, bool> rows[] = {{"2.99", false, true},
+            {"3.0", false, true}, {"2.99", true, false}, {"", true, false}, {"3.0", true, true}};
         CDeviceDatabase* const database = TheDeviceDatabase();
-        for (const auto& row : rows) {
+        for (const auto& [firmware, flag, served] : rows) {
             CTabOptions page(nullptr);
             page.show();
             Connect();
-            database->SetFirmwareVersion(row.firmware);
-            SetUnsupportedFlag(*database, row.flag);
+            database->SetFirmwareVersion(firmware);
+            SetUnsupportedFlag(*database, flag);
             page.ConnectionStatusChanged();
             SetUnsupportedFlag(*database, false);
-            QCOMPARE(page.isEnabled(), row.served);
-            QCOMPARE(page.findChild<QLabel*>("lblCompatibility")->isVisible(), !row.served);
-            QCOMPARE(scripted::Actions(), row.served ? Queries : QStringList());
-            QCOMPARE(Button(page, "btnReadOptionsFromDevice")->isEnabled(), row.served);
+            QCOMPARE(page.isEnabled(), served);
+            QCOMPARE(page.findChild<QLabel*>("lblCompatibility")->isVisible(), !served);
+            QCOMPARE(scripted::Actions(), served ? Queries : QStringList());
+            QCOMPARE(Button(page, "btnReadOptionsFromDevice")->isEnabled(), served);
             page.ConnectionStatusChanged(); // opens again
             QVERIFY(page.isEnabled());
             QVERIFY(!page.findChild<QLabel*>("lblCompatibility")->isVisible());
@@ -422,89 +406,33 @@ private slots:
         const QByteArray descriptions18 = Line(QByteArray(NoDescriptions).mid(1));
         const bool no = false;
         const bool yes = true;
-        const struct
-        {
-            Reaction reaction;
-            bool readBefore;
-            bool success;
-            bool shown;
-            bool valid;
-        } rows[] = {
+        const std::tuple<Reaction, bool, bool, bool, bool> rows[] = {
             {{internal, ""}, no, no, no, no}, {{internal, options18}, no, no, no, no},
             {{internal, options.left(90)}, no, no, no, no}, {{internal, options37}, no, no, no, no},
             {{internal, QByteArray(200, '\xA5')}, no, no, no, no},
             {{internal, options, 1500}, no, yes, yes, yes},
+            {{internal, options, 2500}, no, no, no, no}, // it is taken for the descriptions
+            {{descriptions, ""}, no, yes, yes, yes},
+            {{descriptions, descriptions18}, no, yes, yes, yes},
+            {{descriptions, QByteArray(644, 'x') + NoDescriptions + "\r"}, no, no, no, no},
             {{internal, ""}, yes, yes, yes, yes},        // old data
             {{internal, options18}, yes, yes, yes, yes}, // old data
             {{internal, options37}, yes, no, yes, no},
             {{descriptions, descriptions18}, yes, yes, yes, yes}, // old data
         };
-        for (const auto& row : rows) {
+        for (const auto& [reaction, readBefore, success, shown, valid] : rows) {
             CTabOptions page(nullptr);
-            if (row.readBefore) {
+            if (readBefore) {
                 Connect();
                 page.ReadOptionsFromDeviceButtonClicked();
             }
-            Connect(FullOptions, FullDescriptions, row.reaction);
+            Connect(FullOptions, FullDescriptions, reaction);
             page.ReadOptionsFromDeviceButtonClicked();
-            QCOMPARE(StatusLine(), row.success ? ReadDone : ReadFailed);
-            QCOMPARE(Shown(page), row.shown ? FullGroups() : QVector<QStringList>(Groups));
+            QCOMPARE(StatusLine(), success ? ReadDone : ReadFailed);
+            QCOMPARE(Shown(page), shown ? FullGroups() : QVector<QStringList>(Groups));
             QVERIFY(Button(page, "btnReadOptionsFromDevice")->isEnabled());
-            QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), row.valid);
+            QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), valid);
             QVERIFY(TheDeviceCommunication()->IsConnected());
-        }
-    }
-
-    void withoutDescriptionsTheModulesAreShown()
-    {
-        for (const QByteArray& answer : {QByteArray(), Line(QByteArray(NoDescriptions).mid(1))}) {
-            CTabOptions page(nullptr);
-            Connect(FullOptions, FullDescriptions, {"GET:OPTION:DESC?", answer});
-            page.ReadOptionsFromDeviceButtonClicked();
-            QCOMPARE(StatusLine(), ReadDone);
-            QCOMPARE(Shown(page), FullGroups());
-            QCOMPARE(ToolTips(page).first(), Split("|"));
-            QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
-        }
-    }
-
-    // It is taken for the descriptions, which follow it.
-    void anAnswerThatComesTooLateIsForgottenByTheNextRead()
-    {
-        CTabOptions page(nullptr);
-        Connect(FullOptions, FullDescriptions, {"GET:OPTION:INTERNAL?", Line(FullOptions), 2500});
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), ReadFailed);
-        Connect();
-        scripted::Deliver(Line(FullDescriptions));
-        page.ReadOptionsFromDeviceButtonClicked();
-        QCOMPARE(StatusLine(), ReadDone);
-        QCOMPARE(Shown(page), FullGroups());
-        QCOMPARE(Lines(page, 0).first()->toolTip(), "12 V");
-    }
-
-    void aStringOfTheWrongLengthIsRefused()
-    {
-        const QByteArray options = NoOptions;
-        const struct
-        {
-            QByteArray options;
-            QByteArray descriptions;
-            bool success;
-        } rows[] = {
-            {options.mid(2), NoDescriptions, false}, {options + ",0", NoDescriptions, false},
-            {"", NoDescriptions, false}, {"," + options.mid(2), NoDescriptions, false},
-            {options, QByteArray(643, 'x') + NoDescriptions, true},
-            {options, QByteArray(644, 'x') + NoDescriptions, false},
-            {QByteArray(1970, 'x') + options, NoDescriptions, false}, // longer than is read
-        };
-        for (const auto& row : rows) {
-            CTabOptions page(nullptr);
-            Connect(row.options, row.descriptions);
-            page.ReadOptionsFromDeviceButtonClicked();
-            QCOMPARE(StatusLine(), row.success ? ReadDone : ReadFailed);
-            QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), row.success);
-            QCOMPARE(Shown(page), row.success ? EmptyGroups() : QVector<QStringList>(Groups));
         }
     }
 
@@ -545,53 +473,22 @@ private slots:
     // The first byte of an acknowledgement tells.
     void aFaultAtEitherStepEndsInItsText()
     {
-        const struct
-        {
-            QByteArray answer;
-            int after;
-            bool done;
-        } rows[] = {{"0\r", 0, false}, {"", 0, false}, {"11\r", 0, false}, {"2\r", 0, false},
-            {"\xA5\xA5", 0, false}, {"1\r", 1500, true}, {"1", 0, true}};
+        const std::tuple<QByteArray, int, bool> rows[] = {{"0\r", 0, false}, {"", 0, false},
+            {"11\r", 0, false}, {"2\r", 0, false}, {"\xA5\xA5", 0, false}, {"1\r", 1500, true},
+            {"1", 0, true}};
         const QStringList both = SentBoth(FullOptions, FullDescriptions);
-        for (const auto& row : rows) {
+        for (const auto& [answer, after, done] : rows) {
             for (const bool atOptions : {true, false}) {
                 CTabOptions page(nullptr);
-                Connect(FullOptions, FullDescriptions,
-                    {atOptions ? "CF9" : "CF10", row.answer, row.after});
+                Connect(FullOptions, FullDescriptions, {atOptions ? "CF9" : "CF10", answer, after});
                 page.ReadOptionsFromDeviceButtonClicked();
                 scripted::ForgetEvents();
                 page.SendOptionsToDeviceButtonClicked();
-                QCOMPARE(StatusLine(), row.done    ? SendDone
+                QCOMPARE(StatusLine(), done        ? SendDone
                                        : atOptions ? OptionsNotSent
                                                    : DescriptionsNotSent);
-                QCOMPARE(scripted::Actions(), both.mid(0, atOptions && !row.done ? 1 : 2));
+                QCOMPARE(scripted::Actions(), both.mid(0, atOptions && !done ? 1 : 2));
             }
-        }
-    }
-
-    // In a frame the text stands behind the mnemonic and a carriage return.
-    void aFrameOf1200BytesIsNotSent()
-    {
-        const struct
-        {
-            int optionsFrame;
-            int descriptionsFrame;
-            const char* status;
-            int sent;
-        } rows[] = {{1199, 100, SendDone, 2}, {1200, 100, OptionsNotSent, 0},
-            {100, 1199, SendDone, 2}, {100, 1200, DescriptionsNotSent, 1}};
-        for (const auto& row : rows) {
-            const QByteArray options =
-                QByteArray(row.optionsFrame - 4, 'x').replace(1, 36, QByteArray(NoOptions).mid(1));
-            const QByteArray descriptions =
-                NoDescriptions + QByteArray(row.descriptionsFrame - 5 - 18, 'y');
-            CTabOptions page(nullptr);
-            Connect(options, descriptions);
-            page.ReadOptionsFromDeviceButtonClicked();
-            scripted::ForgetEvents();
-            page.SendOptionsToDeviceButtonClicked();
-            QCOMPARE(StatusLine(), row.status);
-            QCOMPARE(scripted::Actions(), SentBoth(options, descriptions).mid(0, row.sent));
         }
     }
 
@@ -634,20 +531,16 @@ private slots:
         QVERIFY(WriteOptionsWorkbook(cut, FullNames().mid(1), FullTexts()));
         const QString narrow = folder.filePath("narrow.xlsx");
         QVERIFY(WriteOptionsWorkbook(narrow, FullNames()));
-        const struct
-        {
-            QString path; // none cancels the dialog
-            const char* status;
-            bool sendable;
-        } rows[] = {{"", InvalidFile, false}, {cut, InvalidFile, false},
+        const std::tuple<QString, const char*, bool> rows[] = {{"", InvalidFile, false},
+            {cut, InvalidFile, false},
             {narrow, "Error: Options description string too long!", true}};
-        for (const auto& row : rows) {
+        for (const auto& [path, status, sendable] : rows) {
             const CTabOptions& page = ConnectTheWindow();
             QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
-            ChooseFile(row.path);
-            QCOMPARE(StatusLine(), row.status);
+            ChooseFile(path);
+            QCOMPARE(StatusLine(), status);
             QCOMPARE(Shown(page), FullGroups());
-            QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), row.sendable);
+            QCOMPARE(Button(page, "btnSendDeviceOptions")->isEnabled(), sendable);
         }
     }
 
