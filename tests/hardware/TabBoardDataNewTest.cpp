@@ -64,11 +64,6 @@ QByteArray Region(const QByteArray& block)
     return (block + Erased).left(RegionSize);
 }
 
-QByteArray Named(const char* kind, const QByteArray& region, const char* what)
-{
-    return kind + region + what;
-}
-
 CDeviceDatabase& Model()
 {
     return *TheDeviceDatabase();
@@ -80,39 +75,34 @@ QString ColumnText(int column)
 }
 
 // What the model notifies as long as the object lives.
-class Notified
+struct Notified : QObject
 {
-    Q_DISABLE_COPY(Notified)
-
-public:
     Notified()
     {
-        connection = QObject::connect(
-            &Model(), &QAbstractItemModel::dataChanged, [this](const QModelIndex& cell) {
-                columns.append(cell.column());
-                if (cell.column() == StatusColumn) {
-                    statuses.append(cell.data().toString());
-                }
-            });
+        connect(&Model(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& cell) {
+            columns.append(cell.column());
+            if (cell.column() == StatusColumn) {
+                statuses.append(cell.data().toString());
+            }
+        });
     }
-    ~Notified() { QObject::disconnect(connection); }
 
     QVector<int> columns;
     QStringList statuses;
-
-private:
-    QMetaObject::Connection connection;
 };
 
-// What a progress dialog was like when it came up.
-struct Progress
+// What a progress dialog was like when it came up: its label, range and modality, and the status.
+QVariantList ProgressOf(const std::function<void()>& work)
 {
-    QString label;
-    int minimum = -1;
-    int maximum = -1;
-    Qt::WindowModality modality = Qt::NonModal;
-    QString status;
-};
+    QVariantList progress;
+    WhenProgressShows([&progress] {
+        const QProgressDialog* const dialog = VisibleProgress();
+        progress = {dialog->labelText(), dialog->minimum(), dialog->maximum(),
+            int(dialog->windowModality()), StatusLine()};
+    });
+    work();
+    return progress;
+}
 
 } // namespace
 
@@ -193,19 +183,19 @@ class TabBoardDataNewTest : public WarningsFail
     AskedForFile ChooseFile(const QByteArray& region, const QString& path) const
     {
         return ClickAndChoose(
-            window->Child<QToolButton>(Named("btn", region, "DataFileSelector")), path);
+            window->Child<QToolButton>("btn" + region + "DataFileSelector"), path);
     }
     QString FileOf(const QByteArray& region) const
     {
-        return window->TextOf(Named("txt", region, "DataFile"));
+        return window->TextOf("txt" + region + "DataFile");
     }
     bool CanWrite(const QByteArray& region) const
     {
-        return window->IsEnabled(Named("btnWrite", region, "Data"));
+        return window->IsEnabled("btnWrite" + region + "Data");
     }
     void ClickWrite(const QByteArray& region) const
     {
-        Click(window->Child<QPushButton>(Named("btnWrite", region, "Data")));
+        Click(window->Child<QPushButton>("btnWrite" + region + "Data"));
     }
     void Write(const QByteArray& region, const QString& path) const
     {
@@ -218,21 +208,9 @@ class TabBoardDataNewTest : public WarningsFail
     {
         QStringList texts;
         for (const char* const field : Fields) {
-            texts.append(window->TextOf(Named("txt", region, field)));
+            texts.append(window->TextOf("txt" + region + field));
         }
         return texts;
-    }
-
-    static Progress ProgressOf(const std::function<void()>& work)
-    {
-        Progress progress;
-        WhenProgressShows([&progress] {
-            const QProgressDialog* const dialog = VisibleProgress();
-            progress = {dialog->labelText(), dialog->minimum(), dialog->maximum(),
-                dialog->windowModality(), StatusLine()};
-        });
-        work();
-        return progress;
     }
 
     std::unique_ptr<BoardDataWindow> window;
@@ -379,9 +357,9 @@ private slots:
             QTest::keyClick(window->Tab()->windowHandle(), Qt::Key_Tab);
         }
         QStringList expected;
-        for (const char* const region : {"Device", "Board"}) {
+        for (const QByteArray region : {"txtDevice", "txtBoard"}) {
             for (const char* const field : Fields) {
-                expected.append(Named("txt", region, field));
+                expected.append(region + field);
             }
         }
         QCOMPARE(walked, expected + Texts("txtDeviceDataFile|btnDeviceDataFileSelector|btnReadAll|"
@@ -393,8 +371,8 @@ private slots:
         const auto labels = window->Tab()->findChildren<QLabel*>();
         for (const QLabel* const label : labels) {
             const QSize text = label->fontMetrics().size(0, label->text());
-            QVERIFY2(text.width() <= label->width() && text.height() <= label->height(),
-                qPrintable(label->objectName()));
+            QVERIFY2(
+                label->size().expandedTo(text) == label->size(), qPrintable(label->objectName()));
         }
         const auto buttons = window->Tab()->findChildren<QAbstractButton*>();
         for (const QAbstractButton* const button : buttons) {
@@ -403,8 +381,8 @@ private slots:
             QVERIFY2(text.width() + frame <= button->width() && text.height() < button->height(),
                 qPrintable(button->objectName()));
         }
-        for (const char* const field : Fields) {
-            const auto* const edit = window->Child<QLineEdit>(Named("txt", "Board", field));
+        for (const QByteArray field : Fields) {
+            const auto* const edit = window->Child<QLineEdit>("txtBoard" + field);
             QVERIFY2(
                 edit->fontMetrics().horizontalAdvance("WWWWWWWWWWWWWW") < edit->width(), field);
         }
@@ -431,9 +409,9 @@ private slots:
             QVERIFY(window->IsVisible("groupBox"));
             for (const QByteArray field : Fields) {
                 const bool inUse = field == "PartNumber" || field == "SerialNumber";
-                const QByteArray name = Named("txt", "Device", field);
+                const QByteArray name = "txtDevice" + field;
                 QCOMPARE(window->IsEnabled(name), inUse || !old);
-                QCOMPARE(window->IsEnabled(Named("lbl", "Device", field)), inUse || !old);
+                QCOMPARE(window->IsEnabled("lblDevice" + field), inUse || !old);
                 QCOMPARE(window->Child<QLineEdit>(name)->isReadOnly(), !(inUse && old));
             }
         }
@@ -564,34 +542,22 @@ private slots:
     // What the reading back has said is told only for a moment.
     void aFileIsWrittenButForItsLastByte()
     {
-        const std::pair<QByteArray, QString> regions[] = {{"Device", "0000"}, {"Board", "04B0"}};
-        const std::tuple<int, int, const char*> files[] = {
-            {0, 0, "Sending 0 bytes..."},
-            {1, 0, "Sending 1 bytes..."},
-            {2, 1, "Sending 2 bytes..."},
-            {1199, 1198, "Sending 1199 bytes..."},
-            {1200, 1199, "Sending 1200 bytes..."},
-            {1201, 1199, "Sending 1200 bytes..."},
-            {1500, 1199, "Sending 1200 bytes..."},
-        };
-        for (const auto& [region, address] : regions) {
-            for (const auto& [size, sent, label] : files) {
-                const QByteArray content = Filled({}, size);
-                ChooseFile(region, MakeFile(content));
+        for (const QByteArray region : {"Device", "Board"}) {
+            for (const int size : {0, 1, 2, 1199, 1200, 1201, 1500}) {
+                const int taken = qMin(size, 1200);
+                const QByteArray sent = Filled({}, taken).chopped(size > 0 ? 1 : 0);
+                const bool isBlock = region == "Device" || sent.isEmpty();
+                ChooseFile(region, MakeFile(Filled({}, size)));
                 scripted::ForgetEvents();
-                const bool isBlock = region == "Device" || sent == 0;
                 const Notified notified;
 
-                const Progress progress = ProgressOf([this, of = region] { ClickWrite(of); });
+                const QVariantList progress = ProgressOf([&] { ClickWrite(region); });
 
-                const QString frame = "send 4346360D" + address + Hex(content.left(sent));
-                QCOMPARE(scripted::Actions(), QStringList{frame} + BlockRequests);
-                QCOMPARE(frame.size(), 5 + 2 * (sent + 6));
-                QCOMPARE(progress.label, label);
-                QCOMPARE(progress.minimum, 0);
-                QCOMPARE(progress.maximum, qMin(size, 1200));
-                QCOMPARE(progress.modality, Qt::WindowModal);
-                QCOMPARE(progress.status, Writing);
+                const QString address = region == "Device" ? "0000" : "04B0";
+                QCOMPARE(scripted::Actions(),
+                    QStringList("send 4346360D" + address + Hex(sent)) + BlockRequests);
+                const QString label = QString("Sending %1 bytes...").arg(taken);
+                QCOMPARE(progress, (QVariantList{label, 0, taken, int(Qt::WindowModal), Writing}));
                 QCOMPARE(notified.statuses,
                     (QStringList{Writing, Written, isBlock ? Valid : Invalid, Written}));
                 QVERIFY(VisibleProgress() == nullptr);
@@ -636,9 +602,7 @@ private slots:
         ChooseFile("Board", path);
         QVERIFY(QFile::remove(path));
         const Notified notified;
-        const Progress progress = ProgressOf([this] { ClickWrite("Board"); });
-        QCOMPARE(progress.label, "Sending 0 bytes...");
-        QCOMPARE(progress.maximum, 0);
+        ClickWrite("Board");
         QCOMPARE(scripted::Actions(), EmptyWrite);
         const QString told = path + " File could not be found or open";
         QCOMPARE(notified.statuses, (QStringList{Writing, told, Valid, told}));
@@ -673,9 +637,8 @@ private slots:
     void aRefusalIsToldInPlaceOfTheMissingFile()
     {
         acknowledgement = "0\r";
-        const QString path = MakeFile("abc");
-        ChooseFile("Device", path);
-        QVERIFY(QFile::remove(path));
+        ChooseFile("Device", MakeFile("abc"));
+        QVERIFY(QFile::remove(folder->filePath("data.bin")));
         ClickWrite("Device");
         QCOMPARE(StatusLine(), WriteFailed);
     }
@@ -707,7 +670,7 @@ private slots:
     void readingAllSavesBothRegionsAndTellsWhatItDoes()
     {
         const Notified notified;
-        const Progress progress = ProgressOf([this] { ReadAll(); });
+        const QVariantList progress = ProgressOf([this] { ReadAll(); });
         QCOMPARE(scripted::Actions().size(), 12);
         QCOMPARE(scripted::Actions().mid(10), BlockRequests);
         QCOMPARE(
@@ -715,11 +678,8 @@ private slots:
             Texts("VX440Read_VX440_001234.bin|VX440Read_VX440_123456.bin"));
         QCOMPARE(FieldTexts("Device"), DeviceTexts);
         QCOMPARE(FieldTexts("Board"), BoardTexts);
-        QCOMPARE(progress.label, "Reading EEPROM in progress...");
-        QCOMPARE(progress.minimum, 0);
-        QCOMPARE(progress.maximum, 2400);
-        QCOMPARE(progress.modality, Qt::WindowModal);
-        QCOMPARE(progress.status, Reading);
+        QCOMPARE(progress, (QVariantList{"Reading EEPROM in progress...", 0, 2400,
+                               int(Qt::WindowModal), Reading}));
         QCOMPARE(notified.statuses, (QStringList{Reading, Valid, ReadDone}));
         QVERIFY(VisibleProgress() == nullptr);
     }

@@ -10,38 +10,28 @@ namespace {
 using Items = QVector<QPair<QString, QString>>;
 using Changes = QMap<int, QString>;
 
-constexpr int Positions = 22;
-constexpr int FirstOnTheWire = 2;
-constexpr int LastOnTheWire = 20;
-
 const QString Comma = ",";
 const QString Semicolon = ";";
 
-// The flat list of a record, with `filling` wherever there is no change.
-QVector<QString> List(const Changes& changes, const QString& filling)
+// What travels, with `filling` wherever there is no change.
+QString OnTheWire(const Changes& changes, const QString& filling, const QString& separator)
 {
-    QVector<QString> list(Positions, filling);
-    for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
-        list[change.key()] = change.value();
+    QStringList fields;
+    for (int position = 2; position <= 20; ++position) {
+        fields.append(changes.value(position, filling));
     }
-    return list;
-}
-
-QString OnTheWire(const QVector<QString>& list, const QString& separator)
-{
-    return QStringList(list.mid(FirstOnTheWire, LastOnTheWire - FirstOnTheWire + 1).toList())
-        .join(separator);
+    return fields.join(separator);
 }
 
 // What a unit answers that holds these at their positions, and nothing elsewhere.
 QString InternalText(const Changes& changes = {})
 {
-    return OnTheWire(List(changes, "0"), Comma);
+    return OnTheWire(changes, "0", Comma);
 }
 
 QString DescriptionText(const Changes& changes = {})
 {
-    return OnTheWire(List(changes, QString()), Semicolon);
+    return OnTheWire(changes, QString(), Semicolon);
 }
 
 QString Fields(const char* name, int count, const QString& separator)
@@ -54,19 +44,17 @@ QString Fields(const char* name, int count, const QString& separator)
 }
 
 // A unit with everything, and with other texts in each field.
-const Changes AllModules = {{2, "VX440-DCF"}, {3, "VX440-DCF"}, {4, "VX440-ATT"}, {5, "VX440-FIL"},
-    {6, "VX440-FIL"}, {7, "VX440-A1+A2"}, {8, "VX440-F11"}, {9, "VX440-F12"}, {10, "VX440-F13"},
-    {11, "VX440-F14"}, {12, "VX440-F15"}, {13, "VX440-F16"}, {14, "VX440-F21"}, {15, "VX440-F22"},
-    {16, "VX440-F23"}, {17, "VX440-F24"}, {18, "VX440-F25"}, {19, "ProSisTel"},
-    {20, "YAESU G-550"}};
-const Changes AllDescriptions = {{2, "first feed"}, {3, "second feed"}, {4, "a0,a3,a6,a10,a20,a40"},
-    {5, "bank one"}, {6, "bank two"}, {7, "stage one,stage two"}, {8, "d11"}, {9, "d12"},
-    {10, "d13"}, {11, "d14"}, {12, "d15"}, {13, "d16"}, {14, "d21"}, {15, "d22"}, {16, "d23"},
-    {17, "d24"}, {18, "d25"}, {19, "turns round"}, {20, "turns up"}};
+const QString AllModules =
+    "VX440-DCF,VX440-DCF,VX440-ATT,VX440-FIL,VX440-FIL,VX440-A1+A2,VX440-F11,VX440-F12,VX440-F13,"
+    "VX440-F14,VX440-F15,VX440-F16,VX440-F21,VX440-F22,VX440-F23,VX440-F24,VX440-F25,ProSisTel,"
+    "YAESU G-550";
+const QString AllDescriptions =
+    "first feed;second feed;a0,a3,a6,a10,a20,a40;bank one;bank two;stage one,stage two;d11;d12;d13;"
+    "d14;d15;d16;d21;d22;d23;d24;d25;turns round;turns up";
 
 bool ParseAll(CDeviceOptions& options)
 {
-    return options.ParseDeviceOptions(InternalText(AllModules), DescriptionText(AllDescriptions));
+    return options.ParseDeviceOptions(AllModules, AllDescriptions);
 }
 
 QVector<Items> Shown(const CDeviceOptions& options)
@@ -126,7 +114,7 @@ private slots:
     {
         const std::pair<QString, QString> rows[] = {
             {"VX440-DCF,0,0,0,0,VX440-A1,0,0,0,0,0,0,0,0,0,0,0,0,0", "12 V" + QString(18, ';')},
-            {InternalText(AllModules), DescriptionText(AllDescriptions)},
+            {AllModules, AllDescriptions},
             {InternalText(), DescriptionText()},
         };
         for (const auto& [internal, descriptions] : rows) {
@@ -141,21 +129,13 @@ private slots:
     void theFieldsAreCounted()
     {
         const std::tuple<bool, int, int, bool, int, int, bool> rows[] = {
-            {false, 19, 19, true, 22, 22, true},
-            {false, 0, 0, false, 0, 0, false},
-            {false, 1, 19, false, 0, 22, false},
-            {false, 18, 19, false, 0, 22, false},
-            {false, 20, 19, false, 23, 22, false},
-            {false, 19, 0, true, 22, 0, true},
-            {false, 19, 18, true, 22, 0, true},
-            {false, 19, 20, true, 22, 23, true},
-            {true, 19, 19, true, 22, 22, true},
-            {true, 0, 0, true, 22, 22, false},
-            {true, 18, 18, true, 22, 22, false},
-            {true, 20, 19, false, 23, 22, false},
-            {true, 19, 18, true, 22, 22, true},
-            {true, 19, 20, true, 22, 23, true},
-        };
+            {false, 19, 19, true, 22, 22, true}, {false, 0, 0, false, 0, 0, false},
+            {false, 1, 19, false, 0, 22, false}, {false, 18, 19, false, 0, 22, false},
+            {false, 20, 19, false, 23, 22, false}, {false, 19, 0, true, 22, 0, true},
+            {false, 19, 18, true, 22, 0, true}, {false, 19, 20, true, 22, 23, true},
+            {true, 19, 19, true, 22, 22, true}, {true, 0, 0, true, 22, 22, false},
+            {true, 18, 18, true, 22, 22, false}, {true, 20, 19, false, 23, 22, false},
+            {true, 19, 18, true, 22, 22, true}, {true, 19, 20, true, 22, 23, true}};
         for (const auto& [filledBefore, internalFields, descriptionFields, result, internalSize,
                  descriptionSize, listsAreNew] : rows) {
             CDeviceOptions options;
@@ -191,6 +171,8 @@ private slots:
     void anEmptyInternalFieldIsLostAndTheOthersMoveUp()
     {
         CDeviceOptions options;
+        QVERIFY(!options.ParseDeviceOptions(InternalText({{10, QString()}}), DescriptionText()));
+        QVERIFY(options.InternalOptions.isEmpty()); // one too few
         QStringList fields = Fields("i", 20, Comma).split(Comma);
         fields[3].clear();
         QVERIFY(options.ParseDeviceOptions(fields.join(Comma), DescriptionText()));
@@ -200,19 +182,14 @@ private slots:
         QCOMPARE(options.InternalOptions.at(20), "i20");
     }
 
-    void anEmptyInternalFieldAmong19IsOneTooFew()
-    {
-        CDeviceOptions options;
-        QVERIFY(!options.ParseDeviceOptions(InternalText({{10, QString()}}), DescriptionText()));
-        QVERIFY(options.InternalOptions.isEmpty());
-    }
-
     void anEmptyDescriptionKeepsItsPlace()
     {
         CDeviceOptions options;
         QVERIFY(options.ParseDeviceOptions(
             InternalText(), DescriptionText({{8, "eight"}, {20, "last"}})));
-        QCOMPARE(options.OptionDescriptions, List({{8, "eight"}, {20, "last"}}, QString()));
+        QCOMPARE(options.OptionDescriptions.at(8), "eight");
+        QCOMPARE(options.OptionDescriptions.at(20), "last");
+        QCOMPARE(options.OptionDescriptions.count(QString()), 20);
     }
 
     void blanksAreTakenOutOfTheFields()
@@ -252,7 +229,6 @@ private slots:
     void theLengthCountsAllEntriesAndTheGapsBetweenThem()
     {
         const auto text = [](int characters) { return QString(characters, 'x'); };
-        const QVector<QString> one(1);
         const std::pair<QVector<QString>, bool> rows[] = {
             {{}, true},
             {QVector<QString>(22), true},
@@ -260,8 +236,8 @@ private slots:
             {{text(665)}, false},
             {{text(663), ""}, true},
             {{text(664), ""}, false},
-            {List({{5, text(642)}}, "") + one, true},
-            {List({{5, text(643)}}, "") + one, false},
+            {QVector<QString>(22) + QVector<QString>{text(642)}, true},
+            {QVector<QString>(22) + QVector<QString>{text(643)}, false},
             {QVector<QString>(665), true},
             {QVector<QString>(666), false},
         };
@@ -313,35 +289,36 @@ private slots:
         for (const auto& [first, second, items] : rows) {
             CDeviceOptions options;
             QVERIFY(options.ParseDeviceOptions(
-                InternalText({{2, first}, {3, second}}), DescriptionText(AllDescriptions)));
+                InternalText({{2, first}, {3, second}}), AllDescriptions));
             QCOMPARE(options.DcFeedItems, items);
         }
     }
 
     void theAttenuatorIsShown()
     {
-        const std::tuple<const char*, const char*, const char*> rows[] = {
-            {"VX440-ATT", "a,b,c,d,e,f",
-                "Bypass|a|Att. 3dB|b|Att. 6dB|c|Att. 10dB|d|Att. 20dB|e|Att. 40dB|f"},
-            {"VX440-ATT", "", "Bypass||Att. 3dB||Att. 6dB||Att. 10dB||Att. 20dB||Att. 40dB|"},
-            {"VX440-ATT", "a", "Bypass|a|Att. 3dB||Att. 6dB||Att. 10dB||Att. 20dB||Att. 40dB|"},
-            {"VX440-ATT", "a,b,c,d,e",
-                "Bypass|a|Att. 3dB|b|Att. 6dB|c|Att. 10dB|d|Att. 20dB|e|Att. 40dB|"},
-            {"VX440-ATT", "a,b,c,d,e,f,g",
-                "Bypass|a|Att. 3dB|b|Att. 6dB|c|Att. 10dB|d|Att. 20dB|e|Att. 40dB|f"},
-            {"VX440-ATT", ",b,,d,,f",
-                "Bypass||Att. 3dB|b|Att. 6dB||Att. 10dB|d|Att. 20dB||Att. 40dB|f"},
-            {"VX440-ATT", "a a, b,c ,d,e,f",
-                "Bypass|a a|Att. 3dB| b|Att. 6dB|c |Att. 10dB|d|Att. 20dB|e|Att. 40dB|f"},
-            {"0", "a,b,c,d,e,f", ""},
-            {"none", "a,b,c,d,e,f", ""},
-            {"vx440-att", "a,b,c,d,e,f", ""},
+        const std::tuple<const char*, const char*, QStringList> rows[] = {
+            {"VX440-ATT", "a,b,c,d,e,f", {"a", "b", "c", "d", "e", "f"}},
+            {"VX440-ATT", "", {"", "", "", "", "", ""}},
+            {"VX440-ATT", "a", {"a", "", "", "", "", ""}},
+            {"VX440-ATT", "a,b,c,d,e", {"a", "b", "c", "d", "e", ""}},
+            {"VX440-ATT", "a,b,c,d,e,f,g", {"a", "b", "c", "d", "e", "f"}},
+            {"VX440-ATT", ",b,,d,,f", {"", "b", "", "d", "", "f"}},
+            {"VX440-ATT", "a a, b,c ,d,e,f", {"a a", " b", "c ", "d", "e", "f"}},
+            {"0", "a,b,c,d,e,f", {}},
+            {"none", "a,b,c,d,e,f", {}},
+            {"vx440-att", "a,b,c,d,e,f", {}},
         };
-        for (const auto& [module, description, items] : rows) {
+        const char* const labels[] = {
+            "Bypass", "Att. 3dB", "Att. 6dB", "Att. 10dB", "Att. 20dB", "Att. 40dB"};
+        for (const auto& [module, description, descriptions] : rows) {
+            Items items;
+            for (const QString& text : descriptions) {
+                items.append({labels[items.size()], text});
+            }
             CDeviceOptions options;
             QVERIFY(options.ParseDeviceOptions(
                 InternalText({{4, module}}), DescriptionText({{4, description}})));
-            QCOMPARE(options.AttenuatorItems, ItemsOf(items));
+            QCOMPARE(options.AttenuatorItems, items);
         }
     }
 
@@ -385,12 +362,11 @@ private slots:
         const Items bank2 = ItemsOf("VX440-F21|d21|VX440-F22|d22|VX440-F23|d23|VX440-F24|d24|"
                                     "VX440-F25|d25");
         for (const auto& [first, second, shown] : rows) {
-            Changes modules = AllModules;
-            modules[5] = first;
-            modules[6] = second;
+            QStringList modules = AllModules.split(Comma);
+            modules[3] = first;
+            modules[4] = second;
             CDeviceOptions options;
-            QVERIFY(options.ParseDeviceOptions(
-                InternalText(modules), DescriptionText(AllDescriptions)));
+            QVERIFY(options.ParseDeviceOptions(modules.join(Comma), AllDescriptions));
             QCOMPARE(options.Filter1Items, shown > 0 ? bank1 : Items());
             QCOMPARE(options.Filter2Items, shown > 1 ? bank2 : Items());
         }
@@ -452,7 +428,7 @@ private slots:
     void aDescriptionThatIsNotThereIsEmpty()
     {
         CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(InternalText(AllModules), QString()));
+        QVERIFY(options.ParseDeviceOptions(AllModules, QString()));
         QVERIFY(options.OptionDescriptions.isEmpty());
         for (const Items& items : Shown(options)) {
             QVERIFY(!items.isEmpty());

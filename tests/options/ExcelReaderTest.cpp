@@ -8,20 +8,30 @@
 #include <QtTest>
 
 #include <cstdio>
+#include <tuple>
 
 namespace {
 
 using Matrix = QVector<QVector<QString>>;
 
 // Rows are separated by ";", cells by "|".
-Matrix MatrixOf(const char* text)
+Matrix MatrixOf(const QString& text)
 {
     Matrix matrix;
-    const QStringList rows = QString(text).split(';');
+    const QStringList rows = text.isEmpty() ? QStringList() : text.split(';');
     for (const QString& row : rows) {
         matrix.append(row.split('|').toVector());
     }
     return matrix;
+}
+
+QString TextOf(const Matrix& matrix)
+{
+    QStringList rows;
+    for (const QVector<QString>& row : matrix) {
+        rows.append(QStringList(row.toList()).join('|'));
+    }
+    return rows.join(';');
 }
 
 // The pattern for each number from 1, which may stand in it three times.
@@ -88,6 +98,18 @@ class ExcelReaderTest : public WarningsFail
         return answers.size() == 2 && answers.removeDuplicates() == 1 ? answers.first() : QString();
     }
 
+    // The rows of a sheet, and its cells as they are read.
+    template<int Count>
+    void CheckSheets(const std::pair<const char*, const char*> (&sheets)[Count])
+    {
+        for (const auto& [rows, cells] : sheets) {
+            CExcelReader reader;
+            QVERIFY(reader.ReadFile(NewWorkbook(WorkbookWithSheets({rows}))));
+            QCOMPARE(reader.GetSheetCount(), quint16(1));
+            QVERIFY2(reader.GetSheet(0) == MatrixOf(cells), rows);
+        }
+    }
+
     QTemporaryDir folder;
     int paths = 0;
 
@@ -105,124 +127,67 @@ private slots:
 
     // What the programs that people use made of the same sheet. They differ in how they write each
     // kind of value, and openpyxl reckons no formula.
-    void theWorkbookOf_data()
+    void theWorkbooksOfOtherPrograms()
     {
-        struct Row
-        {
-            const char* internal;
-            const char* description;
-        };
-        const Row rows[] = {
-            {"VX440 options", "Descriptions"},
-            {"44259", ""}, // a date
-            {"VX440-DCF", "Feed <one> & 12 V"},
-            {"", ""}, // blank cells with a colour
-            {"VX440-ATT", "a,b,c,d,e,f"},
-            {"VX440-FIL", "passed over"}, // internal: a formula
-            {"VX440-FIL", ""},
-            {"none", ""},
-            {"VX440-F1", "144 MHz"},
-            {"VX440-F2", "432"},  // description: a number
-            {"5", "1296.25"},     // both numbers
-            {"VX440-F4", "42"},   // description: a formula
-            {"VX440-F5", "true"}, // internal: rich text; description: a boolean
-            {"VX440-F6", "  two  blanks  "},
-            {"VX440-F7", "Größe µ €"},
-            {"0", ""},
-            {"0", ""},
-            {"0", ""},
-            {"0", ""},
-            {"VX440-RAZ", "North mast"},
-            {"VX440-RPO", "44259"}, // description: a date
-            {"end", ""},
-        };
-        Matrix matrix;
-        for (const Row& row : rows) {
-            matrix.append({QString(row.internal), QString(row.description)});
+        const QStringList rows{"VX440 options|Descriptions",
+            "44259|", // a date
+            "VX440-DCF|Feed <one> & 12 V",
+            "|", // blank cells with a colour
+            "VX440-ATT|a,b,c,d,e,f",
+            "VX440-FIL|passed over", // internal: a formula
+            "VX440-FIL|", "none|", "VX440-F1|144 MHz",
+            "VX440-F2|432",  // description: a number
+            "5|1296.25",     // both numbers
+            "VX440-F4|42",   // description: a formula
+            "VX440-F5|true", // internal: rich text; description: a boolean
+            "VX440-F6|  two  blanks  ", "VX440-F7|Größe µ €", "0|", "0|", "0|", "0|",
+            "VX440-RAZ|North mast",
+            "VX440-RPO|44259", // description: a date
+            "end|"};
+        QStringList rowsOfOpenpyxl = rows;
+        rowsOfOpenpyxl[11] = "VX440-F4|";
+        rowsOfOpenpyxl[20] = "VX440-RPO|44259.5"; // with a time of the day
+        const QString notes = "||;||note";
+        const std::tuple<const char*, QStringList, QString, QString> files[] = {
+            {"libreoffice.xlsx", rows, notes, ""}, {"gnumeric.xlsx", rows, notes, ""},
+            {"openpyxl.xlsx", rowsOfOpenpyxl, "", notes}}; // its second sheet is a chart
+        for (const auto& [file, first, second, third] : files) {
+            CExcelReader reader;
+            QVERIFY2(reader.ReadFile(QString(VX440_WORKBOOKS) + file), file);
+            QCOMPARE(reader.GetSheetCount(), quint16(3));
+            QCOMPARE(TextOf(reader.GetSheet(0)).split(';'), first);
+            QCOMPARE(TextOf(reader.GetSheet(1)), second);
+            QCOMPARE(TextOf(reader.GetSheet(2)), third);
+            QCOMPARE(reader.GetRowCount(0), 22);
+            QCOMPARE(reader.GetColumnCount(0), 2);
         }
-
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<Matrix>("matrix");
-        QTest::newRow("LibreOffice") << "libreoffice.xlsx" << matrix;
-        QTest::newRow("Gnumeric") << "gnumeric.xlsx" << matrix;
-        matrix[11][1] = QString();
-        matrix[20][1] = "44259.5"; // with a time of the day
-        QTest::newRow("openpyxl") << "openpyxl.xlsx" << matrix;
-    }
-    void theWorkbookOf()
-    {
-        QFETCH(QString, file);
-        QFETCH(Matrix, matrix);
-        CExcelReader reader;
-        QVERIFY(reader.ReadFile(QString(VX440_WORKBOOKS) + file));
-        const Matrix sheet = reader.GetSheet(0);
-        QCOMPARE(sheet.size(), matrix.size());
-        for (int row = 0; row < matrix.size(); ++row) {
-            QCOMPARE(QStringList(sheet.at(row).toList()), QStringList(matrix.at(row).toList()));
-        }
-        QCOMPARE(reader.GetRowCount(0), 22);
-        QCOMPARE(reader.GetColumnCount(0), 2);
     }
 
-    void theOtherSheetsOf_data()
+    void aSheetIsAsLargeAsItsLastCell()
     {
-        const Matrix notes = MatrixOf("||;||note");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QVector<Matrix>>("sheets");
-        QTest::newRow("LibreOffice: notes and none")
-            << "libreoffice.xlsx" << QVector<Matrix>{notes, Matrix()};
-        QTest::newRow("Gnumeric: notes and none")
-            << "gnumeric.xlsx" << QVector<Matrix>{notes, Matrix()};
-        QTest::newRow("openpyxl: a chart and notes")
-            << "openpyxl.xlsx" << QVector<Matrix>{Matrix(), notes};
-    }
-    void theOtherSheetsOf()
-    {
-        QFETCH(QString, file);
-        CExcelReader reader;
-        QVERIFY(reader.ReadFile(QString(VX440_WORKBOOKS) + file));
-        QVector<Matrix> sheets;
-        for (quint16 index = 1; index < reader.GetSheetCount(); ++index) {
-            sheets.append(reader.GetSheet(index));
-        }
-        QTEST(sheets, "sheets");
+        const std::pair<const char*, const char*> rows[] = {
+            {"<row r='7'/>", ""},
+            {"<row r='2'><c r='B2'><v>b</v></c></row>", "|;|b"},
+            {"<row r='1'><c r='A1'><v>a</v></c></row><row r='3'><c r='B3' s='1'/></row>", "a|;|;|"},
+            // Without references the cells stand in order; what stands nowhere is left out.
+            {"<row><c><v>a</v></c><c/><c><v>c</v></c></row><row><c><v>d</v></c></row>", "a||c;d||"},
+            {"<row><c><v>a</v></c></row><row><c r='a9'><v>x</v></c></row>", "a"},
+            {"<row><c r='9'><v>x</v></c></row>", ""},
+            {"<row r='0'><c/></row>", ""},
+        };
+        CheckSheets(rows);
     }
 
-    void aSheetIs_data()
+    void everyValueIsAText()
     {
-        QTest::addColumn<QByteArray>("rows");
-        QTest::addColumn<Matrix>("matrix");
-        const auto row = [](const char* name, const char* rows, const char* matrix) {
-            QTest::newRow(name) << QByteArray(rows) << MatrixOf(matrix);
+        const std::pair<const char*, const char*> rows[] = {
+            {"<row><c><v>5</v></c><c t='n'><v>5</v></c></row>", "5|5"},
+            {"<row><c t='n'><v>0.1</v></c></row>", "0.1"},
+            {"<row><c t='b'><v>1</v></c><c t='b'><v>0</v></c></row>", "true|false"},
+            {"<row><c><f>6*7</f><v>42</v></c></row>", "42"},
+            {"<row><c t='inlineStr'><is><t> a  b </t></is></c></row>", " a  b "},
         };
-        QTest::newRow("empty without cells") << QByteArray("<row r='7'/>") << Matrix();
-        row("as large as its last row and column", "<row r='2'><c r='B2'><v>b</v></c></row>",
-            "|;|b");
-        row("as large as its last cell that is blank",
-            "<row r='1'><c r='A1'><v>a</v></c></row><row r='3'><c r='B3' s='1'/></row>", "a|;|;|");
-        row("in order without references",
-            "<row><c><v>a</v></c><c/><c><v>c</v></c></row><row><c><v>d</v></c></row>", "a||c;d||");
-        row("a number as a text", "<row><c><v>5</v></c><c t='n'><v>5</v></c></row>", "5|5");
-        row("a number with its fraction", "<row><c t='n'><v>0.1</v></c></row>", "0.1");
-        row("a boolean as a text", "<row><c t='b'><v>1</v></c><c t='b'><v>0</v></c></row>",
-            "true|false");
-        row("a formula's last value", "<row><c><f>6*7</f><v>42</v></c></row>", "42");
-        row("a text with its blanks", "<row><c t='inlineStr'><is><t> a  b </t></is></c></row>",
-            " a  b ");
-        row("without what stands nowhere",
-            "<row><c><v>a</v></c></row><row><c r='a9'><v>x</v></c></row>", "a");
-        QTest::newRow("empty when all cells stand nowhere")
-            << QByteArray("<row><c r='9'><v>x</v></c></row>") << Matrix();
-        QTest::newRow("empty when there is no row 0")
-            << QByteArray("<row r='0'><c/></row>") << Matrix();
-    }
-    void aSheetIs()
-    {
-        QFETCH(QByteArray, rows);
-        CExcelReader reader;
-        QVERIFY(reader.ReadFile(NewWorkbook(WorkbookWithSheets({rows}))));
-        QCOMPARE(reader.GetSheetCount(), quint16(1));
-        QTEST(reader.GetSheet(0), "matrix");
+        CheckSheets(rows);
     }
 
     void sheetsAreReadInOrder()
