@@ -2,6 +2,7 @@
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "tests/simulator/FirmwareBlocks.h"
+#include "tests/support/Notified.h"
 #include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
@@ -108,35 +109,6 @@ void Choose(const QString& path, QStringList* asked = nullptr)
             }
         });
 }
-
-// Every text that the status line shows from now on.
-QSharedPointer<QStringList> WatchStatus(QObject* context)
-{
-    const auto texts = QSharedPointer<QStringList>::create();
-    QObject::connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, context,
-        [texts](const QModelIndex& cell) {
-            if (cell.column() == 1) {
-                texts->append(cell.data().toString());
-            }
-        });
-    return texts;
-}
-
-// Counts the progress dialogs that come up.
-class ShownDialogs : public QObject
-{
-public:
-    ShownDialogs() { qApp->installEventFilter(this); }
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        const bool isDialog = qobject_cast<QProgressDialog*>(watched) != nullptr;
-        count += isDialog && event->type() == QEvent::Show ? 1 : 0;
-        return false;
-    }
-
-    int count = 0;
-};
 
 // Closes the progress dialog by its title bar once its value is there.
 void CloseProgressAt(int value)
@@ -247,7 +219,7 @@ private slots:
         for (auto entry = images.cbegin(); entry != images.cend(); ++entry) {
             const QByteArray image = Image(entry.key());
             BeginWith(image);
-            const auto status = WatchStatus(LoadButton());
+            const Notified notified;
             Click(LoadButton());
             QCOMPARE(Frames(), FramesOf(image));
             QCOMPARE(Frames().size(), entry.value() + 1);
@@ -258,7 +230,8 @@ private slots:
                 sleeps << 10 << 1;
             }
             QCOMPARE(scripted::Sleeps(), sleeps << 10);
-            QCOMPARE(*status, (QStringList{"Sending Firmware file to the Device ..", Sent}));
+            QCOMPARE(
+                notified.statuses, (QStringList{"Sending Firmware file to the Device ..", Sent}));
             QCOMPARE(StatusLine(), Sent);
             QVERIFY(UpdateButton()->isEnabled());
             QVERIFY(LoadButton()->isEnabled());
@@ -381,11 +354,11 @@ private slots:
     {
         BeginSent(); // its last acknowledgement was a good one
         QVERIFY(QFile::remove(folder.filePath("image.cyacd")));
-        const ShownDialogs dialogs;
+        const ShownProgress dialogs;
         Click(LoadButton());
         QCOMPARE(Frames(), QStringList());
         QCOMPARE(StatusLine(), QString());
-        QCOMPARE(dialogs.count, 1);
+        QCOMPARE(dialogs.Count(), 1);
         QVERIFY(VisibleProgress() == nullptr);
         QVERIFY(!UpdateButton()->isEnabled());
     }
@@ -440,7 +413,7 @@ private slots:
     void everyWaitAndTextOfAnUpdate()
     {
         BeginSent();
-        const auto status = WatchStatus(UpdateButton());
+        const Notified notified;
         Click(UpdateButton());
 
         QStringList before = scripted::Events();

@@ -57,7 +57,7 @@ class BoardDataFlowTest : public WarningsFail
 
     void Write(const QByteArray& region, const QByteArray& content)
     {
-        ClickAndChoose(
+        ClickAndChooseFile(
             window->Child<QToolButton>("btn" + region + "DataFileSelector"), MakeFile(content));
         Click(window->Child<QPushButton>("btnWrite" + region + "Data"));
     }

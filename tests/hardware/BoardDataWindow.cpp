@@ -37,14 +37,3 @@ QString BoardDataWindow::TextOf(const char* edit) const
 {
     return Child<QLineEdit>(edit)->text();
 }
-
-AskedForFile ClickAndChoose(QWidget* button, const QString& path)
-{
-    AskedForFile asked;
-    ClickAndChooseFile(button, path, [&asked](const QFileDialog& dialog) {
-        asked = {dialog.windowTitle(), dialog.nameFilters(),
-            dialog.findChild<QLineEdit*>("fileNameEdit")->text(), dialog.fileMode(),
-            dialog.acceptMode(), asked.times + 1};
-    });
-    return asked;
-}

@@ -3,6 +3,7 @@
 #include "shell/CMainDialog.h"
 #include "tests/hardware/BoardDataWindow.h"
 #include "tests/hardware/EepromImages.h"
+#include "tests/support/Notified.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 #include "tests/support/scripted/ConnectingThread.h"
@@ -73,23 +74,6 @@ QString ColumnText(int column)
 {
     return Model().index(0, column).data().toString();
 }
-
-// What the model notifies as long as the object lives.
-struct Notified : QObject
-{
-    Notified()
-    {
-        connect(&Model(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& cell) {
-            columns.append(cell.column());
-            if (cell.column() == StatusColumn) {
-                statuses.append(cell.data().toString());
-            }
-        });
-    }
-
-    QVector<int> columns;
-    QStringList statuses;
-};
 
 // What a progress dialog was like when it came up: its label, range and modality, and the status.
 QVariantList ProgressOf(const std::function<void()>& work)
@@ -182,7 +166,7 @@ class TabBoardDataNewTest : public WarningsFail
     // An empty path cancels.
     AskedForFile ChooseFile(const QByteArray& region, const QString& path) const
     {
-        return ClickAndChoose(
+        return ClickAndChooseFile(
             window->Child<QToolButton>("btn" + region + "DataFileSelector"), path);
     }
     QString FileOf(const QByteArray& region) const

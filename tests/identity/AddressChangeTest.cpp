@@ -1,6 +1,7 @@
 #include "identity/CTabIpConfiguration.h"
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
+#include "tests/support/Notified.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
@@ -51,7 +52,7 @@ class AddressChangeTest : public WarningsFail
     Q_OBJECT
 
 private:
-    QStringList statusTexts;
+    Notified notified;
     QStringList labels;
     QScopedPointer<CTabIpConfiguration> tab;
 
@@ -107,16 +108,6 @@ private:
     }
 
 private slots:
-    void initTestCase()
-    {
-        connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
-            [this](const QModelIndex& cell) {
-                if (cell.column() == 1) {
-                    statusTexts.append(cell.data().toString());
-                }
-            });
-    }
-
     void init()
     {
         WarningsFail::init();
@@ -132,7 +123,7 @@ private slots:
                 TheDeviceCommunication()->wait();
             }
         });
-        statusTexts.clear();
+        notified.statuses.clear();
         labels.clear();
     }
 
@@ -165,7 +156,7 @@ private slots:
         ChangeAddress(address, mask);
         QCOMPARE(SentAndSought(), (QStringList{"send 4346310D" + sent, "resolve " + sought}));
         QCOMPARE(scripted::Sleeps(), (QList<int>{10, 100, 100}));
-        QCOMPARE(statusTexts, (QStringList{ChangingAddress, AddressChanged}));
+        QCOMPARE(notified.statuses, (QStringList{ChangingAddress, AddressChanged}));
         QCOMPARE(spy.size(), 1);
         QVERIFY(TheDeviceCommunication()->IsConnected());
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), sought);
@@ -177,7 +168,7 @@ private slots:
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         ChangeAddress(OldAddress, OldMask);
         QCOMPARE(scripted::Events(), QStringList{"sleep 100"});
-        QCOMPARE(statusTexts, (QStringList{ChangingAddress, AddressSame, AddressChanged}));
+        QCOMPARE(notified.statuses, (QStringList{ChangingAddress, AddressSame, AddressChanged}));
         QCOMPARE(spy.size(), 1);
     }
 
@@ -189,10 +180,10 @@ private slots:
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         for (const auto& [address, mask] : typed) {
             scripted::ForgetEvents();
-            statusTexts.clear();
+            notified.statuses.clear();
             ChangeAddress(address, mask);
             QCOMPARE(scripted::Events(), QStringList{"sleep 100"});
-            QCOMPARE(statusTexts, (QStringList{ChangingAddress, AddressFailed}));
+            QCOMPARE(notified.statuses, (QStringList{ChangingAddress, AddressFailed}));
             QVERIFY2(IsAllAsItWas(), qPrintable(address + ' ' + mask));
         }
         QCOMPARE(spy.size(), 0);
@@ -205,7 +196,7 @@ private slots:
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         ChangeAddress(NewAddress);
         QCOMPARE(scripted::Events(), (QStringList{"sleep 10", "send fails", "sleep 100"}));
-        QCOMPARE(statusTexts, (QStringList{ChangingAddress, AddressFailed}));
+        QCOMPARE(notified.statuses, (QStringList{ChangingAddress, AddressFailed}));
         QCOMPARE(spy.size(), 0);
         QVERIFY(!TheDeviceCommunication()->IsConnected());
         QVERIFY(IsAllAsItWas());
@@ -217,7 +208,8 @@ private slots:
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         ChangeAddress(NewAddress, NewMask);
         QCOMPARE(scripted::Sleeps(), WithAllPolls({10, 100}));
-        QCOMPARE(statusTexts, (QStringList{ChangingAddress, ConnectionFailed, AddressFailed}));
+        QCOMPARE(
+            notified.statuses, (QStringList{ChangingAddress, ConnectionFailed, AddressFailed}));
         QCOMPARE(spy.size(), 0);
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), NewAddress);
         QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), NewMask);
@@ -226,9 +218,9 @@ private slots:
         const auto* const button = tab->findChild<QPushButton*>("btnSendIpAddress");
         QVERIFY(button->isEnabled());
         scripted::ForgetEvents();
-        statusTexts.clear();
+        notified.statuses.clear();
         tab->SendIpAddressButtonClicked();
-        QCOMPARE(statusTexts, QStringList{"Not Connected to any device"});
+        QCOMPARE(notified.statuses, QStringList{"Not Connected to any device"});
         QCOMPARE(scripted::Events(), QStringList());
         QVERIFY(!button->isEnabled());
     }
@@ -255,8 +247,8 @@ private slots:
         QCOMPARE(done.first().size(), QString("send ").size() + 2 * (isNew ? 10 : 131));
         QCOMPARE(done.last(), "resolve 127.0.0.1");
         QCOMPARE(scripted::Sleeps(), isNew ? QList<int>({10, 100, 100}) : QList<int>({10, 100}));
-        QCOMPARE(statusTexts, isNew ? QStringList({SettingMac, MacChanged})
-                                    : QStringList({SettingMac, ChangingMac, MacChanged}));
+        QCOMPARE(notified.statuses, isNew ? QStringList({SettingMac, MacChanged})
+                                          : QStringList({SettingMac, ChangingMac, MacChanged}));
         QCOMPARE(TheDeviceDatabase()->GetMacAddress(), NewMac);
     }
 
@@ -264,7 +256,7 @@ private slots:
     {
         ChangeMac(OldMac);
         QCOMPARE(SentAndSought(), QStringList{"resolve 127.0.0.1"});
-        QCOMPARE(statusTexts, (QStringList{SettingMac, MacChanged, MacChanged}));
+        QCOMPARE(notified.statuses, (QStringList{SettingMac, MacChanged, MacChanged}));
         QVERIFY(IsAllAsItWas());
     }
 
@@ -276,10 +268,10 @@ private slots:
             {"02:4c:7e:00:01:2a", invalid}, {"A2:4C:7E:00:01:29", broadcast},
             {"FF:FF:FF:FF:FF:FF", broadcast}};
         for (const auto& [mac, error] : typed) {
-            statusTexts.clear();
+            notified.statuses.clear();
             ChangeMac(mac);
             QCOMPARE(scripted::Events(), QStringList());
-            QCOMPARE(statusTexts, (QStringList{SettingMac, error, MacFailed}));
+            QCOMPARE(notified.statuses, (QStringList{SettingMac, error, MacFailed}));
             QVERIFY2(IsAllAsItWas(), qPrintable(mac));
         }
     }
@@ -296,7 +288,7 @@ private slots:
         scripted::FailSendsFrom(1);
         ChangeMac(NewMac);
         QCOMPARE(SentAndSought(), QStringList{"send fails"});
-        QTEST(statusTexts, "texts");
+        QTEST(notified.statuses, "texts");
         QVERIFY(IsAllAsItWas());
         QVERIFY(!TheDeviceCommunication()->IsConnected());
     }
@@ -306,7 +298,7 @@ private slots:
         LetConnectHang();
         ChangeMac(NewMac);
         QCOMPARE(scripted::Sleeps(), WithAllPolls({10, 100}));
-        QCOMPARE(statusTexts, (QStringList{SettingMac, ConnectionFailed, MacFailed}));
+        QCOMPARE(notified.statuses, (QStringList{SettingMac, ConnectionFailed, MacFailed}));
         QVERIFY(IsAllAsItWas());
         QCOMPARE(TheDeviceDatabase()->ConnectionStatusText(), "Not Connected ");
     }

@@ -1,6 +1,7 @@
 #include "link/DeviceReconfiguration.h"
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
+#include "tests/support/Notified.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
@@ -83,12 +84,9 @@ private slots:
 
     void theColumnsAreNotifiedInOrder()
     {
-        QList<int> columns;
-        const auto connection = connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
-            [&columns](const QModelIndex& cell) { columns.append(cell.column()); });
+        const Notified notified;
         ReadDeviceInfo();
-        disconnect(connection);
-        QCOMPARE(columns, (QList<int>{Mac, Part, Serial, Version}));
+        QCOMPARE(notified.columns, (QVector<int>{Mac, Part, Serial, Version}));
     }
 
     void theIdentityForTheUnitHasNoVersion()

@@ -1,10 +1,10 @@
 #include "link/CDeviceCommunication.h"
 #include "options/CTabOptions.h"
 #include "tests/options/OptionsPage.h"
-#include "tests/options/OptionsWorkbook.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
+#include "tests/support/workbooks/OptionsWorkbook.h"
 
 #include <QLabel>
 #include <QTemporaryDir>

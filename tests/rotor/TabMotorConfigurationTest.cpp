@@ -1,6 +1,7 @@
 #include "link/CDeviceCommunication.h"
 #include "rotor/RotorCatalogue.h"
 #include "tests/rotor/MotorPage.h"
+#include "tests/support/Notified.h"
 #include "tests/support/scripted/ConnectingThread.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
@@ -203,25 +204,6 @@ bool WhatOldFirmwareLacksIsHidden(int motor, bool hidden)
            std::all_of(names.begin(), names.end(),
                [=](const char* name) { return Child<QWidget>(motor, name)->isHidden() == hidden; });
 }
-
-// What the model notifies as long as the object lives.
-class Notified : public QObject
-{
-public:
-    Notified()
-    {
-        connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
-            [this](const QModelIndex& cell) {
-                columns.append(cell.column());
-                if (cell.column() == StatusColumn) {
-                    texts.append(cell.data().toString());
-                }
-            });
-    }
-
-    QVector<int> columns;
-    QStringList texts;
-};
 
 void AddRows()
 {
@@ -663,7 +645,7 @@ private slots:
         Overtype(Edit(motor, 0), "87");
         const Notified notified;
         Page(motor)->SendConfigurationButtonClicked();
-        QCOMPARE(notified.texts,
+        QCOMPARE(notified.statuses,
             (QStringList{WithName("Sending %1 Motor Configuration .. ", motor), NotConnected}));
         QCOMPARE(StatusLine(), NotConnected);
         QCOMPARE(int(Stored(motor).at(0)), 87);
@@ -729,9 +711,9 @@ private slots:
             QCOMPARE(SentFrames(), QStringList{rotor.frame});
             QCOMPARE(notified.columns,
                 QVector<int>{StatusColumn} + RowColumns(motor) + QVector<int>{StatusColumn});
-            QCOMPARE(
-                notified.texts, (QStringList{WithName("Sending %1 Motor Configuration .. ", motor),
-                                    WithName("%1 Motor configuration sent successfully.", motor)}));
+            QCOMPARE(notified.statuses,
+                (QStringList{WithName("Sending %1 Motor Configuration .. ", motor),
+                    WithName("%1 Motor configuration sent successfully.", motor)}));
         }
     }
 
@@ -759,8 +741,8 @@ private slots:
                  : ClickButton(motor, "btnReceiveFromDevice");
             QCOMPARE(SentFrames(), QStringList{"send 4346300D"});
             QCOMPARE(notified.columns, ColumnsOfAReceive(motor, 12));
-            QCOMPARE(notified.texts, (QStringList{"Recieving Configuration from Device .. ",
-                                         "Device motor configuration read successfully!"}));
+            QCOMPARE(notified.statuses, (QStringList{"Recieving Configuration from Device .. ",
+                                            "Device motor configuration read successfully!"}));
             QCOMPARE(Stored(motor), UnitWords[motor]);
             QCOMPARE(TableTexts(motor), RowsOf(UnitWords[motor]));
             QCOMPARE(Stored(other), ModelWords[other]);
@@ -810,8 +792,8 @@ private slots:
         CTabMotorConfiguration tab(nullptr, 2);
         const Notified notified;
         tab.SendConfigurationButtonClicked();
-        QCOMPARE(notified.texts, (QStringList{"Sending UnknownMotor Motor Configuration .. ",
-                                     "Error! Invalid number of Motor configuration params."}));
+        QCOMPARE(notified.statuses, (QStringList{"Sending UnknownMotor Motor Configuration .. ",
+                                        "Error! Invalid number of Motor configuration params."}));
         QCOMPARE(SentFrames(), QStringList());
     }
 
@@ -830,8 +812,8 @@ private slots:
             const Notified notified;
             ClickButton(motor, "btnReceiveFromDevice");
             QCOMPARE(notified.columns, (QVector<int>{StatusColumn, StatusColumn}));
-            QCOMPARE(notified.texts, (QStringList{"Recieving Configuration from Device .. ",
-                                         "Device motor configuration could not be read!"}));
+            QCOMPARE(notified.statuses, (QStringList{"Recieving Configuration from Device .. ",
+                                            "Device motor configuration could not be read!"}));
             QCOMPARE(Stored(motor), ModelWords[motor]);
             QCOMPARE(Stored(other), ModelWords[other]);
             QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), "255.255.255.252");

@@ -80,11 +80,6 @@ private:
     std::function<bool(QObject*, QEvent::Type)> wanted;
 };
 
-bool IsShownProgress(QObject* watched, QEvent::Type type)
-{
-    return type == QEvent::Show && qobject_cast<QProgressDialog*>(watched) != nullptr;
-}
-
 } // namespace
 
 class MainDialogTest : public WarningsFail
@@ -167,13 +162,13 @@ private slots:
     void anAddressThatIsNoneFailsWithoutAnAttempt()
     {
         for (const char* const typed : {"", "192.168.", "192.168.0.256"}) {
-            const EventCount progress(qApp, IsShownProgress);
+            const ShownProgress progress;
             Overtype(Find<QLineEdit>("txtIpAddress"), typed);
             TheDeviceDatabase()->SetApplicationStatus(QString());
             Press(Qt::Key_Return);
             QCOMPARE(StatusLine(), "Connection failed! ");
             QCOMPARE(ConnectionLine(), "Not Connected ");
-            QCOMPARE(progress.count, 0);
+            QCOMPARE(progress.Count(), 0);
         }
     }
 
@@ -277,9 +272,9 @@ private slots:
             "000777", "--azimuth", "1,2,3,4,5,6,7,8,9,10,11,0", "--polar",
             "101,102,103,104,105,106,107,108,109,110,99,1", "--mask", "255.255.0.0"});
         QVERIFY(unit.IsReady());
-        const EventCount progress(qApp, IsShownProgress);
+        const ShownProgress progress;
         ConnectTo(unit.Address());
-        QVERIFY(progress.count > 0);
+        QVERIFY(progress.Count() > 0);
         QCOMPARE(ConnectionLine(), "Connected to " + unit.Address());
         QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connected");
         QCOMPARE(StatusLine(),
