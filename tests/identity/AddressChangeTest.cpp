@@ -37,11 +37,8 @@ QStringList SentAndSought()
     return scripted::Actions().filter(QRegularExpression("^(send|resolve)"));
 }
 
-// The polls of the attempts that end without a link.
-QList<int> WithAllPolls(const QList<int>& before)
-{
-    return before + QVector<int>(800, 100).toList();
-}
+// What attempts wait that end without a link.
+const QList<int> AllPolls = QList<int>{10, 100} + QVector<int>(800, 100).toList();
 
 } // namespace
 
@@ -53,7 +50,7 @@ class AddressChangeTest : public WarningsFail
 
 private:
     Notified notified;
-    QStringList labels;
+    QSet<QString> labels;
     QScopedPointer<CTabIpConfiguration> tab;
 
     void ChangeAddress(const QString& address, const QString& mask = OldMask)
@@ -90,23 +87,6 @@ private:
         scripted::ForgetEvents();
     }
 
-    static void LetConnectHang()
-    {
-        scripted::SetConnectResult(scripted::ConnectResult::Hangs);
-        scripted::WhenSlept(nullptr);
-    }
-
-    void NoteDialogs()
-    {
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        for (QWidget* const window : windows) {
-            const auto* const dialog = qobject_cast<QProgressDialog*>(window);
-            if (dialog != nullptr && !labels.contains(dialog->labelText())) {
-                labels.append(dialog->labelText());
-            }
-        }
-    }
-
 private slots:
     void init()
     {
@@ -117,7 +97,10 @@ private slots:
         // The connecting thread runs beside the scripted clock: it succeeds in the first wait.
         scripted::SetConnectResult(scripted::ConnectResult::SucceedsWhenTold);
         scripted::WhenSlept([this](int) {
-            NoteDialogs();
+            for (const QWidget* const window : QApplication::topLevelWidgets()) {
+                const auto* const dialog = qobject_cast<const QProgressDialog*>(window);
+                labels += dialog != nullptr ? QSet<QString>{dialog->labelText()} : QSet<QString>();
+            }
             if (TheDeviceCommunication()->isRunning()) {
                 scripted::SetConnectResult(scripted::ConnectResult::Succeeds);
                 TheDeviceCommunication()->wait();
@@ -204,12 +187,12 @@ private slots:
 
     void aUnitThatIsNotAtItsNewAddressLeavesTheModelThere()
     {
-        LetConnectHang();
+        scripted::SetConnectResult(scripted::ConnectResult::Hangs);
+        scripted::WhenSlept(nullptr);
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         ChangeAddress(NewAddress, NewMask);
-        QCOMPARE(scripted::Sleeps(), WithAllPolls({10, 100}));
-        QCOMPARE(
-            notified.statuses, (QStringList{ChangingAddress, ConnectionFailed, AddressFailed}));
+        QCOMPARE(scripted::Sleeps(), AllPolls);
+        QCOMPARE(notified.statuses, (QStringList{ChangingAddress, ConnectionFailed, AddressFailed}));
         QCOMPARE(spy.size(), 0);
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), NewAddress);
         QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), NewMask);
@@ -295,9 +278,10 @@ private slots:
 
     void aUnitThatIsNotThereWithItsNewMacAddressLeavesTheModelAsItWas()
     {
-        LetConnectHang();
+        scripted::SetConnectResult(scripted::ConnectResult::Hangs);
+        scripted::WhenSlept(nullptr);
         ChangeMac(NewMac);
-        QCOMPARE(scripted::Sleeps(), WithAllPolls({10, 100}));
+        QCOMPARE(scripted::Sleeps(), AllPolls);
         QCOMPARE(notified.statuses, (QStringList{SettingMac, ConnectionFailed, MacFailed}));
         QVERIFY(IsAllAsItWas());
         QCOMPARE(TheDeviceDatabase()->ConnectionStatusText(), "Not Connected ");
@@ -306,8 +290,7 @@ private slots:
     void aChangeOfTheMacAddressHasAProgressDialogBesideThatOfTheConnection()
     {
         ChangeMac(NewMac);
-        labels.sort();
-        QCOMPARE(labels, (QStringList{"Changing device MAC address... ",
+        QCOMPARE(labels, (QSet<QString>{"Changing device MAC address... ",
                              "Connecting to VX440 (Attempt 1) ..."}));
         QVERIFY(tab->findChild<QProgressDialog*>() == nullptr);
     }

@@ -146,30 +146,6 @@ private slots:
         QCOMPARE(Field("txtNewSubnetMask")->text(), "255.0.0.0");
     }
 
-    void aClickIntoAnEmptyFieldPutsTheCursorAtItsStartOnly_data()
-    {
-        QTest::addColumn<QString>("digit");
-        QTest::newRow("txtNewIpAddress") << "1";
-        QTest::newRow("txtNewSubnetMask") << "2";
-        QTest::newRow("txtNewMacAddress") << "A";
-    }
-    void aClickIntoAnEmptyFieldPutsTheCursorAtItsStartOnly()
-    {
-        QFETCH(QString, digit);
-        auto* const field = Field(QTest::currentDataTag());
-        const bool hidden = field->isHidden();
-        field->show();
-        field->clear();
-        field->setCursorPosition(9);
-        Click(field);
-        QCOMPARE(field->cursorPosition(), 0);
-        field->setText(digit);
-        field->setCursorPosition(0);
-        Click(field);
-        QVERIFY(field->cursorPosition() > 0);
-        field->setVisible(!hidden);
-    }
-
     void theButtonFollowsTheLink()
     {
         SimulatorProcess unit;

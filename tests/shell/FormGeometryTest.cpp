@@ -223,34 +223,22 @@ QString LookOf(QWidget& widget)
     return {};
 }
 
+template<class Widget>
+void VerifyNamed(const QWidget& form)
+{
+    const auto found = form.findChildren<Widget*>();
+    for (const Widget* const widget : found) {
+        QVERIFY2(!widget->accessibleName().isEmpty() || widget->objectName().startsWith("qt_"),
+            qPrintable(widget->objectName()));
+    }
+}
+
 } // namespace
 
 /// What every form holds, and where. The texts are those that a fresh form shows.
 class FormGeometryTest : public WarningsFail
 {
     Q_OBJECT
-
-private:
-    std::unique_ptr<QWidget> made;
-    QWidget* form = nullptr;
-
-    const Form& MakeFormOfRow()
-    {
-        const Form& row = Forms[*static_cast<int*>(QTest::qData("index", QMetaType::Int))];
-        made.reset(row.make == nullptr ? nullptr : row.make());
-        form = made != nullptr ? made.get() : MainWindow();
-        return row;
-    }
-
-    template<class Widget>
-    void VerifyNamed() const
-    {
-        const auto found = form->findChildren<Widget*>();
-        for (const Widget* const widget : found) {
-            QVERIFY2(!widget->accessibleName().isEmpty() || widget->objectName().startsWith("qt_"),
-                qPrintable(widget->objectName()));
-        }
-    }
 
 private slots:
     void aFormHasItsWidgetsInTheirPlacesAndOrder_data()
@@ -262,31 +250,32 @@ private slots:
     }
     void aFormHasItsWidgetsInTheirPlacesAndOrder()
     {
-        const Form& expected = MakeFormOfRow();
-        QCOMPARE(form->objectName(), expected.name);
-        QCOMPARE(form->windowTitle(), expected.title);
-        QCOMPARE(form->size(), expected.size);
-        QCOMPARE(form->minimumSize(), expected.minimum);
-        QCOMPARE(form->baseSize(), expected.base);
-        QCOMPARE(form->maximumSize(), expected.maximum);
+        QFETCH(int, index);
+        const Form& expected = Forms[index];
+        const std::unique_ptr<QWidget> made(expected.make != nullptr ? expected.make() : nullptr);
+        const QWidget& form = made != nullptr ? *made : *MainWindow();
+        QCOMPARE(form.objectName(), expected.name);
+        QCOMPARE(form.windowTitle(), expected.title);
+        QCOMPARE(form.size(), expected.size);
+        QCOMPARE(form.minimumSize(), expected.minimum);
+        QCOMPARE(form.baseSize(), expected.base);
+        QCOMPARE(form.maximumSize(), expected.maximum);
         QStringList order;
         for (const Record& record : expected.records) {
             const QStringList path = (QString(expected.name) + '/' + record.name).split('/');
-            auto* const widget = form->findChild<QWidget*>(path.last());
+            auto* const widget = form.findChild<QWidget*>(path.last());
             QVERIFY2(widget != nullptr, record.name);
             const QString holder = widget->parentWidget()->objectName();
             QVERIFY2(holder == path.at(path.size() - 2), record.name);
             QVERIFY2(widget->inherits(record.type), record.name);
-            if (!record.place.isNull()) {
-                QVERIFY2(widget->geometry() == record.place, record.name);
-            }
+            QVERIFY2(record.place.isNull() || widget->geometry() == record.place, record.name);
             const char* const property = widget->inherits("QGroupBox") ? "title" : "text";
             QCOMPARE(widget->property(property).toString(), record.text);
             QVERIFY2(LookOf(*widget) == record.look, record.name);
             order.append(path.last());
         }
         QStringList found;
-        const auto widgets = form->findChildren<QWidget*>();
+        const auto widgets = form.findChildren<QWidget*>();
         for (const QWidget* const widget : widgets) {
             if (order.contains(widget->objectName()) && !found.contains(widget->objectName())) {
                 found.append(widget->objectName());
@@ -295,28 +284,20 @@ private slots:
         QCOMPARE(found, order);
     }
 
-    void noButtonIsADefault_data() { aFormHasItsWidgetsInTheirPlacesAndOrder_data(); }
-    void noButtonIsADefault()
+    void noButtonIsADefaultAndEveryFieldHasANameForScreenReaders()
     {
-        MakeFormOfRow();
-        const auto buttons = form->findChildren<QPushButton*>();
-        for (const QPushButton* const button : buttons) {
-            QVERIFY2(
-                !button->autoDefault() && !button->isDefault(), qPrintable(button->objectName()));
+        const std::unique_ptr<QWidget> boardData(New<CTabBoardDataNew>()); // not in the window
+        for (const QWidget* const form : {MainWindow(), boardData.get()}) {
+            const auto buttons = form->findChildren<QPushButton*>();
+            for (const QPushButton* const button : buttons) {
+                QVERIFY2(!button->autoDefault() && !button->isDefault(),
+                    qPrintable(button->objectName()));
+            }
+            VerifyNamed<QLineEdit>(*form);
+            VerifyNamed<QComboBox>(*form);
+            VerifyNamed<QTableWidget>(*form);
+            VerifyNamed<QToolButton>(*form);
         }
-    }
-
-    void everyFieldHasANameForScreenReaders_data()
-    {
-        aFormHasItsWidgetsInTheirPlacesAndOrder_data();
-    }
-    void everyFieldHasANameForScreenReaders()
-    {
-        MakeFormOfRow();
-        VerifyNamed<QLineEdit>();
-        VerifyNamed<QComboBox>();
-        VerifyNamed<QTableWidget>();
-        VerifyNamed<QToolButton>();
     }
 };
 

@@ -144,20 +144,6 @@ private slots:
         }
     }
 
-    void aClickIntoTheEmptyAddressPutsTheCursorAtItsStartOnly()
-    {
-        auto* const field = Find<QLineEdit>("txtIpAddress");
-        Overtype(field, QString());
-        field->setCursorPosition(9);
-        Click(field);
-        QCOMPARE(field->cursorPosition(), 0);
-        field->setText("1");
-        field->setCursorPosition(0);
-        QTest::mouseClick(MainWindow()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
-            field->mapTo(MainWindow(), QPoint(field->width() - 4, field->height() / 2)));
-        QVERIFY(field->cursorPosition() > 0);
-    }
-
     // By the return key, which connects.
     void anAddressThatIsNoneFailsWithoutAnAttempt()
     {

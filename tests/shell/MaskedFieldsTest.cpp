@@ -27,6 +27,18 @@ QLineEdit* FieldOn(const char* page, const char* name)
     return field;
 }
 
+void VerifyClicks(QLineEdit* field)
+{
+    field->clear();
+    field->setCursorPosition(9);
+    Click(field);
+    QVERIFY2(field->cursorPosition() == 0, qPrintable(field->objectName()));
+    field->setText("1");
+    field->setCursorPosition(0);
+    Click(field);
+    QVERIFY2(field->cursorPosition() > 0, qPrintable(field->objectName()));
+}
+
 } // namespace
 
 /// The address fields of the window, under the hands of a user who types and pastes.
@@ -75,6 +87,17 @@ private slots:
             FieldOn(page, name)->setFocus(Qt::ActiveWindowFocusReason);
             QVERIFY2(!field->hasSelectedText(), name);
         }
+    }
+
+    void aClickIntoAnEmptyFieldPutsTheCursorAtItsStartOnly()
+    {
+        for (const auto& [page, name] : Fields) {
+            VerifyClicks(FieldOn(page, name));
+        }
+        QLineEdit* const mac = FieldOn("IP Configuration", "txtNewMacAddress");
+        mac->show();
+        VerifyClicks(mac);
+        mac->hide();
     }
 
     void aPastedAddressReplacesTheField()
