@@ -428,8 +428,8 @@ private slots:
         const QStringList frames = after.filter(QRegularExpression("^send"));
         QCOMPARE(frames, (QStringList{FrameOf("*IDN?\r"), FrameOf("CF8\r")}));
 
-        QCOMPARE(status->first(), "Updating firmware ..");
-        QVERIFY(status->contains("Validating Firmware Update .. "));
+        QCOMPARE(notified.statuses.first(), "Updating firmware ..");
+        QVERIFY(notified.statuses.contains("Validating Firmware Update .. "));
         QCOMPARE(StatusLine(), Updated);
         QCOMPARE(ConnectionLine(), "Connected to 127.0.0.1");
         QVERIFY(!UpdateButton()->isEnabled());

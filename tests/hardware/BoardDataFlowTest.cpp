@@ -11,7 +11,6 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QToolButton>
-#include <QWindow>
 #include <QtTest>
 
 #include <memory>
@@ -60,16 +59,6 @@ class BoardDataFlowTest : public WarningsFail
         ClickAndChooseFile(
             window->Child<QToolButton>("btn" + region + "DataFileSelector"), MakeFile(content));
         Click(window->Child<QPushButton>("btnWrite" + region + "Data"));
-    }
-
-    void Retype(const char* field, const QString& text)
-    {
-        Click(window->Child<QLineEdit>(field));
-        QWindow* const keys = window->Tab()->windowHandle();
-        QTest::keyClick(keys, Qt::Key_A, Qt::ControlModifier);
-        for (const QChar character : text) {
-            QTest::keyClick(keys, character.toLatin1());
-        }
     }
 
     // Without a fault, and connected.
@@ -213,8 +202,8 @@ private slots:
         QCOMPARE(old.Commands(), Texts("*IDN?|GET:OPTION:INTERNAL?|GET:OPTION:DESC?|CF0|CF0"));
         QVERIFY(!window->IsVisible("boxBoard"));
         TheDeviceDatabase()->SetMacAddress("02:4C:7E:00:01:29"); // the loopback has none
-        Retype("txtDevicePartNumber", "9876.5432.10");
-        Retype("txtDeviceSerialNumber", "424242");
+        window->Child<QLineEdit>("txtDevicePartNumber")->setText("9876.5432.10");
+        window->Child<QLineEdit>("txtDeviceSerialNumber")->setText("424242");
         old.Forget();
 
         Click(window->Child<QPushButton>("btnWriteOld"));

@@ -75,13 +75,14 @@ QString ColumnText(int column)
     return Model().index(0, column).data().toString();
 }
 
-// What a progress dialog was like when it came up: its label, range and modality, and the status.
+// What a progress dialog was like when it came up: its label, range, value and modality; and the
+// status.
 QVariantList ProgressOf(const std::function<void()>& work)
 {
     QVariantList progress;
     WhenProgressShows([&progress] {
         const QProgressDialog* const dialog = VisibleProgress();
-        progress = {dialog->labelText(), dialog->minimum(), dialog->maximum(),
+        progress = {dialog->labelText(), dialog->minimum(), dialog->maximum(), dialog->value(),
             int(dialog->windowModality()), StatusLine()};
     });
     work();
@@ -541,7 +542,8 @@ private slots:
                 QCOMPARE(scripted::Actions(),
                     QStringList("send 4346360D" + address + Hex(sent)) + BlockRequests);
                 const QString label = QString("Sending %1 bytes...").arg(taken);
-                QCOMPARE(progress, (QVariantList{label, 0, taken, int(Qt::WindowModal), Writing}));
+                QCOMPARE(
+                    progress, (QVariantList{label, 0, taken, -1, int(Qt::WindowModal), Writing}));
                 QCOMPARE(notified.statuses,
                     (QStringList{Writing, Written, isBlock ? Valid : Invalid, Written}));
                 QVERIFY(VisibleProgress() == nullptr);
@@ -662,7 +664,7 @@ private slots:
             Texts("VX440Read_VX440_001234.bin|VX440Read_VX440_123456.bin"));
         QCOMPARE(FieldTexts("Device"), DeviceTexts);
         QCOMPARE(FieldTexts("Board"), BoardTexts);
-        QCOMPARE(progress, (QVariantList{"Reading EEPROM in progress...", 0, 2400,
+        QCOMPARE(progress, (QVariantList{"Reading EEPROM in progress...", 0, 2400, 1,
                                int(Qt::WindowModal), Reading}));
         QCOMPARE(notified.statuses, (QStringList{Reading, Valid, ReadDone}));
         QVERIFY(VisibleProgress() == nullptr);
@@ -724,6 +726,8 @@ private slots:
         QVERIFY(scripted::Actions().contains("connect 50000"));
         QCOMPARE(
             notified.statuses, Texts("Changing Board Data ...|Board Data updated successfully. "));
+        QCOMPARE(notified.columns.mid(notified.columns.size() - 4),
+            (QVector<int>{10, 7, 4, StatusColumn}));
         QCOMPARE(ColumnText(7), "1111.2222.33");
         QCOMPARE(ColumnText(10), "987654");
         QCOMPARE(ColumnText(4), "02:4C:7E:00:01:29");

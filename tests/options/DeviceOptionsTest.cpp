@@ -57,6 +57,17 @@ bool ParseAll(CDeviceOptions& options)
     return options.ParseDeviceOptions(AllModules, AllDescriptions);
 }
 
+// What a unit with these at their positions is taken for.
+struct Record : CDeviceOptions
+{
+    explicit Record(const Changes& modules, const Changes& descriptions = {})
+        : isParsed(ParseDeviceOptions(InternalText(modules), DescriptionText(descriptions)))
+    {
+    }
+
+    bool isParsed;
+};
+
 QVector<Items> Shown(const CDeviceOptions& options)
 {
     return {options.DcFeedItems, options.AttenuatorItems, options.Filter1Items,
@@ -184,45 +195,39 @@ private slots:
 
     void anEmptyDescriptionKeepsItsPlace()
     {
-        CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(
-            InternalText(), DescriptionText({{8, "eight"}, {20, "last"}})));
-        QCOMPARE(options.OptionDescriptions.at(8), "eight");
-        QCOMPARE(options.OptionDescriptions.at(20), "last");
-        QCOMPARE(options.OptionDescriptions.count(QString()), 20);
+        const Record record({}, {{8, "eight"}, {20, "last"}});
+        QCOMPARE(record.OptionDescriptions.at(8), "eight");
+        QCOMPARE(record.OptionDescriptions.at(20), "last");
+        QCOMPARE(record.OptionDescriptions.count(QString()), 20);
     }
 
     void blanksAreTakenOutOfTheFields()
     {
-        CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(
-            InternalText({{2, "  VX440-DCF "}, {3, "   "}, {19, "\tG \n 550 "}}),
-            DescriptionText({{2, " twelve   volts "}, {4, " a , b "}})));
-        QCOMPARE(options.InternalOptions.at(2), "VX440-DCF");
-        QCOMPARE(options.InternalOptions.at(3), QString()); // blanks alone are a field
-        QCOMPARE(options.InternalOptions.at(19), "G 550");
-        QCOMPARE(options.OptionDescriptions.at(2), "twelve volts");
-        QCOMPARE(options.OptionDescriptions.at(4), "a , b");
+        const Record record({{2, "  VX440-DCF "}, {3, "   "}, {19, "\tG \n 550 "}},
+            {{2, " twelve   volts "}, {4, " a , b "}});
+        QCOMPARE(record.InternalOptions.at(2), "VX440-DCF");
+        QCOMPARE(record.InternalOptions.at(3), QString()); // blanks alone are a field
+        QCOMPARE(record.InternalOptions.at(19), "G 550");
+        QCOMPARE(record.OptionDescriptions.at(2), "twelve volts");
+        QCOMPARE(record.OptionDescriptions.at(4), "a , b");
     }
 
-    // With the 21 gaps between 22 entries 643 characters are 664.
+    // With the 21 gaps between 22 entries 643 characters are 664. What is too long is kept all the
+    // same, but not shown.
     void theDescriptionsMayHaveSoManyCharacters()
     {
         for (const int characters : {643, 644}) {
             const bool valid = characters == 643;
-            CDeviceOptions options;
-            QVERIFY(ParseAll(options));
-            const auto shownBefore = Shown(options);
-            const QString internal = InternalText({{19, "rotator"}});
-            const QString descriptions =
-                DescriptionText({{8, QString(300, 'x')}, {20, QString(characters - 300, 'y')}});
-            QCOMPARE(options.ParseDeviceOptions(internal, descriptions), valid);
-            QVERIFY(options.InternalValid);
-            QCOMPARE(options.DescriptionValid, valid);
-            QCOMPARE(options.IsValid(), valid);
-            QCOMPARE(Shown(options) != shownBefore, valid);
-            QCOMPARE(options.GetInternalOptions(), internal);
-            QCOMPARE(options.GetOptionDescriptions(), descriptions);
+            const Changes descriptions{
+                {8, QString(300, 'x')}, {20, QString(characters - 300, 'y')}};
+            const Record record({{19, "rotator"}}, descriptions);
+            QCOMPARE(record.isParsed, valid);
+            QVERIFY(record.InternalValid);
+            QCOMPARE(record.DescriptionValid, valid);
+            QCOMPARE(record.IsValid(), valid);
+            QCOMPARE(record.AzimuthRotatorItems.size(), valid ? 1 : 0);
+            QCOMPARE(record.GetInternalOptions(), InternalText({{19, "rotator"}}));
+            QCOMPARE(record.GetOptionDescriptions(), DescriptionText(descriptions));
         }
     }
 
@@ -287,10 +292,8 @@ private slots:
             {feed, feed, both}, {"0", feed, {}}, {"none", "none", {}}, {feed, "none", one},
             {"vx440-dcf", feed, {}}, {feed, "vx440-dcf", one}, {"VX440-ATT", feed, {}}};
         for (const auto& [first, second, items] : rows) {
-            CDeviceOptions options;
-            QVERIFY(options.ParseDeviceOptions(
-                InternalText({{2, first}, {3, second}}), AllDescriptions));
-            QCOMPARE(options.DcFeedItems, items);
+            const Record record({{2, first}, {3, second}}, {{2, "first feed"}, {3, "second feed"}});
+            QCOMPARE(record.DcFeedItems, items);
         }
     }
 
@@ -315,10 +318,7 @@ private slots:
             for (const QString& text : descriptions) {
                 items.append({labels[items.size()], text});
             }
-            CDeviceOptions options;
-            QVERIFY(options.ParseDeviceOptions(
-                InternalText({{4, module}}), DescriptionText({{4, description}})));
-            QCOMPARE(options.AttenuatorItems, items);
+            QCOMPARE(Record({{4, module}}, {{4, description}}).AttenuatorItems, items);
         }
     }
 
@@ -343,10 +343,7 @@ private slots:
             {"vx440-a1", "one", ""},
         };
         for (const auto& [module, description, items] : rows) {
-            CDeviceOptions options;
-            QVERIFY(options.ParseDeviceOptions(
-                InternalText({{7, module}}), DescriptionText({{7, description}})));
-            QCOMPARE(options.AmplifierItems, ItemsOf(items));
+            QCOMPARE(Record({{7, module}}, {{7, description}}).AmplifierItems, ItemsOf(items));
         }
     }
 
@@ -374,23 +371,19 @@ private slots:
 
     void anyTextIsTheNameOfAFilter()
     {
-        CDeviceOptions options;
-        QVERIFY(options.ParseDeviceOptions(
-            InternalText({{5, "VX440-FIL"}, {6, "VX440-FIL"}, {8, "0"}, {9, "none"},
-                {10, "vx440-f1"}, {11, "low pass"}, {14, "VX440-F"}}),
-            DescriptionText({{8, "eight"}})));
-        QCOMPARE(options.Filter1Items, ItemsOf("0|eight|none||vx440-f1||low pass||0||0|"));
-        QCOMPARE(options.Filter2Items, ItemsOf("VX440-F||0||0||0||0|"));
+        const Record record({{5, "VX440-FIL"}, {6, "VX440-FIL"}, {8, "0"}, {9, "none"},
+                                {10, "vx440-f1"}, {11, "low pass"}, {14, "VX440-F"}},
+            {{8, "eight"}});
+        QCOMPARE(record.Filter1Items, ItemsOf("0|eight|none||vx440-f1||low pass||0||0|"));
+        QCOMPARE(record.Filter2Items, ItemsOf("VX440-F||0||0||0||0|"));
     }
 
     void theRotatorsAreAlwaysShown()
     {
         for (const QString name : {"ProSisTel", "0", "none"}) {
-            CDeviceOptions options;
-            QVERIFY(options.ParseDeviceOptions(InternalText({{19, name}, {20, name + name}}),
-                DescriptionText({{19, "round"}, {20, "up"}})));
-            QCOMPARE(options.AzimuthRotatorItems, (Items{{name, "round"}}));
-            QCOMPARE(options.PolarRotatorItems, (Items{{name + name, "up"}}));
+            const Record record({{19, name}, {20, name + name}}, {{19, "round"}, {20, "up"}});
+            QCOMPARE(record.AzimuthRotatorItems, (Items{{name, "round"}}));
+            QCOMPARE(record.PolarRotatorItems, (Items{{name + name, "up"}}));
         }
     }
 

@@ -114,8 +114,6 @@ class ExcelReaderTest : public WarningsFail
     int paths = 0;
 
 private slots:
-    void initTestCase() { QVERIFY(folder.isValid()); }
-
     void beforeReadingThereAreNoSheets()
     {
         const CExcelReader reader;
@@ -243,15 +241,6 @@ private slots:
         CExcelReader reader;
         QVERIFY(reader.ReadFile(path));
         QCOMPARE(reader.GetSheet(0), MatrixOf("a"));
-    }
-
-    void aTextFileNamedCfgIsRefused()
-    {
-        QFile file(folder.filePath("text.cfg"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(file.write("VX440-DCF,0\n") > 0);
-        file.close();
-        QVERIFY(!CExcelReader().ReadFile(file.fileName()));
     }
 
     void readingAgainForgetsWhatWasRead()

@@ -13,11 +13,6 @@ const QString InvalidFile = "Error: Invalid options file!!";
 const QString TooLong = "Error: Options description string too long!";
 const QString Untouched = "as it was";
 
-QStringList Split(const char* texts)
-{
-    return QString(texts).split('|');
-}
-
 QStringList Numbered(const char* name, int count)
 {
     QStringList texts;
@@ -46,10 +41,7 @@ class OptionsFileTest : public WarningsFail
 {
     Q_OBJECT
 
-    QString NewPath(const char* suffix = ".xlsx")
-    {
-        return folder.filePath(QString::number(++paths) + suffix);
-    }
+    QString NewPath() { return folder.filePath(QString::number(++paths)); }
 
     QString Workbook(const QStringList& names, const QStringList& descriptions = {})
     {
@@ -88,31 +80,6 @@ private slots:
         QCOMPARE(options.PolarRotatorItems, (OptionItems{{"name 20", "text 20"}}));
     }
 
-    void aWorkbookMakesAllSevenLists()
-    {
-        const QStringList names =
-            Split("VX440|Options|VX440-DCF|VX440-DCF|VX440-ATT|VX440-FIL|VX440-FIL|VX440-A1+A2|"
-                  "VX440-F11|VX440-F12|VX440-F13|VX440-F14|VX440-F15|VX440-F16|"
-                  "VX440-F21|VX440-F22|VX440-F23|VX440-F24|VX440-F25|ProSisTel|TD552|end");
-        const QStringList descriptions =
-            Split("Text|none|12 V|24 V|a,b,c,d,e,f|no|no|one,two|"
-                  "d11|d12|d13|d14|d15|d16|d21|d22|d23|d24|d25|round|up|no");
-        CDeviceOptions options;
-        QString error;
-        QVERIFY(options.ReadOptionsFile(Workbook(names, descriptions), error));
-        QVector<int> counts;
-        for (const OptionItems& items : Shown(options)) {
-            counts.append(items.size());
-        }
-        QCOMPARE(counts, (QVector<int>{2, 6, 6, 5, 4, 1, 1}));
-        QCOMPARE(options.AmplifierItems.last(), (QPair<QString, QString>{"VX440-A2", "two"}));
-        QCOMPARE(options.Filter2Items.first(), (QPair<QString, QString>{"VX440-F21", "d21"}));
-        QCOMPARE(options.GetInternalOptions(), names.mid(2, 19).join(','));
-        QCOMPARE(options.GetOptionDescriptions(),
-            "12 V;24 V;a,b,c,d,e,f;;;one,two;"
-            "d11;d12;d13;d14;d15;d16;d21;d22;d23;d24;d25;round;up");
-    }
-
     // A blank name is 0.
     void aCellIsTakenWithoutItsBlanks()
     {
@@ -130,41 +97,13 @@ private slots:
         }
     }
 
-    void aBlankSecondFeedIsNotFitted()
-    {
-        const QStringList names = With(Numbered("n", 22), 2, "VX440-DCF");
-        CDeviceOptions options;
-        QString error;
-        QVERIFY(
-            options.ReadOptionsFile(Workbook(With(names, 3, QString()), Numbered("d", 22)), error));
-        QCOMPARE(options.DcFeedItems, (OptionItems{{"DC-Feed1", "d2"}}));
-        QCOMPARE(options.InternalOptions.at(3), "0");
-        QVERIFY(options.ReadOptionsFile(
-            Workbook(With(names, 3, "VX440-DCF"), Numbered("d", 22)), error));
-        QCOMPARE(options.DcFeedItems.size(), 2);
-    }
-
-    void theWordNoneForTheAmplifierGivesNoEntries()
-    {
-        CDeviceOptions options;
-        QString error;
-        const QStringList names = Numbered("n", 22);
-        QVERIFY(options.ReadOptionsFile(
-            Workbook(With(names, 7, "VX440-AMP"), Numbered("d", 22)), error));
-        QCOMPARE(options.AmplifierItems.size(), 4);
-        QVERIFY(
-            options.ReadOptionsFile(Workbook(With(names, 7, "none"), Numbered("d", 22)), error));
-        QVERIFY(options.AmplifierItems.isEmpty());
-        QCOMPARE(options.GetInternalOptions().section(',', 5, 5), "0");
-    }
-
     void aFileIsJudged()
     {
         const QStringList names = Numbered("n", 22);
         const QStringList names23 = Numbered("n", 23);
         const QStringList texts = Numbered("d", 22);
         const QStringList texts23 = Numbered("d", 23);
-        const QStringList empty = Split("|||||||||||||||||||||");
+        const QStringList empty = QString(21, '|').split('|');
         const QString x643(643, 'x');
         const QString x644(644, 'x');
         const QStringList unread = With(With(empty, 5, x643), 21, x643);
@@ -204,7 +143,7 @@ private slots:
     // No name, no such file, a folder, and a text.
     void aFileThatIsNoWorkbookIsInvalid()
     {
-        QFile text(NewPath(".cfg"));
+        QFile text(NewPath());
         QVERIFY(text.open(QIODevice::WriteOnly) && text.write("VX440-DCF\n") > 0);
         text.close();
         for (const QString& path : {QString(), NewPath(), folder.path(), text.fileName()}) {
@@ -221,16 +160,6 @@ private slots:
             QCOMPARE(Shown(options), shownBefore);
             QCOMPARE(options.GetInternalOptions(), QString());
         }
-    }
-
-    void aWorkbookMayHaveAnotherName()
-    {
-        const QString path = NewPath(".cfg");
-        QVERIFY(WriteOptionsWorkbook(path, Numbered("n", 22), Numbered("d", 22)));
-        CDeviceOptions options;
-        QString error;
-        QVERIFY(options.ReadOptionsFile(path, error));
-        QCOMPARE(options.InternalOptions.at(20), "n20");
     }
 
     void eachColumnIsReadOnItsOwn()
