@@ -27,7 +27,7 @@
 
 namespace {
 
-constexpr int StatusColumn = 1;
+constexpr int StatusColumn = CDeviceDatabase::ApplicationStatusColumn;
 
 const QByteArray DeviceBlock = Block("15CD5B07", "VX440"); // 123456789
 // Part number 44010450.07, product index -0.01, serial number 1234, 1980-00-00, test instruction

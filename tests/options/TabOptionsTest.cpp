@@ -116,14 +116,13 @@ class TabOptionsTest : public WarningsFail
         return PageOfTheWindow();
     }
 
-    static void ChooseFile(
-        const QString& path,
-        const std::function<void(const QFileDialog&)>& look = [](const QFileDialog&) {})
+    static AskedForFile ChooseFile(const QString& path)
     {
         auto* const button = Find<QPushButton>("btnReadDeviceOptions");
         button->show();
-        ClickAndChooseFile(button, path, look);
+        const AskedForFile asked = ClickAndChooseFile(button, path);
         button->hide();
+        return asked;
     }
 
     QTemporaryDir folder;
@@ -493,11 +492,10 @@ private slots:
             Connect(NoOptions, NoDescriptions);
             page.ReadOptionsFromDeviceButtonClicked();
             QCOMPARE(Shown(page), EmptyGroups());
-            ChooseFile(path, [](const QFileDialog& dialog) {
-                QCOMPARE(dialog.windowTitle(), "Select Options File");
-                QCOMPARE(dialog.nameFilters(), QStringList{"*.xlsx *.cfg"});
-                QCOMPARE(dialog.fileMode(), QFileDialog::ExistingFile);
-            });
+            const AskedForFile asked = ChooseFile(path);
+            QCOMPARE(asked.title, "Select Options File");
+            QCOMPARE(asked.filters, QStringList{"*.xlsx *.cfg"});
+            QCOMPARE(asked.mode, QFileDialog::ExistingFile);
             QCOMPARE(StatusLine(), "Options read from file successfully.");
             QCOMPARE(Shown(page), FullGroups());
             QVERIFY(Button(page, "btnSendDeviceOptions")->isEnabled());
