@@ -192,7 +192,8 @@ private slots:
         const QSignalSpy spy(tab.get(), &CTabIpConfiguration::SignalIpChanged);
         ChangeAddress(NewAddress, NewMask);
         QCOMPARE(scripted::Sleeps(), AllPolls);
-        QCOMPARE(notified.statuses, (QStringList{ChangingAddress, ConnectionFailed, AddressFailed}));
+        QCOMPARE(
+            notified.statuses, (QStringList{ChangingAddress, ConnectionFailed, AddressFailed}));
         QCOMPARE(spy.size(), 0);
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), NewAddress);
         QCOMPARE(TheDeviceDatabase()->GetSubnetMask(), NewMask);
