@@ -3,9 +3,9 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
-#include "shell/MaskedFields.h"
-#include "shell/UserInput.h"
 #include "ui_TabDetectZKDevices.h"
+#include "widgets/MaskedFields.h"
+#include "widgets/UserInput.h"
 
 #include <QEvent>
 #include <QHeaderView>

@@ -5,8 +5,8 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
-#include "shell/UserInput.h"
 #include "ui_TabLoadFirmware.h"
+#include "widgets/UserInput.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

@@ -7,9 +7,9 @@
 #include "link/DeviceReconfiguration.h"
 #include "model/CDeviceDatabase.h"
 #include "shell/CCustomProgressDialog.h"
-#include "shell/ModelMapper.h"
-#include "shell/UserInput.h"
 #include "ui_TabBoardDataNew.h"
+#include "widgets/ModelMapper.h"
+#include "widgets/UserInput.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

@@ -2,8 +2,8 @@
 
 #include "link/DeviceReconfiguration.h"
 #include "model/CDeviceDatabase.h"
-#include "shell/ModelMapper.h"
 #include "ui_TabInfo.h"
+#include "widgets/ModelMapper.h"
 
 CTabInfo::CTabInfo(QWidget* parent)
     : CTabBaseClass(parent)

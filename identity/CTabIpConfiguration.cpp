@@ -6,10 +6,10 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
-#include "shell/MaskedFields.h"
-#include "shell/ModelMapper.h"
-#include "shell/UserInput.h"
 #include "ui_TabIpConfiguration.h"
+#include "widgets/MaskedFields.h"
+#include "widgets/ModelMapper.h"
+#include "widgets/UserInput.h"
 
 #include <QEvent>
 #include <QHostAddress>

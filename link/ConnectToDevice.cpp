@@ -4,7 +4,7 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 #include "shell/CCustomProgressDialog.h"
-#include "shell/UserInput.h"
+#include "widgets/UserInput.h"
 
 #include <QHostAddress>
 

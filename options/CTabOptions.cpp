@@ -3,10 +3,10 @@
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "shell/CCustomProgressDialog.h"
-#include "shell/FormLook.h"
-#include "shell/PlainToolTip.h"
-#include "shell/UserInput.h"
 #include "ui_TabOptions.h"
+#include "widgets/FormLook.h"
+#include "widgets/PlainToolTip.h"
+#include "widgets/UserInput.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

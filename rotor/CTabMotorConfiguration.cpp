@@ -7,9 +7,9 @@
 #include "rotor/CTableValueValidator.h"
 #include "rotor/ConfigurationFileLines.h"
 #include "rotor/RotorCatalogue.h"
-#include "shell/ModelMapper.h"
-#include "shell/UserInput.h"
 #include "ui_TabMotorConfiguration.h"
+#include "widgets/ModelMapper.h"
+#include "widgets/UserInput.h"
 
 #include <QAbstractItemView>
 #include <QFileDialog>

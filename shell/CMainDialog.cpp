@@ -13,10 +13,10 @@
 #include "rotor/CTabMotorConfiguration.h"
 #include "rotor/RotorCatalogue.h"
 #include "shell/CCustomProgressDialog.h"
-#include "shell/MaskedFields.h"
-#include "shell/ModelMapper.h"
-#include "shell/UserInput.h"
 #include "ui_MainDialog.h"
+#include "widgets/MaskedFields.h"
+#include "widgets/ModelMapper.h"
+#include "widgets/UserInput.h"
 
 #include <QAccessible>
 #include <QEvent>

@@ -1,10 +1,10 @@
 #include "shell/CVX440_AccessApplication.h"
 
 #include "model/CDeviceDatabase.h"
-#include "shell/Accessibility.h"
 #include "shell/CFormStyle.h"
 #include "shell/CMainDialog.h"
-#include "shell/FormLook.h"
+#include "widgets/Accessibility.h"
+#include "widgets/FormLook.h"
 
 // The macro has to stand at file scope.
 static void LoadResources()

@@ -1,7 +1,7 @@
-#include "shell/Accessibility.h"
+#include "widgets/Accessibility.h"
 #include "shell/CCustomProgressDialog.h"
-#include "shell/CElidedLabel.h"
 #include "tests/support/Warnings.h"
+#include "widgets/CElidedLabel.h"
 
 #include <QAccessible>
 #include <QApplication>

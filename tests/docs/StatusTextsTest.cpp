@@ -12,8 +12,8 @@
 
 namespace {
 
-const QStringList Folders{
-    "shell", "link", "model", "discovery", "identity", "rotor", "firmware", "hardware", "options"};
+const QStringList Folders{"shell", "widgets", "link", "model", "discovery", "identity", "rotor",
+    "firmware", "hardware", "options"};
 
 // What these hold is shown in tables and lists, or names fonts.
 const QStringList FilesWithoutStatusTexts{

@@ -1,4 +1,5 @@
 #include "model/CDeviceDatabase.h"
+#include "tests/support/Notified.h"
 #include "tests/support/Warnings.h"
 
 #include <QSignalSpy>
@@ -20,18 +21,6 @@ QVariant DataOf(const CDeviceDatabase& database, int column, int role = Qt::Disp
 QString TextOf(const CDeviceDatabase& database, int column)
 {
     return DataOf(database, column).toString();
-}
-
-// The columns that were notified since the last call, in order. NoCell stands for a notification
-// that names no cell.
-Columns NotifiedColumns(QSignalSpy& notifications)
-{
-    Columns columns;
-    for (const QList<QVariant>& arguments : notifications) {
-        columns << arguments.at(0).toModelIndex().column();
-    }
-    notifications.clear();
-    return columns;
 }
 
 // Gives indexes of rows that the model does not have.
@@ -148,11 +137,11 @@ private slots:
     {
         CDeviceDatabase database;
         Fill(database);
-        const QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        const Notified notified(database);
         QVERIFY(!database.setData(database.index(0, 3), "10.0.0.1"));
         QCOMPARE(TextOf(database, 3), "192.168.0.129");
         QVERIFY(!(database.flags(database.index(0, 3)) & Qt::ItemIsEditable));
-        QCOMPARE(notifications.count(), 0);
+        QVERIFY(notified.columns.isEmpty());
     }
 
     void aSetterNotifiesItsColumnAlsoForTheSameValue()
@@ -182,17 +171,17 @@ private slots:
             {[=](Database& d) { d.SetMotorValidationError(0, text); }, {}},
         };
         CDeviceDatabase database;
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        Notified notified(database);
         for (const auto& setter : setters) {
             for (int twice = 0; twice < 2; ++twice) {
                 setter.set(database);
-                QCOMPARE(NotifiedColumns(notifications), setter.columns);
+                QCOMPARE(notified.TakeColumns(), setter.columns);
             }
         }
         for (const TextSetter& setter : SettersOfBothSets) {
             for (const int set : {0, 0, 1, 1}) {
                 (database.*setter.set)(text, set);
-                QCOMPARE(NotifiedColumns(notifications), Columns{setter.columns[set]});
+                QCOMPARE(notified.TakeColumns(), Columns{setter.columns[set]});
             }
         }
     }
@@ -200,11 +189,11 @@ private slots:
     void aNotificationNamesTheDisplayRoleTwice()
     {
         CDeviceDatabase database;
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        const QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
         Fill(database);
         database.ResetData();
         QVERIFY(notifications.count() > 60);
-        for (const QList<QVariant>& arguments : qAsConst(notifications)) {
+        for (const QList<QVariant>& arguments : notifications) {
             const QModelIndex cell = arguments.at(0).toModelIndex();
             QCOMPARE(cell.row(), 0);
             QCOMPARE(arguments.at(1).toModelIndex(), cell);
@@ -216,11 +205,11 @@ private slots:
     {
         CDeviceDatabase database;
         Fill(database);
-        const QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        const Notified notified(database);
         for (const int set : {-1, 2, 44}) {
             for (const TextSetter& setter : SettersOfBothSets) {
                 (database.*setter.set)("other", set);
-                QVERIFY2(notifications.isEmpty(), setter.name);
+                QVERIFY2(notified.columns.isEmpty(), setter.name);
             }
         }
         for (int column = 0; column < 44; ++column) {
@@ -231,7 +220,7 @@ private slots:
     void withoutASetTheFirstIsMeant()
     {
         CDeviceDatabase database;
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        Notified notified(database);
         database.SetPartNumber("text");
         database.SetVariant("text");
         database.SetProductIndex("text");
@@ -239,7 +228,7 @@ private slots:
         database.SetProductionDate("text");
         database.SetTestInstructionIndex("text");
         database.SetBoardName("text");
-        QCOMPARE(NotifiedColumns(notifications), (Columns{7, 8, 9, 10, 11, 12, 13}));
+        QCOMPARE(notified.TakeColumns(), (Columns{7, 8, 9, 10, 11, 12, 13}));
     }
 
     void theVariantIsStoredForAnySet()
@@ -247,10 +236,10 @@ private slots:
         for (const int set : {0, 1, 2, -1}) {
             CDeviceDatabase database;
             Fill(database);
-            QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+            Notified notified(database);
             database.SetVariant("other", set);
             QCOMPARE(TextOf(database, 8), "other");
-            QCOMPARE(NotifiedColumns(notifications), Columns{8});
+            QCOMPARE(notified.TakeColumns(), Columns{8});
         }
     }
 
@@ -433,12 +422,12 @@ private slots:
     {
         CDeviceDatabase database;
         Fill(database);
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        Notified notified(database);
         for (int column = 20; column < 44; ++column) {
             const int motor = column < 32 ? 0 : 1;
             const int parameter = column - (motor == 0 ? 20 : 32);
             database.SetMotorParameter(motor, parameter, 65535);
-            QCOMPARE(NotifiedColumns(notifications), Columns{column});
+            QCOMPARE(notified.TakeColumns(), Columns{column});
             QCOMPARE(int(database.GetMotorParameter(motor, parameter)), 65535);
             const QVariant shown = parameter == 11 ? QVariant(QString()) : QVariant(65535);
             QCOMPARE(DataOf(database, column), shown);
@@ -517,9 +506,9 @@ private slots:
             QCOMPARE(int(database.GetMotorParameter(motor, 0, &found)), 0);
             QVERIFY(found);
 
-            QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+            Notified notified(database);
             database.SetMotorParameter(motor, 0, 1);
-            QCOMPARE(NotifiedColumns(notifications), Columns{NoCell});
+            QCOMPARE(notified.TakeColumns(), Columns{NoCell});
             QCOMPARE(DataOf(database, 20), QVariant(100));
             QCOMPARE(DataOf(database, 32), QVariant(200));
 
@@ -566,9 +555,9 @@ private slots:
     {
         CDeviceDatabase database;
         Fill(database);
-        QSignalSpy notifications(&database, &QAbstractItemModel::dataChanged);
+        Notified notified(database);
         database.ResetData();
-        QCOMPARE(NotifiedColumns(notifications),
+        QCOMPARE(notified.TakeColumns(),
             (Columns{0, 2, 1, 3, 4, 5, 14, 7, 15, 9, 17, 11, 18, 12, 16, 10, 19, 13, 6}));
     }
 };

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <utility>
+
 /// What a model notifies as long as the object lives, in order.
 class Notified
 {
@@ -22,6 +24,9 @@ public:
             });
     }
     ~Notified() { QObject::disconnect(connection); }
+
+    /// The columns since the last call of this.
+    QVector<int> TakeColumns() { return std::exchange(columns, {}); }
 
     /// The columns, as often as each was notified. -1 for a notification that names no cell.
     QVector<int> columns;

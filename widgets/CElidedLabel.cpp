@@ -1,6 +1,6 @@
-#include "shell/CElidedLabel.h"
+#include "widgets/CElidedLabel.h"
 
-#include "shell/PlainToolTip.h"
+#include "widgets/PlainToolTip.h"
 
 #include <QHelpEvent>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "shell/ModelMapper.h"
+#include "widgets/ModelMapper.h"
 
 #include "model/CDeviceDatabase.h"
 

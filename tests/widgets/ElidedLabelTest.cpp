@@ -1,7 +1,7 @@
 #include "model/CDeviceDatabase.h"
-#include "shell/CElidedLabel.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
+#include "widgets/CElidedLabel.h"
 
 #include <QHelpEvent>
 #include <QToolTip>

@@ -1,6 +1,6 @@
-#include "shell/Accessibility.h"
+#include "widgets/Accessibility.h"
 
-#include "shell/CElidedLabel.h"
+#include "widgets/CElidedLabel.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>

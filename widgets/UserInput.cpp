@@ -1,4 +1,4 @@
-#include "shell/UserInput.h"
+#include "widgets/UserInput.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>

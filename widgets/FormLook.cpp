@@ -1,4 +1,4 @@
-#include "shell/FormLook.h"
+#include "widgets/FormLook.h"
 
 #include <QFontInfo>
 

@@ -1,4 +1,4 @@
-#include "shell/MaskedFields.h"
+#include "widgets/MaskedFields.h"
 
 #include <QAction>
 #include <QClipboard>
