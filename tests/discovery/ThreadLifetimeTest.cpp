@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -64,6 +65,9 @@ public:
     {
         inside.release();
         mayGo.acquire();
+        for (int turn = 0; turn < 1000; ++turn) {
+            std::this_thread::yield(); // so that the object is on its way out before the thread is
+        }
         ++ended;
         return 0;
     }

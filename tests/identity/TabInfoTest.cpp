@@ -51,10 +51,12 @@ private slots:
     void theNextConnectEmptiesTheFieldsWhenTheUnitIsNotThere()
     {
         TheDeviceDatabase()->SetPartNumber("part", 0);
+        TheDeviceDatabase()->SetProductIndex("index", 0);
         TheDeviceDatabase()->SetFirmwareVersion("3.10");
         WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
         ConnectTo("127.0.0.1"); // nobody listens there
         QCOMPARE(TextOf("txtPartNumber"), QString());
+        QCOMPARE(TextOf("txtProductIndex"), QString());
         QCOMPARE(TextOf("txtVersionNumber"), QString());
         QCOMPARE(StatusLine(), "Not connected to any device.");
     }

@@ -144,9 +144,14 @@ private slots:
         }
     }
 
-    // By the return key, which connects.
+    // By the return key, which connects. The pages learn that the link has gone.
     void anAddressThatIsNoneFailsWithoutAnAttempt()
     {
+        SimulatorProcess unit({"--firmware", "2.50"});
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        QVERIFY(Find<QPushButton>("btnSendIpAddress")->isEnabled());
+        TheDeviceCommunication()->Disconnect(); // which tells nobody
         for (const char* const typed : {"", "192.168.", "192.168.0.256"}) {
             const ShownProgress progress;
             Overtype(Find<QLineEdit>("txtIpAddress"), typed);
@@ -155,6 +160,7 @@ private slots:
             QCOMPARE(StatusLine(), "Connection failed! ");
             QCOMPARE(ConnectionLine(), "Not Connected ");
             QCOMPARE(progress.Count(), 0);
+            QVERIFY(!Find<QPushButton>("btnSendIpAddress")->isEnabled());
         }
     }
 
@@ -325,6 +331,19 @@ private slots:
         QVERIFY(MainWindow()->isVisible());
         QCOMPARE(Tabs()->currentIndex(), 0);
         QCOMPARE(unit.Commands(), LoadCommands(true));
+    }
+
+    void closingTheDialogOfTheLoadLeavesTheRestUnread()
+    {
+        SimulatorProcess unit;
+        QVERIFY(unit.IsReady());
+        WhenShown<QProgressDialog>([](QProgressDialog& dialog) { CloseByTitleBar(&dialog); },
+            [](const QProgressDialog& dialog) {
+                return dialog.labelText() == "Loading Device Info ...";
+            });
+        ConnectTo(unit.Address());
+        QCOMPARE(ConnectionLine(), "Connected to " + unit.Address());
+        QCOMPARE(unit.Commands(), QStringList{"*IDN?"});
     }
 
     void whatComesFromOutsideIsNeverMarkup()
