@@ -11,10 +11,11 @@ for program in bin/vx440-access bin/vx440-simulator libexec/vx440/vx440-access; 
     expect "$program can be run" [ -x "$program" ]
 done
 for file in share/applications/vx440-access.desktop share/man/man1/vx440-access.1 \
-    share/man/man1/vx440-simulator.1 share/icons/hicolor/scalable/apps/vx440-access.svg; do
+    share/man/man1/vx440-simulator.1 share/metainfo/example.vx440.access.metainfo.xml \
+    share/icons/hicolor/scalable/apps/vx440-access.svg; do
     expect "$file is there" [ -s "$file" ]
 done
-for size in 16 32 48 128; do
+for size in 16 22 24 32 48 64 128 256 512; do
     icon=share/icons/hicolor/${size}x$size/apps/vx440-access.png
     # Width and height stand in bytes 16 to 23 of a PNG.
     expect_equal "$icon has this size" "$(printf '%08x%08x' $size $size)" \

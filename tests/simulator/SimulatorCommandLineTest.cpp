@@ -53,7 +53,7 @@ private slots:
     {
         const Result version = Run({"--version"});
         QCOMPARE(version.code, 0);
-        QCOMPARE(version.output, "vx440-simulator 1.0.0\n");
+        QCOMPARE(version.output, "vx440-simulator " VX440_VERSION "\n");
     }
 
     void listFaultsPrintsOneNameALine()
