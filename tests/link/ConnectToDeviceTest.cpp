@@ -1,6 +1,7 @@
 #include "link/ConnectToDevice.h"
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
+#include "tests/support/Notified.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
@@ -155,11 +156,13 @@ private slots:
     {
         for (const QString address : {"...", "192.168..1", "192.168.0.256", ""}) {
             TheDeviceDatabase()->SetIpAddress(address);
+            const Notified notified;
             const StatusTexts status;
             QVERIFY2(!ConnectToDevice(3, address), qPrintable(address));
             QCOMPARE(Attempts(), 0);
             QCOMPARE(scripted::Sleeps(), QList<int>());
-            QCOMPARE(ApplicationStatus(), "Connection failed! ");
+            QCOMPARE(
+                notified.statuses, (QStringList{"Invalid IP address.", "Connection failed! "}));
             QCOMPARE(status.texts, (QStringList{"Connecting to  ...", "Not Connected "}));
         }
     }

@@ -207,16 +207,21 @@ private slots:
             QCOMPARE(int(file.ReadLine(line)), 1);
             QCOMPARE(file.IsLineTooLong(), any.tooLong);
             QCOMPARE(line.size(), any.length);
+            QVERIFY(file.OpenForRead());
+            QVERIFY(!file.IsLineTooLong());
         }
     }
 
     void theEndIsMetOnlyBehindTheLastLineAndStaysMet()
     {
-        CFileIO file(NewFile("a=1\n"));
-        for (int opened = 0; opened < 2; ++opened) { // opening again begins anew
+        CFileIO file(NewFile("a=1\nb=2\n"));
+        for (int opened = 0; opened < 2; ++opened) { // opening again begins anew, wherever it was
+            QVERIFY(file.OpenForRead());
+            QCOMPARE(ReadLineOf(file), "1:a=1");
             QVERIFY(file.OpenForRead());
             QVERIFY(!file.IsAtEnd());
             QCOMPARE(ReadLineOf(file), "1:a=1");
+            QCOMPARE(ReadLineOf(file), "1:b=2");
             QVERIFY(!file.IsAtEnd());
             for (int twice = 0; twice < 2; ++twice) {
                 QCOMPARE(ReadLineOf(file), "0:");

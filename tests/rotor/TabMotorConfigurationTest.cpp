@@ -239,46 +239,6 @@ private slots:
         QVERIFY(ButtonsAreEnabled(motor, false));
     }
 
-    void aWidgetStandsInItsPlaceWithItsText()
-    {
-        const struct
-        {
-            const char* name;
-            const char* className;
-            QRect geometry;
-            const char* text;
-        } widgets[] = {
-            {"tblMotorConfiguration", "QTableWidget", {20, 20, 400, 281}, ""},
-            {"btnReadFromFile", "QPushButton", {440, 20, 100, 23}, "Read from File"},
-            {"btnWriteToFile", "QPushButton", {440, 50, 100, 23}, "Write to File"},
-            {"btnReceiveFromDevice", "QPushButton", {440, 90, 100, 23}, "Recv from Device"},
-            {"btnSendToDevice", "QPushButton", {440, 120, 100, 23}, "Send to Device"},
-            {"lblRotorName", "QLabel", {440, 160, 80, 20}, "Rotor"},
-            {"lblRotorType", "QLabel", {630, 160, 80, 20}, "Rotor Type"},
-            {"txtRotorType", "QLineEdit", {630, 180, 160, 20}, "Pulse"},
-            {"btnReset", "QPushButton", {630, 20, 100, 41}, "Reset to \nDefault Settings"},
-            {"listRotors", "QComboBox", {440, 180, 161, 22}, ""},
-        };
-        ShowPage(TitleOf[motor]);
-        for (const auto& expected : widgets) {
-            const auto* const widget = Child<QWidget>(motor, expected.name);
-            QVERIFY2(widget != nullptr && widget->isVisible(), expected.name);
-            QCOMPARE(widget->metaObject()->className(), expected.className);
-            QVERIFY2(widget->geometry() == expected.geometry, expected.name);
-            QCOMPARE(widget->property("text").toString(), expected.text);
-            QVERIFY2(!widget->inherits("QLabel") || widget->font().weight() == 75, expected.name);
-        }
-    }
-
-    void theFormHasItsSizes()
-    {
-        const CTabMotorConfiguration tab(nullptr, motor);
-        QCOMPARE(tab.size(), QSize(850, 340));
-        QCOMPARE(tab.minimumSize(), QSize(850, 310));
-        QCOMPARE(tab.baseSize(), QSize(850, 310));
-        QCOMPARE(tab.maximumSize(), QSize(850, 340));
-    }
-
     void theTableIsSetUp()
     {
         ShowPage(TitleOf[motor]);
