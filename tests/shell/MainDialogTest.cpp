@@ -144,26 +144,6 @@ private slots:
         }
     }
 
-    // By the return key, which connects. The pages learn that the link has gone.
-    void anAddressThatIsNoneFailsWithoutAnAttempt()
-    {
-        SimulatorProcess unit({"--firmware", "2.50"});
-        QVERIFY(unit.IsReady());
-        ConnectTo(unit.Address());
-        QVERIFY(Find<QPushButton>("btnSendIpAddress")->isEnabled());
-        TheDeviceCommunication()->Disconnect(); // which tells nobody
-        for (const char* const typed : {"", "192.168.", "192.168.0.256"}) {
-            const ShownProgress progress;
-            Overtype(Find<QLineEdit>("txtIpAddress"), typed);
-            TheDeviceDatabase()->SetApplicationStatus(QString());
-            Press(Qt::Key_Return);
-            QCOMPARE(StatusLine(), "Connection failed! ");
-            QCOMPARE(ConnectionLine(), "Not Connected ");
-            QCOMPARE(progress.Count(), 0);
-            QVERIFY(!Find<QPushButton>("btnSendIpAddress")->isEnabled());
-        }
-    }
-
     void returnInAnotherFieldDoesNothing()
     {
         TheDeviceDatabase()->SetApplicationStatus("as it was");
@@ -331,6 +311,26 @@ private slots:
         QVERIFY(MainWindow()->isVisible());
         QCOMPARE(Tabs()->currentIndex(), 0);
         QCOMPARE(unit.Commands(), LoadCommands(true));
+    }
+
+    // By the return key, which connects. The pages learn that the link has gone.
+    void anAddressThatIsNoneFailsWithoutAnAttempt()
+    {
+        SimulatorProcess unit({"--firmware", "2.50"});
+        QVERIFY(unit.IsReady());
+        ConnectTo(unit.Address());
+        QVERIFY(Find<QPushButton>("btnSendIpAddress")->isEnabled());
+        TheDeviceCommunication()->Disconnect(); // which tells nobody
+        for (const char* const typed : {"", "192.168.", "192.168.0.256"}) {
+            const ShownProgress progress;
+            Overtype(Find<QLineEdit>("txtIpAddress"), typed);
+            TheDeviceDatabase()->SetApplicationStatus(QString());
+            Press(Qt::Key_Return);
+            QCOMPARE(StatusLine(), "Connection failed! ");
+            QCOMPARE(ConnectionLine(), "Not Connected ");
+            QCOMPARE(progress.Count(), 0);
+            QVERIFY(!Find<QPushButton>("btnSendIpAddress")->isEnabled());
+        }
     }
 
     void closingTheDialogOfTheLoadLeavesTheRestUnread()
