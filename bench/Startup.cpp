@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "bench/Startup.h"
 
 #include "bench/Table.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Finds minizip, which brings no file for find_package. Makes the target Minizip::Minizip.
 find_package(ZLIB)
 find_path(Minizip_INCLUDE_DIR unzip.h PATH_SUFFIXES minizip)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What makes a mistake in the code harder to use for an attack: guarded stacks and jumps, checked calls of
 # the C library, programs at random addresses whose tables cannot be written. A compiler and a linker get
 # those flags that they have. The sanitizers do without: they look closer themselves.

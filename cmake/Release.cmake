@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # When this version was released, as CHANGELOG.md tells: VX440_RELEASE_DATE. The version itself is written
 # in project() and goes from there to all else.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/CHANGELOG.md)

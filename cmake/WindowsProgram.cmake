@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Adds to a program for Windows what is not code.
 
 # vx440_describe_for_windows(TARGET DESCRIPTION): gives a program its icon, its version and its manifest.

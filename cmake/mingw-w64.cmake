@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Debian's cross compiler for Windows, with POSIX threads. The programs that it builds run under wine.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)

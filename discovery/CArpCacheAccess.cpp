@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CArpCacheAccess.h"
 
 #include "platform/NeighbourTable.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CShareableObject.h"
 
 CShareableObject::CShareableObject()

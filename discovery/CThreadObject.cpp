@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CThreadObject.h"
 
 #include <atomic>

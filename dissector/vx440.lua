@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- Shows in Wireshark and tshark what a VX440 control unit and the tool say to each other. It is written
 -- from docs/protocol.md alone, so that it does not repeat a mistake of the tool or of the simulator.
 --

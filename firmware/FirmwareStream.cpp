@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "firmware/FirmwareStream.h"
 
 #include <QtEndian>

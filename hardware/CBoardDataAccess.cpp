@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "hardware/CBoardDataAccess.h"
 
 #include "hardware/CZKHardwareComponent.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "hardware/CTabBoardDataNew.h"
 
 #include "hardware/CBoardDataAccess.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "identity/CTabInfo.h"
 
 #include "link/DeviceReconfiguration.h"

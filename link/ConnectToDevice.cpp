@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "link/ConnectToDevice.h"
 
 #include "link/CDeviceCommunication.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "link/DeviceReconfiguration.h"
 
 #include "discovery/CDeviceDetector.h"

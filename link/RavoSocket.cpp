@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "link/RavoSocket.h"
 
 #include "platform/Sleep.h"

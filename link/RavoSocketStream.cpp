@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "link/RavoSocketStream.h"
 
 #include "platform/Sleep.h"

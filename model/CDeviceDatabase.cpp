@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "model/CDeviceDatabase.h"
 
 #include "rotor/RotorCatalogue.h"

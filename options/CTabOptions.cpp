@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "options/CTabOptions.h"
 
 #include "link/CDeviceCommunication.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "platform/SocketHandles.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "rotor/ConfigurationFileLines.h"
 
 #include "model/CDeviceDatabase.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/CFormStyle.h"
 
 #include "shell/CMainDialog.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/CMainDialog.h"
 
 #include "discovery/CTabDetectZKDevices.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/CTabBaseClass.h"
 
 CTabBaseClass::CTabBaseClass(QWidget* parent)

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/CVX440_AccessApplication.h"
 
 #include "model/CDeviceDatabase.h"

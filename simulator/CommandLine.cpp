@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/CommandLine.h"
 
 #include "simulator/EepromImage.h"

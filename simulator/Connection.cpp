@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/Connection.h"
 
 #include "simulator/platform/ConnectionReset.h"

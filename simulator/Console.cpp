@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/Console.h"
 
 #include "simulator/Server.h"

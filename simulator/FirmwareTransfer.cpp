@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/FirmwareTransfer.h"
 
 #include <QtEndian>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/HostInterface.h"
 
 #include <QProcess>

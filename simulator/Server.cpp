@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/Server.h"
 
 #include "simulator/HostInterface.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "walkthrough/Steps.h"
 
 #include "model/CDeviceDatabase.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "walkthrough/Walk.h"
 
 #include "tests/support/WindowTest.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "widgets/Accessibility.h"
 
 #include "widgets/CElidedLabel.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// Tells screen readers what Qt's own interfaces do not: a bar without an end is busy, and the

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "widgets/CElidedLabel.h"
 
 #include "widgets/PlainToolTip.h"

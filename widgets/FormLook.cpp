@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "widgets/FormLook.h"
 
 #include <QFontInfo>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "widgets/ModelMapper.h"
 
 #include "model/CDeviceDatabase.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "widgets/UserInput.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "DateFormats.h"
 
 #include "XmlPart.h"

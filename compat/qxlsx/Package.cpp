@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "Package.h"
 
 #include "ZipPart.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "Relationships.h"
 
 #include "Package.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "SharedStrings.h"
 
 #include "XmlPart.h"

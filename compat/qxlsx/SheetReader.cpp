@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "SheetReader.h"
 
 #include "DateFormats.h"

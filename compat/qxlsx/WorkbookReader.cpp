@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "WorkbookReader.h"
 
 #include "SheetReader.h"

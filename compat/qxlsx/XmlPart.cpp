@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "XmlPart.h"
 
 #include "Package.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "ZipPart.h"
 
 #include <QFile>

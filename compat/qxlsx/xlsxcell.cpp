@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "xlsxcell.h"
 
 namespace QXlsx {

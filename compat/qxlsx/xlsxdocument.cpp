@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "xlsxdocument.h"
 
 #include "WorkbookReader.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "xlsxworkbook.h"
 
 #include "xlsxabstractsheet.h"

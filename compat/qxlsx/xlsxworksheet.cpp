@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "xlsxworksheet.h"
 
 namespace QXlsx {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "firmware/FirmwareStream.h"
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"

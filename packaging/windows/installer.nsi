@@ -1,3 +1,4 @@
+; SPDX-License-Identifier: MIT
 ; Installs for all users of the computer. /S asks no question, /D=FOLDER names the folder.
 ; scripts/lib/windows-package gives NAME, VERSION, FILES, ICON and OUTPUT.
 Target amd64-unicode

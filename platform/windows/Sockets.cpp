@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "platform/Sockets.h"
 
 #include "platform/SocketHandles.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Starts simulated units in the background, for the scripts that source this. The units end with the script.
 # shellcheck shell=bash
 

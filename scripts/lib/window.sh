@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The tool's window as a user has it, in the display of the scripts that source this.
 # shellcheck shell=bash
 

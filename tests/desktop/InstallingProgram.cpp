@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The program with the dialog of an installation on show. Prints the numbers that the display knows
 // both windows by, and goes on until its standard input ends.
 

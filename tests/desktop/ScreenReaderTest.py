@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """ScreenReaderTest.py TOOL SIMULATOR: what a screen reader is told of the window.
 
 Runs the tool on the display and the bus that it is started on, walks it as an assistive technology

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # WindowManagersTest PROGRAM WINDOW_MANAGER: the dialog of an installation stays above the window,
 # whatever the user clicks and whichever way the window manager closes windows.
 set -eu

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CArpCacheAccess.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedNeighbours.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CDeviceDetector.h"
 #include "shell/CCustomProgressDialog.h"
 #include "tests/discovery/Answers.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CDeviceDetector.h"
 #include "discovery/CTabDetectZKDevices.h"
 #include "shell/CCustomProgressDialog.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CTabDetectZKDevices.h"
 #include "model/CDeviceDatabase.h"
 #include "tests/discovery/Answers.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CDeviceDetector.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/scripted/JoinedThreads.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CShareableObject.h"
 #include "discovery/CThreadObject.h"
 #include "tests/support/Warnings.h"

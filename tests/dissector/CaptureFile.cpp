@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/dissector/CaptureFile.h"
 
 #include <QDataStream>

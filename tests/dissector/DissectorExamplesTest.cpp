@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/dissector/CaptureFile.h"
 #include "tests/dissector/Tshark.h"
 #include "tests/support/pages/ProtocolPage.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/docs/SourceTexts.h"
 
 #include <QDir>

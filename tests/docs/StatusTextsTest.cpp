@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/docs/SourceTexts.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/pages/StatusRows.h"

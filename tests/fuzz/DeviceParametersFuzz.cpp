@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The decoder of the unit's configuration block. The first byte of the input chooses the firmware
 // generation, the rest is the block: zeros where it is too short.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the unit's EEPROM may hold: the two parsers of a block one after the other, and the
 // component that judges an image and makes a row of texts of it.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Feeds every file of a fuzz target's corpus to the target, which aborts at what it finds wrong.
 
 #include "tests/fuzz/FuzzTarget.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The reader of workbooks. The first byte of the input chooses what the rest is: one part of a
 // workbook that is whole otherwise, or the file itself.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "hardware/CBoardDataAccess.h"
 #include "link/CDeviceCommunication.h"
 #include "shell/CCustomProgressDialog.h"

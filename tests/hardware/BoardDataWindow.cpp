@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/hardware/BoardDataWindow.h"
 
 #include "tests/support/WindowTest.h"

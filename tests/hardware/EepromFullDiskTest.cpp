@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "hardware/CBoardDataAccess.h"
 #include "tests/hardware/EepromImages.h"
 #include "tests/support/SmallDisk.h"

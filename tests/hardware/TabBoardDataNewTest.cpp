@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
 #include "shell/CMainDialog.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "hardware/CZKMandatoryEepromBlock.h"
 #include "tests/support/Warnings.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "identity/CTabIpConfiguration.h"
 #include "model/CDeviceDatabase.h"
 #include "tests/support/OwnNetwork.h"

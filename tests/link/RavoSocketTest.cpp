@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "link/RavoSocket.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/scripted/ScriptedLink.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "model/CDeviceDatabase.h"
 #include "tests/support/Notified.h"
 #include "tests/support/Warnings.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "options/CDeviceOptions.h"
 #include "tests/support/Warnings.h"
 

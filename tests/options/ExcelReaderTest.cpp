@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "options/CExcelReader.h"
 
 #include "tests/support/Warnings.h"

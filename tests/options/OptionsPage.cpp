@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/options/OptionsPage.h"
 
 #include <QLayout>

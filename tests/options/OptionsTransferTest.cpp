@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "link/CDeviceCommunication.h"
 #include "options/CTabOptions.h"
 #include "tests/options/OptionsPage.h"

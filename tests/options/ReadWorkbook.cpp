@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Reads a workbook twice, as it is done for its two columns, and prints what the reader has of it.
 // A program of its own, so that it can be given limits.
 

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # AppStreamTest.sh SOURCE PACKAGING: what a software centre shows of the tool.
 # shellcheck source-path=SCRIPTDIR
 set -u

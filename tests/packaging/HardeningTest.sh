@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # HardeningTest.sh BUILD PROGRAM...: what is installed is built as cmake/Hardening.cmake asks for. Each
 # program shows it, and for what a program need not show there are the compiler's commands.
 # shellcheck source-path=SCRIPTDIR

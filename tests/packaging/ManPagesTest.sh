@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # shellcheck source-path=SCRIPTDIR
 set -u
 . "$(dirname "$0")/expect.sh"

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # PortableSourcesTest.sh SOURCE: no source asks for an operating system, but for those in a system's own
 # folders: platform/linux and platform/windows, wherever a platform/ stands. Everywhere else
 #   - an include between < and > names a header of C++ or of Qt, which have neither a dot nor a slash

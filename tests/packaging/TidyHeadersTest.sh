@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # TidyHeadersTest.sh SOURCE: clang-tidy looks into every header of ours, as its filter says.
 # shellcheck source-path=SCRIPTDIR
 set -u

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # VersionTest.sh SOURCE PACKAGING VERSION SIMULATOR: one version and one date everywhere, and CMakeLists.txt
 # is the only source that the version is written in. CHANGELOG.md names it as what was released last.
 # shellcheck source-path=SCRIPTDIR

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # For the test scripts that source this: each expectation is a sentence and what must be so. The script
 # says which do not hold, and ends with 1 when there are any; 77 stands for a skipped test.
 # shellcheck shell=bash

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "platform/NeighbourTable.h"
 #include "tests/platform/linux/NoDescriptors.h"
 #include "tests/support/OwnNetwork.h"

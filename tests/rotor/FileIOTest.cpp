@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "rotor/CFileIO.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/platform/FileSizeLimit.h"

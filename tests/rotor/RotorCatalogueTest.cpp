@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "rotor/RotorCatalogue.h"
 #include "tests/support/Warnings.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "rotor/StringTokenizer.h"
 #include "tests/support/Warnings.h"
 

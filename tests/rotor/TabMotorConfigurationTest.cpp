@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "link/CDeviceCommunication.h"
 #include "rotor/RotorCatalogue.h"
 #include "tests/rotor/MotorPage.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "rotor/CTableValueValidator.h"
 #include "tests/support/Warnings.h"
 

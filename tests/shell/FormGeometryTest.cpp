@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "discovery/CTabDetectZKDevices.h"
 #include "firmware/CTabLoadFirmware.h"
 #include "hardware/CTabBoardDataNew.h"

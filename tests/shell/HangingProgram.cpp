@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The program with a user in a hurry: starts what its argument says, closes the progress dialog
 // while a thread of it hangs, then the window. Prints "closing" just before that.
 //

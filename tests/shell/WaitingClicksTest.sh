@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # WaitingClicksTest TOOL SIMULATOR: a user who clicks on Connect twice, and on a page's title while the
 # attempt begins, in a display of the test's own.
 set -eu

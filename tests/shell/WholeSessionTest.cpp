@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/simulator/FirmwareBlocks.h"
 #include "tests/support/UnitLog.h"
 #include "tests/support/Warnings.h"

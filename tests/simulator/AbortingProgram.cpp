@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A test program that does not come to its end: starts a unit, prints its address, and aborts once
 // its standard input ends.
 

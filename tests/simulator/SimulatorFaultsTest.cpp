@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "SocketErrors.h"
 #include "platform/Sockets.h"
 #include "tests/simulator/Client.h"

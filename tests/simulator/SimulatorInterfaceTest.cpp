@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/simulator/Client.h"
 #include "tests/support/SimulatorProcess.h"
 

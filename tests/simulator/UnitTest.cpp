@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/Unit.h"
 #include "simulator/EepromImage.h"
 #include "tests/simulator/FirmwareBlocks.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/soak/User.h"
 
 #include "tests/support/WindowTest.h"

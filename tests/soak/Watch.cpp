@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/soak/Watch.h"
 
 #include "model/CDeviceDatabase.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // One run of random use, in a network of its own.
 //
 // vx440-soak SEED

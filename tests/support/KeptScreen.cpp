@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Qt's offscreen platform leaves its screen behind when the program ends. What can be reached from
 // here LeakSanitizer takes for no leak; every test program has this source.
 

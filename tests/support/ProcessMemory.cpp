@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/ProcessMemory.h"
 
 #include <QFile>

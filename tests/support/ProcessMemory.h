@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// How much of this process's memory is really there, in kB. 0 where the system does not tell.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/SimulatorProcess.h"
 
 #include <QCoreApplication>

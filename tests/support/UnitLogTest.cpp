@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/UnitLog.h"
 
 #include "tests/support/Warnings.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/WindowTest.h"
 
 #include "shell/CVX440_AccessApplication.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "model/CDeviceDatabase.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/platform/ConnectionReset.h"
 
 #include <winsock2.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "simulator/platform/StandardInput.h"
 
 #include <QMutex>

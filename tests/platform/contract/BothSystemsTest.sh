@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # BothSystemsTest.sh SOURCE BUILD PROGRAM: builds the contract test for Windows in the folder BUILD, runs
 # it under wine, and compares what it finds with what this system's own, PROGRAM, finds.
 # shellcheck source-path=SCRIPTDIR

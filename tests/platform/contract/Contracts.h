@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// What the headers of platform/ promise, in calls of results::Expect, one function for a header.

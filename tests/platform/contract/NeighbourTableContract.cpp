@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "platform/NeighbourTable.h"
 
 #include "tests/platform/contract/Contracts.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/platform/contract/Peer.h"
 
 #include "simulator/platform/ConnectionReset.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/platform/contract/Results.h"
 
 #include "tests/platform/contract/Differences.h"

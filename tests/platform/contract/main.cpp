@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/platform/contract/Contracts.h"
 #include "tests/platform/contract/Results.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "hardware/CZKHardwareComponent.h"
 #include "tests/support/Warnings.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// Whether this system has pipes and devices among its files, these below /dev.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/scripted/JoinedThreads.h"
 
 #include "platform/Threads.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// Stands in for platform/Threads.h with threads as real as the system's own, which a test can wait

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/scripted/ScriptedClock.h"
 
 #include "platform/Sleep.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/workbooks/OptionsWorkbook.h"
 
 #include "tests/support/workbooks/WorkbookParts.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/platform/ProcessResources.h"
 
 #include <filesystem>

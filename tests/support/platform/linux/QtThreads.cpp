@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the thread sanitizer has to know of Qt's threads. Qt is not built with it, and orders its
 // threads by locks of its own that it does not see. The program's definitions come before those in
 // Qt's library.

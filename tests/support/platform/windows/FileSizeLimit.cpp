@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/platform/FileSizeLimit.h"
 
 FileSizeLimit::FileSizeLimit(std::uint64_t) {}

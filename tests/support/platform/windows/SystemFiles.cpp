@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/support/platform/SystemFiles.h"
 
 bool HasDeviceFiles()
