@@ -3,7 +3,7 @@
 #include "discovery/CDeviceDetector.h"
 #include "discovery/CTabDetectZKDevices.h"
 #include "shell/CCustomProgressDialog.h"
-#include "tests/support/OwnNetwork.h"
+#include "tests/support/NetworkTest.h"
 #include "tests/support/Warnings.h"
 
 #include <QElapsedTimer>
@@ -32,28 +32,14 @@ QStringList Search(const QWidget& tab, const char* start, const char* end)
 } // namespace
 
 // Searches with nothing scripted: the system's clock, threads and table in a network of their own.
-class SearchInNetworkTest : public WarningsFail
+class SearchInNetworkTest : public NetworkTest
 {
     Q_OBJECT
-
-private:
-    OwnNetwork network;
-
-    void MustAddHost(const char* ip, const char* mac)
-    {
-        QVERIFY2(network.AddHost(ip, mac), qPrintable(network.Error()));
-    }
-
-    void MustRun(const char* ipArguments)
-    {
-        QVERIFY2(network.Ip(ipArguments), qPrintable(network.Error()));
-    }
 
 private slots:
     void initTestCase()
     {
-        QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
-        QVERIFY2(network.Lay(), qPrintable(network.Error()));
+        NetworkTest::initTestCase();
         if (!OwnNetwork::IsUnprivileged()) {
             MustAddHost("192.168.77.12", "02:4c:7e:00:00:12");
             MustAddHost("192.168.77.6", "02:4c:7e:00:00:06");

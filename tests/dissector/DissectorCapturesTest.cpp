@@ -2,6 +2,7 @@
 
 #include "tests/dissector/CaptureFile.h"
 #include "tests/dissector/Tshark.h"
+#include "tests/support/Warnings.h"
 #include "tests/support/pages/ProtocolPage.h"
 
 #include <QDir>
@@ -121,7 +122,7 @@ void WriteInSegments(
 } // namespace
 
 /// The captures that are kept beside the dissector, and captures that no unit would give.
-class DissectorCapturesTest : public QObject
+class DissectorCapturesTest : public WarningsFail
 {
     Q_OBJECT
 

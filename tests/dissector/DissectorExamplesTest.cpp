@@ -2,6 +2,7 @@
 
 #include "tests/dissector/CaptureFile.h"
 #include "tests/dissector/Tshark.h"
+#include "tests/support/Warnings.h"
 #include "tests/support/pages/ProtocolPage.h"
 
 #include <QTemporaryDir>
@@ -281,7 +282,7 @@ QStringList ValuesOfBlock(const sDISSECTED_PACKET& packet)
 
 } // namespace
 
-class DissectorExamplesTest : public QObject
+class DissectorExamplesTest : public WarningsFail
 {
     Q_OBJECT
 

@@ -3,6 +3,7 @@
 #include "tests/dissector/CaptureFile.h"
 #include "tests/dissector/Tshark.h"
 #include "tests/simulator/FirmwareBlocks.h"
+#include "tests/support/Warnings.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -240,7 +241,7 @@ QString Findings(const sDISSECTION& seen, int begin, int end)
 } // namespace
 
 /// What a person looks for in a capture, and what must not be taken for it.
-class DissectorFindingsTest : public QObject
+class DissectorFindingsTest : public WarningsFail
 {
     Q_OBJECT
 

@@ -2,7 +2,7 @@
 
 #include "identity/CTabIpConfiguration.h"
 #include "model/CDeviceDatabase.h"
-#include "tests/support/OwnNetwork.h"
+#include "tests/support/NetworkTest.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
@@ -11,20 +11,11 @@
 #include <QtTest>
 
 /// Units that are hosts of their own get another MAC address, and the whole network sees it.
-class MacChangeTest : public WarningsFail
+class MacChangeTest : public NetworkTest
 {
     Q_OBJECT
 
-private:
-    OwnNetwork network;
-
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
-        QVERIFY2(network.Lay(), qPrintable(network.Error()));
-    }
-
     void theToolReachesTheUnitUnderItsNewMacAddress_data()
     {
         QTest::addColumn<QString>("address");
@@ -39,7 +30,7 @@ private slots:
         QFETCH(QString, address);
         QFETCH(QString, firmware);
         QFETCH(int, bytes);
-        QVERIFY2(network.AddHost(address, "02:4c:7e:00:01:29"), qPrintable(network.Error()));
+        MustAddHost(address, "02:4c:7e:00:01:29");
         SimulatorProcess unit(
             {"--interface", "host", "--firmware", firmware, "--azimuth", "1,2,3,4,5,6,7,8,9,10",
                 "--polar", "11,12,13,14,15,16,17,18,19,20"},

@@ -2,7 +2,7 @@
 
 #include "platform/NeighbourTable.h"
 #include "tests/platform/linux/NoDescriptors.h"
-#include "tests/support/OwnNetwork.h"
+#include "tests/support/NetworkTest.h"
 #include "tests/support/Warnings.h"
 
 #include <QElapsedTimer>
@@ -71,31 +71,23 @@ Answer Resolve(const QString& ip, quint32 length = 6, quint32 source = 0)
 
 } // namespace
 
-class NeighbourTableTest : public WarningsFail
+class NeighbourTableTest : public NetworkTest
 {
     Q_OBJECT
 
 private:
-    OwnNetwork network;
-
     void AddNeighbour(const QString& ip, const QString& mac, const QString& state = "permanent")
     {
         MustRun(QString("neigh add %1 lladdr %2 dev silent nud %3").arg(ip, mac, state));
     }
 
-    void MustRun(const QString& ipArguments)
-    {
-        QVERIFY2(network.Ip(ipArguments), qPrintable(network.Error()));
-    }
-
 private slots:
     void initTestCase()
     {
-        QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
-        QVERIFY2(network.Lay(), qPrintable(network.Error()));
+        NetworkTest::initTestCase();
         if (!OwnNetwork::IsUnprivileged()) {
             for (const auto& host : Hosts) {
-                QVERIFY2(network.AddHost(host.first, host.second), qPrintable(network.Error()));
+                MustAddHost(host.first, host.second);
             }
         }
     }

@@ -2,7 +2,7 @@
 
 #include "link/CDeviceCommunication.h"
 #include "model/CDeviceDatabase.h"
-#include "tests/support/OwnNetwork.h"
+#include "tests/support/NetworkTest.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
@@ -41,21 +41,16 @@ QStringList Rows()
 } // namespace
 
 /// The window towards hosts that answer, are silent, or are found, in a network of the test's own.
-class HangingTest : public WarningsFail
+class HangingTest : public NetworkTest
 {
     Q_OBJECT
-
-private:
-    OwnNetwork network;
 
 private slots:
     void initTestCase()
     {
-        QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
-        QVERIFY2(network.Lay(), qPrintable(network.Error()));
+        NetworkTest::initTestCase();
         QVERIFY2(network.AddSilentHost(SilentAddress), qPrintable(network.Error()));
-        QVERIFY2(
-            network.AddHost("192.168.77.12", "02:4c:7e:0a:00:12"), qPrintable(network.Error()));
+        MustAddHost("192.168.77.12", "02:4c:7e:0a:00:12");
     }
 
     // In connect and in a resolution.

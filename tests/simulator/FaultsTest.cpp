@@ -2,12 +2,13 @@
 
 #include "simulator/Faults.h"
 #include "simulator/Delivery.h"
+#include "tests/support/Warnings.h"
 
 #include <QtTest>
 
 using namespace simulator;
 
-class FaultsTest : public QObject
+class FaultsTest : public WarningsFail
 {
     Q_OBJECT
 

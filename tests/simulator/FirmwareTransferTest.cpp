@@ -2,6 +2,7 @@
 
 #include "simulator/FirmwareTransfer.h"
 #include "tests/simulator/FirmwareBlocks.h"
+#include "tests/support/Warnings.h"
 
 #include <QtTest>
 
@@ -25,7 +26,7 @@ QByteArray WithNextByte(QByteArray bytes, int offset)
 
 } // namespace
 
-class FirmwareTransferTest : public QObject
+class FirmwareTransferTest : public WarningsFail
 {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "simulator/FrameParser.h"
+#include "tests/support/Warnings.h"
 
 #include <QtTest>
 
@@ -71,7 +72,7 @@ QVector<sCOMMAND> EveryCommand()
 
 } // namespace
 
-class FrameParserTest : public QObject
+class FrameParserTest : public WarningsFail
 {
     Q_OBJECT
 

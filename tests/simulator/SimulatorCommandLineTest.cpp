@@ -2,6 +2,7 @@
 
 #include "tests/simulator/Client.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/Warnings.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -26,7 +27,7 @@ Result Run(const QStringList& arguments)
 
 } // namespace
 
-class SimulatorCommandLineTest : public QObject
+class SimulatorCommandLineTest : public WarningsFail
 {
     Q_OBJECT
 

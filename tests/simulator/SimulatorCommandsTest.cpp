@@ -3,6 +3,7 @@
 #include "tests/simulator/Client.h"
 #include "tests/simulator/FirmwareBlocks.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/Warnings.h"
 
 #include <QCryptographicHash>
 #include <QTemporaryDir>
@@ -43,7 +44,7 @@ void SendImage(Client& client, const QByteArray& image)
 
 } // namespace
 
-class SimulatorCommandsTest : public QObject
+class SimulatorCommandsTest : public WarningsFail
 {
     Q_OBJECT
 

@@ -4,6 +4,7 @@
 #include "platform/Sockets.h"
 #include "tests/simulator/Client.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/Warnings.h"
 
 #include <QElapsedTimer>
 #include <QHostAddress>
@@ -75,46 +76,47 @@ private:
     std::uint32_t error = 0;
 };
 
-/// One check for each fault: what a client sees on "CF7" and, where it matters, on "CF6".
-const QMap<QString, std::function<void(SimulatorProcess&)>>& Checks()
+void IsAnsweredLate(Client& client, int milliseconds)
 {
-    static const QMap<QString, std::function<void(SimulatorProcess&)>> checks = {
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
+    QVERIFY(timer.elapsed() >= milliseconds);
+}
+
+void EndsUnanswered(Client& client)
+{
+    QByteArray before;
+    client.Send(ReadRequest());
+    QVERIFY(client.WaitForEnd(&before));
+    QCOMPARE(before, QByteArray());
+}
+
+using Check = std::function<void(SimulatorProcess&, Client&)>;
+
+/// One check for each fault: what a client sees on "CF7" and, where it matters, on "CF6".
+const QMap<QString, Check>& Checks()
+{
+    static const QMap<QString, Check> checks = {
         {"silent",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
+            [](SimulatorProcess& simulator, Client& client) {
                 client.Send(ReadRequest());
                 QVERIFY(!simulator.LineThatBegins("CF7 00400000").isNull());
                 // Had it been answered, the answer would stand before this one.
                 QVERIFY(client.Ask("*IDN?\r", 5) == "ZELMA");
             }},
         {"refusing",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
+            [](SimulatorProcess& simulator, Client& client) {
                 const QString before = simulator.State("eeprom-sha256");
                 QCOMPARE(client.Ask("CF6\r" + QByteArray(20, 'x').prepend(QByteArray(2, '\0')), 2),
                     QByteArray("0\r"));
                 QCOMPARE(simulator.State("eeprom-sha256"), before);
                 QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
             }},
-        {"slow",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
-                QElapsedTimer timer;
-                timer.start();
-                QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
-                QVERIFY(timer.elapsed() >= 300);
-            }},
-        {"bytewise",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
-                QElapsedTimer timer;
-                timer.start();
-                QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
-                QVERIFY(timer.elapsed() >= 64);
-            }},
+        {"slow", [](SimulatorProcess&, Client& client) { IsAnsweredLate(client, 300); }},
+        {"bytewise", [](SimulatorProcess&, Client& client) { IsAnsweredLate(client, 64); }},
         {"garbage",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
+            [](SimulatorProcess&, Client& client) {
                 const QByteArray answer = client.Ask(ReadRequest(), 64);
                 QCOMPARE(answer.size(), 64);
                 QVERIFY(!answer.contains('\r'));
@@ -123,25 +125,10 @@ const QMap<QString, std::function<void(SimulatorProcess&)>>& Checks()
                 QCOMPARE(acknowledgement.size(), 2);
                 QVERIFY(!acknowledgement.contains('\r'));
             }},
-        {"closing",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
-                QByteArray before;
-                client.Send(ReadRequest());
-                QVERIFY(client.WaitForEnd(&before));
-                QCOMPARE(before, QByteArray());
-            }},
-        {"resetting",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
-                QByteArray before;
-                client.Send(ReadRequest());
-                QVERIFY(client.WaitForEnd(&before));
-                QCOMPARE(before, QByteArray());
-            }},
+        {"closing", [](SimulatorProcess&, Client& client) { EndsUnanswered(client); }},
+        {"resetting", [](SimulatorProcess&, Client& client) { EndsUnanswered(client); }},
         {"short",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
+            [](SimulatorProcess&, Client& client) {
                 client.Send(ReadRequest());
                 client.Send("*IDN?\r");
                 const QByteArray text = client.ReadText();
@@ -149,16 +136,14 @@ const QMap<QString, std::function<void(SimulatorProcess&)>>& Checks()
                 QVERIFY(text.startsWith(QByteArray("\2\0\0\0", 4)));
             }},
         {"long",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
+            [](SimulatorProcess&, Client& client) {
                 const QByteArray answer = client.Ask(ReadRequest(), 128);
                 QVERIFY(IsDeviceBlock(answer.left(64)));
                 QCOMPARE(answer.mid(64), answer.left(64));
                 QCOMPARE(client.Ask("CF6\r" + QByteArray(2, '\0'), 3), QByteArray("11\r"));
             }},
         {"wrong",
-            [](SimulatorProcess& simulator) {
-                Client client(simulator.Address());
+            [](SimulatorProcess&, Client& client) {
                 const QByteArray answer = client.Ask(ReadRequest(), 64);
                 QCOMPARE(answer.size(), 64);
                 QCOMPARE(answer.mid(30, 10), QByteArray("VX440-CTRL"));
@@ -169,7 +154,7 @@ const QMap<QString, std::function<void(SimulatorProcess&)>>& Checks()
 
 } // namespace
 
-class SimulatorFaultsTest : public QObject
+class SimulatorFaultsTest : public WarningsFail
 {
     Q_OBJECT
 
@@ -191,7 +176,8 @@ private slots:
         const QString fault = "--fault";
         SimulatorProcess simulator(
             {"--slow-ms", "300", fault, name + ":CF7", fault, name + ":CF6"});
-        Checks().value(name)(simulator);
+        Client client(simulator.Address());
+        Checks().value(name)(simulator, client);
         QVERIFY(StillAnswersOthers(simulator.Address()));
     }
 
@@ -201,18 +187,16 @@ private slots:
     {
         QFETCH(QString, name);
         SimulatorProcess simulator({"--slow-ms", "300"});
-        {
-            Client client(simulator.Address());
-            QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
-        }
+        Client client(simulator.Address());
+        QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
         QVERIFY(simulator.Tell(QString("fault %1:CF7").arg(name)));
         QVERIFY(simulator.Tell(QString("fault %1:CF6").arg(name)));
         QCOMPARE(simulator.State("faults"), QString("%1:CF7 %1:CF6").arg(name));
-        Checks().value(name)(simulator);
+        Checks().value(name)(simulator, client);
 
         QVERIFY(simulator.Tell("clear"));
-        Client client(simulator.Address());
-        QVERIFY(IsDeviceBlock(client.Ask(ReadRequest(), 64)));
+        Client next(simulator.Address());
+        QVERIFY(IsDeviceBlock(next.Ask(ReadRequest(), 64)));
     }
 
     void aFaultMeetsTheNamedOccurrenceOnly()

@@ -2,6 +2,7 @@
 
 #include "tests/simulator/Client.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/Warnings.h"
 
 #include <QTcpServer>
 #include <QtTest>
@@ -35,7 +36,7 @@ void Move(SimulatorProcess& simulator, const char* addressAndMask, const char* r
 } // namespace
 
 /// Runs in a network of its own, in which it may make and change interfaces.
-class SimulatorInterfaceTest : public QObject
+class SimulatorInterfaceTest : public WarningsFail
 {
     Q_OBJECT
 

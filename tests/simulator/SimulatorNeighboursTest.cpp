@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/simulator/Client.h"
-#include "tests/support/OwnNetwork.h"
+#include "tests/support/NetworkTest.h"
 #include "tests/support/SimulatorProcess.h"
 
 #include <QtTest>
@@ -17,30 +17,17 @@ QString Neighbour(const QString& address)
 } // namespace
 
 /// A unit that is a host of its own in the network: what its neighbours see of its changes.
-class SimulatorNeighboursTest : public QObject
+class SimulatorNeighboursTest : public NetworkTest
 {
     Q_OBJECT
 
 private:
-    OwnNetwork network;
-
-    void AddHost(const QString& address)
-    {
-        QVERIFY2(network.AddHost(address, "02:4c:7e:00:01:29"), qPrintable(network.Error()));
-    }
-
     static QStringList Options(const char* firmware)
     {
         return {"--interface", "host", "--firmware", firmware};
     }
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(OwnNetwork::IsAllowed(), "to be run in a network namespace of its own");
-        QVERIFY2(network.Lay(), qPrintable(network.Error()));
-    }
-
     // A client whose connection brings nothing from the unit must not have to wait until its system
     // gives the old MAC address up.
     void aNewMacIsKnownToTheClientAtOnce_data()
@@ -60,7 +47,7 @@ private slots:
         QFETCH(QString, address);
         QFETCH(QByteArray, firmware);
         QFETCH(QByteArray, command);
-        AddHost(address);
+        MustAddHost(address, "02:4c:7e:00:01:29");
         SimulatorProcess unit(Options(firmware), address, network.InLatestHost());
         QVERIFY(unit.IsReady());
         Client client(address);
@@ -75,7 +62,7 @@ private slots:
     void aNewAddressIsKnownToTheClientBeforeItAsks()
     {
         const QString moved = "192.168.77.24";
-        AddHost("192.168.77.23");
+        MustAddHost("192.168.77.23", "02:4c:7e:00:01:29");
         QVERIFY(network.Ip(QString("route add %1/32 dev to2 src 192.168.77.1").arg(moved)));
         SimulatorProcess unit(Options("3.10"), "192.168.77.23", network.InLatestHost());
         Client client("192.168.77.23");

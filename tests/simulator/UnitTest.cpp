@@ -3,6 +3,7 @@
 #include "simulator/Unit.h"
 #include "simulator/EepromImage.h"
 #include "tests/simulator/FirmwareBlocks.h"
+#include "tests/support/Warnings.h"
 
 #include <QtTest>
 
@@ -58,7 +59,7 @@ QByteArray LongConfiguration(const QByteArray& identity)
 
 } // namespace
 
-class UnitTest : public QObject
+class UnitTest : public WarningsFail
 {
     Q_OBJECT
 
