@@ -5,11 +5,11 @@
 #include "shell/CCustomProgressDialog.h"
 #include "tests/support/NetworkTest.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
 
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QtTest>
 
 #include <memory>
@@ -21,12 +21,7 @@ QStringList Search(const QWidget& tab, const char* start, const char* end)
     tab.findChild<QLineEdit*>("txtStartIpAddress")->setText(start);
     tab.findChild<QLineEdit*>("txtEndIpAddress")->setText(end);
     tab.findChild<QPushButton*>("btnFindDevices")->click();
-    const auto* table = tab.findChild<QTableWidget*>("tblDetectDevices");
-    QStringList rows;
-    for (int row = 0; row < table->rowCount(); ++row) {
-        rows << table->item(row, 0)->text() + ' ' + table->item(row, 1)->text();
-    }
-    return rows;
+    return ListedDevices(tab);
 }
 
 } // namespace

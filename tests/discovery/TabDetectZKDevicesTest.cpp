@@ -4,6 +4,7 @@
 #include "model/CDeviceDatabase.h"
 #include "tests/discovery/Answers.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
 
 #include <QHeaderView>
 #include <QLineEdit>
@@ -43,14 +44,7 @@ private:
 
     QTableWidget* Table() const { return Find<QTableWidget>("tblDetectDevices"); }
 
-    QStringList Rows() const
-    {
-        QStringList rows;
-        for (int row = 0; row < Table()->rowCount(); ++row) {
-            rows << Table()->item(row, 0)->text() + ' ' + Table()->item(row, 1)->text();
-        }
-        return rows;
-    }
+    QStringList Rows() const { return ListedDevices(*tab); }
 
     void List(const char* ip, const char* mac) const { tab->SetDeviceToTableWidget({ip, mac}); }
 

@@ -12,7 +12,6 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QTableWidget>
 #include <QTimer>
 #include <QWindow>
 #include <QtTest>
@@ -26,16 +25,6 @@ void FillRange(const char* start, const char* end)
     ShowPage("Detect Z&K Device");
     Overtype(Find<QLineEdit>("txtStartIpAddress"), start);
     Overtype(Find<QLineEdit>("txtEndIpAddress"), end);
-}
-
-QStringList Rows()
-{
-    const auto* const table = Find<QTableWidget>("tblDetectDevices");
-    QStringList rows;
-    for (int row = 0; row < table->rowCount(); ++row) {
-        rows << table->item(row, 0)->text() + ' ' + table->item(row, 1)->text();
-    }
-    return rows;
 }
 
 } // namespace
@@ -145,7 +134,7 @@ private slots:
         QCOMPARE(status, "Detect Z&K Devices: in progress");
         QCOMPARE(StatusLine(), "Detect Z&K Devices: Ready");
         QVERIFY(MainWindow()->isVisible());
-        QCOMPARE(Rows(), QStringList{"192.168.77.12 02:4c:7e:0a:00:12"});
+        QCOMPARE(ListedDevices(*MainWindow()), QStringList{"192.168.77.12 02:4c:7e:0a:00:12"});
         ShowPage("Info");
     }
 
@@ -155,7 +144,7 @@ private slots:
         WhenProgressShows([] { CloseByTitleBar(VisibleProgress()); });
         Click(Find<QPushButton>("btnFindDevices"));
         QCOMPARE(StatusLine(), "Detect Z&K Devices: Ready");
-        QCOMPARE(Rows(), QStringList());
+        QCOMPARE(ListedDevices(*MainWindow()), QStringList());
         ShowPage("Info");
     }
 };

@@ -10,7 +10,6 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QtTest>
@@ -253,12 +252,7 @@ private:
         Overtype(Find<QLineEdit>("txtEndIpAddress"), "192.168.0.141");
         Click(Find<QPushButton>("btnFindDevices"));
         QCOMPARE(StatusLine(), "Detect Z&K Devices: Ready");
-        QStringList found;
-        const auto* const table = Find<QTableWidget>("tblDetectDevices");
-        for (int row = 0; row < table->rowCount(); ++row) {
-            found.append(table->item(row, 0)->text() + ' ' + table->item(row, 1)->text());
-        }
-        QCOMPARE(found, movedUnits);
+        QCOMPARE(ListedDevices(*MainWindow()), movedUnits);
     }
 
     void ConnectToTheNewAddress()

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QWindow>
 #include <QtTest>
@@ -153,6 +154,16 @@ bool ShownProgress::eventFilter(QObject* watched, QEvent* event)
         ++count;
     }
     return false;
+}
+
+QStringList ListedDevices(const QWidget& parent)
+{
+    const auto* const table = parent.findChild<QTableWidget*>("tblDetectDevices");
+    QStringList rows;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        rows << table->item(row, 0)->text() + ' ' + table->item(row, 1)->text();
+    }
+    return rows;
 }
 
 QString StatusLine()

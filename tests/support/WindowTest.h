@@ -104,6 +104,9 @@ private:
     int count = 0;
 };
 
+/// The rows of the list of found devices, "ADDRESS MAC" each. `parent` is the page or its window.
+QStringList ListedDevices(const QWidget& parent);
+
 /// The text of the application's status line, and of the connection's.
 QString StatusLine();
 QString ConnectionLine();
