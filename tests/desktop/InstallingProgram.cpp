@@ -23,8 +23,9 @@ int ShowInstallation()
     dialog.setValue(0);
     std::printf("%llu %llu\n", qulonglong(MainWindow()->winId()), qulonglong(dialog.winId()));
     std::fflush(stdout);
-    for (int pass = 1; !ended; ++pass) {
-        dialog.setValue(pass);
+    int pass = 0;
+    while (!ended) {
+        dialog.setValue(++pass);
         QTest::qWait(20);
     }
     return 0;
