@@ -31,7 +31,7 @@ private slots:
 
     void aDefaultObjectAsksForNothing()
     {
-        CArpCacheAccess();
+        [[maybe_unused]] const CArpCacheAccess unused;
         QVERIFY(ScriptedNeighbours::Calls().isEmpty());
     }
 

@@ -69,7 +69,8 @@ sRUN RunTshark(Passes passes, const QString& capture, const QStringList& argumen
     tshark.setProcessEnvironment(environment);
     const QStringList times = passes == Passes::Two ? QStringList{"-2"} : QStringList();
     tshark.start(Program,
-        times + QStringList{"-n", "-X", "lua_script:" DISSECTOR, "-r", capture} + arguments);
+        times + QStringList{"-n", "-X", QString("lua_script:") + DISSECTOR, "-r", capture} +
+            arguments);
     const bool finished = tshark.waitForFinished(LongestRunMs) && tshark.exitCode() == 0;
     sRUN run{finished ? QString() : QString("tshark: ") + tshark.errorString(),
         tshark.readAllStandardOutput()};
