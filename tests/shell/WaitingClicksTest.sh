@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 # WaitingClicksTest TOOL SIMULATOR: a user who clicks on Connect twice, and on a page's title while the
 # attempt begins, in a display of the test's own.
+# shellcheck source-path=SCRIPTDIR
 set -eu
 
 tool=$1
@@ -23,11 +24,7 @@ await_line() {
     kill "$(cat "$folder/tail")" 2>/dev/null || true
 }
 
-mkfifo "$folder/display"
-Xvfb -displayfd 9 -screen 0 1000x700x24 9>"$folder/display" 2>/dev/null &
-pids+=($!)
-DISPLAY=:$(head --lines=1 "$folder/display")
-export DISPLAY
+. "$(dirname "$0")/../desktop/own-display.sh"
 
 setpriv --pdeathsig KILL "$simulator" --address 127.0.0.2 >"$folder/unit.log" &
 pids+=($!)
