@@ -3,7 +3,8 @@
 # WaitingClicksTest TOOL SIMULATOR: a user who clicks on Connect twice, and on a page's title while the
 # attempt begins, in a display of the test's own.
 # shellcheck source-path=SCRIPTDIR
-set -eu
+set -Eeu
+trap 'echo "Line $LINENO ended with $?: $BASH_COMMAND"' ERR
 
 tool=$1
 simulator=$2
