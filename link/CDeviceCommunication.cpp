@@ -26,7 +26,6 @@ enum ConnectState
 
 constexpr char CarriageReturn = '\r';
 constexpr unsigned ReplyDelayMs = 1000;
-constexpr int DrainMs = 10;
 constexpr int TextPasses = 2000;
 constexpr int AckPolls = 10000;
 
@@ -395,8 +394,8 @@ int CDeviceCommunication::SendRaw(char* buffer, uint length)
 
 void CDeviceCommunication::DrainInput()
 {
-    uchar scratch = 0;
-    while (Stream().ReceiveWithTimeout(&scratch, 1, DrainMs) > 0) {
+    uchar scratch{};
+    while (Stream().ReceiveWithTimeout(&scratch, 1, RavoSocketStream::PollMs) > 0) {
     }
 }
 

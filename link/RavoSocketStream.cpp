@@ -4,12 +4,6 @@
 
 #include "platform/Sleep.h"
 
-namespace {
-
-constexpr int PollMs = 10;
-
-} // namespace
-
 RavoSocketStream::RavoSocketStream(platform::SocketHandle handle)
     : handle(handle)
 {
@@ -30,9 +24,6 @@ int RavoSocketStream::Receive(char* buffer, int length)
 
 int RavoSocketStream::ReceiveWithTimeout(uchar* buffer, int length, int timeoutMs)
 {
-    if (length < 1) {
-        return 0;
-    }
     int count = 0;
     for (int elapsed = 0; elapsed < timeoutMs && count < length; elapsed += PollMs) {
         platform::Sleep(PollMs);

@@ -13,6 +13,9 @@
 class RavoSocketStream
 {
 public:
+    /// The time between two looks of ReceiveWithTimeout(). As its timeout it means one look.
+    static constexpr int PollMs = 10;
+
     explicit RavoSocketStream(platform::SocketHandle handle);
 
     /// Reads exactly `length` bytes. Gives that count, or 0 if `length` is below 1. Gives -1 when
@@ -20,7 +23,7 @@ public:
     /// the stream. Does not come back once the unit has closed the connection in an orderly way.
     int Receive(char* buffer, int length);
 
-    /// Looks for bytes every 10 ms, sleeping before each look. Gives the number of bytes read
+    /// Looks for bytes every PollMs, sleeping before each look. Gives the number of bytes read
     /// within `timeoutMs`, never negative. A failure counts as a look that found nothing.
     int ReceiveWithTimeout(uchar* buffer, int length, int timeoutMs);
 

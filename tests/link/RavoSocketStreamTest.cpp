@@ -49,7 +49,6 @@ private slots:
             QCOMPARE(text[0], '?');
             QCOMPARE(bytes[0], uchar('?'));
         }
-        QCOMPARE(stream.ReceiveWithTimeout(bytes, 1, 0), 0); // nor in no time
         QCOMPARE(stream.Receive(text, 1), 1);
         QCOMPARE(scripted::Events(), QStringList());
     }
@@ -60,10 +59,14 @@ private slots:
         QCOMPARE(stream.Receive(text, 1), -1); // only the failure behind the 1000 ends it
     }
 
-    void receiveWithTimeoutOfOnePassSleepsOnceAndReadsNothing()
+    void receiveWithTimeoutSleepsOnceForEach10MsThatHaveBegun()
     {
-        QCOMPARE(stream.ReceiveWithTimeout(bytes, 1, 10), 0);
-        QCOMPARE(scripted::Sleeps(), QList<int>{10});
+        const QMap<int, int> looksOfTimeout{{-1, 0}, {0, 0}, {1, 1}, {10, 1}, {11, 2}, {20, 2}};
+        for (auto timeout = looksOfTimeout.cbegin(); timeout != looksOfTimeout.cend(); ++timeout) {
+            scripted::ForgetEvents();
+            QCOMPARE(stream.ReceiveWithTimeout(bytes, 1, timeout.key()), 0);
+            QCOMPARE(scripted::Sleeps(), QVector<int>(timeout.value(), 10).toList());
+        }
     }
 
     void receiveWithTimeoutOfOnePassSleepsBeforeItReads()
