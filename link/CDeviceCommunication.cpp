@@ -17,11 +17,12 @@ namespace {
 constexpr ushort StreamSocket = 1;
 constexpr ushort DevicePort = 50000;
 
+// What connectState holds.
 enum ConnectState
 {
+    Connected,
     Idle = 2,
-    Connected = 0,
-    AttemptFailed = 3
+    AttemptFailed
 };
 
 constexpr char CarriageReturn = '\r';
@@ -61,10 +62,10 @@ QByteArray Bytes(const uchar* data, int length)
     return QByteArray(reinterpret_cast<const char*>(data), length);
 }
 
-// The text's UTF-8 bytes, cut to the number of its characters, or filled up to it with zeros.
-QByteArray OneBytePerCharacter(const QString& text)
+// The text's UTF-8 bytes in front of a zero, filled up with zeros to the number of its characters.
+QByteArray BytesOfText(const QString& text)
 {
-    return QByteArray(text.toUtf8().constData()).leftJustified(text.length(), '\0', true);
+    return QByteArray(text.toUtf8().constData()).leftJustified(text.length(), '\0');
 }
 
 QByteArray OctetsOfMac(const QString& mac)
@@ -97,9 +98,8 @@ QByteArray OctetsOfAddress(const QString& text)
 {
     QHostAddress address;
     address.setAddress(text);
-    QByteArray octets(4, '\0');
-    qToBigEndian<quint32>(address.toIPv4Address(), octets.data());
-    return octets;
+    const auto octets = qToBigEndian<quint32>(address.toIPv4Address());
+    return QByteArray(reinterpret_cast<const char*>(&octets), sizeof octets);
 }
 
 void PutIdentity(QByteArray& block, const QString& identity)
@@ -129,10 +129,7 @@ CDeviceCommunication::~CDeviceCommunication()
 
 bool CDeviceCommunication::StartConnection(QByteArray host)
 {
-    connected = false;
-    EndAttempt();
-    CloseSocket();
-    connected = false;
+    Disconnect();
     socket.reset(new RavoSocket(StreamSocket));
     connectState = Idle;
     this->host = host;
@@ -361,17 +358,16 @@ bool CDeviceCommunication::SendTextCommand(QString mnemonic, QString text)
     if (total > MaxTextFrame) {
         return false;
     }
-    const QByteArray frame =
-        OneBytePerCharacter(mnemonic) + CarriageReturn + OneBytePerCharacter(text);
-    return SendAcknowledgedFrame(frame.left(total));
+    const QByteArray frame = BytesOfText(mnemonic) + CarriageReturn + BytesOfText(text);
+    return SendAcknowledgedFrame(frame.left(total)); // a text travels in a byte per character
 }
 
 // Collects only what came, where ReadIdentity() also fills the gaps. They differ on purpose.
 QString CDeviceCommunication::QueryText(QString command)
 {
-    SendFrame(OneBytePerCharacter(command) + CarriageReturn);
+    SendFrame(BytesOfText(command) + CarriageReturn);
     QString text;
-    char character = 0;
+    char character{};
     for (int pass = 0; pass < TextPasses && character != CarriageReturn; ++pass) {
         if (Stream().Receive(&character, 1) != -1) {
             text.append(QLatin1Char(character));

@@ -399,6 +399,13 @@ private slots:
 
     void anotherChannelThanTheMotorsAndAMacAddressOf9CharactersAreNotSent()
     {
+    void aTextTravelsUpToItsFirstZeroAndAsZerosBehindIt()
+    {
+        AnswerWith("1\r");
+        QVERIFY(device->SendOptions(QString("a%1b").arg(QChar(0))));
+        QCOMPARE(scripted::Actions(), QStringList{"send 4346390D610000"});
+    }
+
         QVERIFY(!device->SendMotorConfiguration(2, {1}));
         QVERIFY(!device->SendMotorConfiguration(-1, {1}));
         QVERIFY(!device->SendMacAddress("02:4C:7E:"));
@@ -433,10 +440,14 @@ private slots:
 
     void aMissingParameterTravelsAs0AndThoseFrom10OnDoNot()
     {
-        QMap<int, ushort> motor0{{0, 1}, {9, 2}, {10, 0xAAAA}, {11, 0xBBBB}, {-1, 0xCCCC}};
-        const QString frame = LongConfiguration({}, {}, {}, {}, motor0, {});
-        QCOMPARE(frame, "4346320D0001" + QString("0000").repeated(8) + QString("0002") +
-                            QString("00").repeated(107));
+        const QMap<int, ushort> motor{{0, 1}, {9, 2}, {10, 0xAAAA}, {11, 0xBBBB}, {-1, 0xCCCC}};
+        const QString words = "0001" + QString("0000").repeated(8) + "0002";
+        for (const bool both : {false, true}) {
+            const QString frame =
+                LongConfiguration({}, {}, {}, {}, motor, both ? motor : QMap<int, ushort>());
+            QCOMPARE(frame, "4346320D" + words + (both ? words : QString("0000").repeated(10)) +
+                                QString("00").repeated(87));
+        }
     }
 
     void anAddressThatDoesNotParseTravelsAs0()
