@@ -7,7 +7,9 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <atomic>
 #include <functional>
+#include <thread>
 
 namespace {
 
@@ -217,6 +219,25 @@ private slots:
         QVERIFY(!device->SendMotorConfiguration(0, {1}));
     }
 
+    void theFlagRisesBeforeTheSocketStopsBlockingAndACommandWaitsForThat()
+    {
+        std::atomic<bool> flagBefore{false};
+        scripted::WhenConnected([&] {
+            flagBefore = device->IsConnected();
+            for (int turn = 0; turn < 10000; ++turn) {
+                std::this_thread::yield(); // so that a command that does not wait comes first
+            }
+        });
+        device->StartConnection("127.0.0.1");
+        while (!device->IsConnected()) {
+            std::this_thread::yield();
+        }
+        QVERIFY(device->SendMotorConfiguration(0, {}));
+        QVERIFY(flagBefore);
+        QCOMPARE(scripted::Actions().mid(5),
+            (QStringList{"connect 50000", "nonblocking", "send 4843460D"}));
+    }
+
     void everyFrameIsOneSendBehindADrain()
     {
         for (const Command& command : Commands()) {
@@ -378,6 +399,13 @@ private slots:
         QCOMPARE(scripted::Actions(), QStringList{"send 4346390DC3A4"});
     }
 
+    void aTextTravelsUpToItsFirstZeroAndAsZerosBehindIt()
+    {
+        AnswerWith("1\r");
+        QVERIFY(device->SendOptions(QString("a%1b").arg(QChar(0))));
+        QCOMPARE(scripted::Actions(), QStringList{"send 4346390D610000"});
+    }
+
     void theEepromWriteTakes1200BytesAndNoMore()
     {
         AnswerWith("1\r");
@@ -399,13 +427,6 @@ private slots:
 
     void anotherChannelThanTheMotorsAndAMacAddressOf9CharactersAreNotSent()
     {
-    void aTextTravelsUpToItsFirstZeroAndAsZerosBehindIt()
-    {
-        AnswerWith("1\r");
-        QVERIFY(device->SendOptions(QString("a%1b").arg(QChar(0))));
-        QCOMPARE(scripted::Actions(), QStringList{"send 4346390D610000"});
-    }
-
         QVERIFY(!device->SendMotorConfiguration(2, {1}));
         QVERIFY(!device->SendMotorConfiguration(-1, {1}));
         QVERIFY(!device->SendMacAddress("02:4C:7E:"));

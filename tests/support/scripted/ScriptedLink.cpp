@@ -26,6 +26,7 @@ struct Script
     // Shared with the call that is under way: what an action keeps is its own.
     std::shared_ptr<std::function<void(const QByteArray&)>> whenSent;
     std::shared_ptr<std::function<void(int)>> whenSlept;
+    std::shared_ptr<std::function<void()>> whenConnected;
     bool closed = false;
     int endsOfStream = 0;
     int sendsLeft = std::numeric_limits<int>::max();
@@ -167,6 +168,11 @@ void SetConnectResult(ConnectResult result)
     Set(&Script::connectResult, result);
 }
 
+void WhenConnected(const std::function<void()>& action)
+{
+    Set(&Script::whenConnected, std::make_shared<std::function<void()>>(action));
+}
+
 void FailStart()
 {
     Set(&Script::failStart, true);
@@ -258,6 +264,10 @@ int ConnectSocket(SocketHandle, std::uint32_t, std::uint16_t port)
 
 int MakeSocketNonBlocking(SocketHandle)
 {
+    const auto action = Get(&Script::whenConnected);
+    if (action && *action) {
+        (*action)();
+    }
     Note("nonblocking");
     return 0;
 }

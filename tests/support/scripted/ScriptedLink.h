@@ -55,6 +55,8 @@ void FailSendsFrom(int call);
 void TakeAtMost(int bytes);
 
 void SetConnectResult(ConnectResult result);
+/// Called in the connecting thread when the connection stands, before the socket stops blocking.
+void WhenConnected(const std::function<void()>& action);
 void FailStart();
 void FailOpen();
 void FailOptions();
