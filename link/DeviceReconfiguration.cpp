@@ -7,10 +7,9 @@
 #include "model/CDeviceDatabase.h"
 #include "platform/Sleep.h"
 
+#include <QByteArray>
 #include <QMap>
 #include <QStringList>
-
-#include <algorithm>
 
 namespace {
 
@@ -41,13 +40,15 @@ void ParseIdentity(const QString& answer, DeviceInfo& info)
     info.firmwareVersion = fields.at(3);
 }
 
-void PutOctets(const QString& address, uchar* octets)
+// Zero for a part that is missing; surplus parts are left out.
+QByteArray OctetsOf(const QString& address)
 {
+    QByteArray octets;
     const QStringList parts = address.split(QLatin1Char('.'));
-    const int count = std::min(parts.size(), AddressOctets);
-    for (int i = 0; i < count; ++i) {
-        octets[i] = static_cast<uchar>(parts.at(i).toUInt(nullptr, 10));
+    for (const QString& part : parts) {
+        octets.append(static_cast<char>(part.toUInt(nullptr, 10)));
     }
+    return octets.leftJustified(AddressOctets, '\0', true);
 }
 
 } // namespace
@@ -108,10 +109,9 @@ bool ChangeIpConfiguration(QString ip, QString mask, QString&, bool* changed)
     if (ip == database->GetIpAddress() && mask == database->GetSubnetMask()) {
         return true;
     }
-    uchar addressAndMask[2 * AddressOctets] = {};
-    PutOctets(ip, addressAndMask);
-    PutOctets(mask, addressAndMask + AddressOctets);
-    const bool sent = TheDeviceCommunication()->SendIpConfiguration(addressAndMask);
+    const QByteArray addressAndMask = OctetsOf(ip) + OctetsOf(mask);
+    const bool sent = TheDeviceCommunication()->SendIpConfiguration(
+        reinterpret_cast<const uchar*>(addressAndMask.constData()));
     if (sent) {
         *changed = true;
     }

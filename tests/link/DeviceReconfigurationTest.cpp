@@ -158,12 +158,13 @@ private slots:
 
     void anotherAddressOrMaskTravelsWithBoth()
     {
-        // Leading zeros are decimal; surplus parts are left out.
+        // Leading zeros are decimal; surplus parts are left out, missing ones are 0.
         const QStringList changes[] = {
             {"192.168.0.129", "255.0.0.0", "send 4346310DC0A80081FF000000"},
             {"127.0.0.1", "255.255.255.0", "send 4346310D7F000001FFFFFF00"},
             {"010.020.030.040", "255.0.0.0", "send 4346310D0A141E28FF000000"},
             {"1.2.3.4.5.6.7.8.9", "255.0.0.0.7", "send 4346310D01020304FF000000"},
+            {"1.2.3", "255.240", "send 4346310D01020300FFF00000"},
         };
         for (const QStringList& change : changes) {
             scripted::ForgetEvents();
