@@ -25,8 +25,8 @@ QProgressDialog* AttemptDialog()
     return nullptr;
 }
 
-// The texts that the connection's status line shows, one for each notification of its column, and
-// the labels of the dialog meanwhile.
+// The texts that the connection's status line shows, one for each notification of its column, the
+// labels of the dialog meanwhile, and whether it was on the screen.
 class StatusTexts : public QObject
 {
 public:
@@ -36,13 +36,16 @@ public:
             [this](const QModelIndex& cell) {
                 if (cell.column() == 2) {
                     texts.append(cell.data().toString());
-                    labels.append(AttemptDialog() != nullptr ? AttemptDialog()->labelText() : "");
+                    const QProgressDialog* const dialog = AttemptDialog();
+                    labels.append(dialog != nullptr ? dialog->labelText() : "");
+                    shown.append(dialog != nullptr && dialog->isVisible());
                 }
             });
     }
 
     QStringList texts;
     QStringList labels;
+    QList<bool> shown;
 };
 
 QString ApplicationStatus()
@@ -93,16 +96,36 @@ private slots:
     {
         LetAttemptSucceed();
         const StatusTexts status;
+        const Notified notified;
         QVERIFY(ConnectToDevice(3, "127.0.0.77")); // the database's address decides
         QVERIFY(scripted::Events().contains("resolve 127.0.0.1"));
         QCOMPARE(TheDeviceDatabase()->GetIpAddress(), "127.0.0.1");
         QVERIFY(TheDeviceCommunication()->IsConnected());
         QCOMPARE(status.texts, (QStringList{"Connecting to 127.0.0.1 ...",
                                    "Reconnecting to 127.0.0.1", "Connected to 127.0.0.1"}));
+        QCOMPARE(status.shown, (QList<bool>{false, true, false}));
+        QCOMPARE(notified.columns, (QVector<int>{3, 0, 2, 0, 2, 0, 2})); // the address anew, first
         QCOMPARE(ApplicationStatus(), QString());
         QCOMPARE(scripted::Sleeps(), QList<int>{100});
         QCOMPARE(Attempts(), 1);
         QVERIFY(AttemptDialog() == nullptr); // none is left behind
+    }
+
+    void whatWaitsIsDoneBehindTheFirstTextAndBeforeTheDialog()
+    {
+        LetAttemptSucceed();
+        QString textThen;
+        bool dialogThen = true;
+        QMetaObject::invokeMethod(
+            qApp,
+            [&] {
+                textThen = ConnectionStatus();
+                dialogThen = AttemptDialog() != nullptr;
+            },
+            Qt::QueuedConnection);
+        QVERIFY(ConnectToDevice(3, QString()));
+        QCOMPARE(textThen, "Connecting to 127.0.0.1 ...");
+        QVERIFY(!dialogThen);
     }
 
     void aSilentAddressIsTriedFourTimesFor200PollsOf100Ms()
