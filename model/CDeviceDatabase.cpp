@@ -120,9 +120,7 @@ QVariant CDeviceDatabase::MotorParameterOfColumn(int column) const
     const int motor = column < FirstPolarColumn ? Motor::Azimuth : Motor::Polar;
     const int parameter = column - ColumnOfMotorParameter(motor, 0);
 
-    bool found = false;
-    const ushort stored = GetMotorParameter(motor, parameter, &found);
-    const int value = found ? stored : 0;
+    const int value = HasMotorParameter(parameter) ? GetMotorParameter(motor, parameter) : 0;
     if (parameter == Parameter::RotorType) {
         return RotorTypeNames.value(value);
     }
@@ -166,9 +164,14 @@ QString CDeviceDatabase::ConnectionStatusText() const
 }
 
 // The azimuth motor's store decides for both motors whether a parameter exists.
+bool CDeviceDatabase::HasMotorParameter(int parameter) const
+{
+    return motorParameters[Motor::Azimuth].contains(parameter);
+}
+
 ushort CDeviceDatabase::GetMotorParameter(int motor, int parameter, bool* found) const
 {
-    const bool exists = motorParameters[Motor::Azimuth].contains(parameter);
+    const bool exists = HasMotorParameter(parameter);
     if (found != nullptr) {
         *found = exists;
     }

@@ -65,6 +65,7 @@ public:
     {
         DeviceSet = 0,
         BoardSet = 1,
+        SetCount, ///< no set
     };
 
     /// The first version of the newer generation of units.
@@ -152,25 +153,27 @@ public:
 private:
     static bool NormalizeIpAddress(const QString& text, QString& out);
 
+    bool HasMotorParameter(int parameter) const;
     QVariant MotorParameterOfColumn(int column) const;
     bool StoreIpAddress(Column column, const QString& text);
     void StoreText(Column column, const QString& text);
     void StoreTextOfSet(int set, Column columnOfSet0, Column columnOfSet1, const QString& text);
     void NotifyColumnChanged(int column);
 
-    qint32 connectionStatus = ConnectionNotConnected;
-    bool unsupported = false;
+    // ResetData() gives them their first values.
+    qint32 connectionStatus{};
+    bool unsupported{};
     QString applicationStatus;
     QString ipAddress;
     QString macAddress;
     QString subnetMask;
-    QString partNumber[2];
-    QString productIndex[2];
+    QString partNumber[SetCount];
+    QString productIndex[SetCount];
     QString variant;
-    QString serialNumber[2];
-    QString productionDate[2];
-    QString testInstructionIndex[2];
-    QString boardName[2];
+    QString serialNumber[SetCount];
+    QString productionDate[SetCount];
+    QString testInstructionIndex[SetCount];
+    QString boardName[SetCount];
     QString firmwareVersion;
     QMap<int, ushort> motorParameters[2];
     QString motorValidationError[2];
