@@ -3,8 +3,10 @@
 #include "platform/Sockets.h"
 
 #include "platform/SocketHandles.h"
+#include "platform/linux/FreeBy.h"
 
 #include <cerrno>
+#include <memory>
 
 #include <netdb.h>
 #include <netinet/in.h>
@@ -16,6 +18,8 @@
 
 namespace platform {
 namespace {
+
+using FoundAddresses = std::unique_ptr<addrinfo, FreeBy<freeaddrinfo>>;
 
 int NameOf(SocketOption option)
 {
@@ -32,14 +36,14 @@ int DescriptorOf(SocketHandle socket)
 // A connect goes on by itself after a signal has interrupted it. Polling shows its end.
 int AwaitInterruptedConnect(int descriptor)
 {
-    pollfd waiting{descriptor, POLLOUT, 0};
+    pollfd waiting{};
+    waiting.fd = descriptor;
+    waiting.events = POLLOUT;
     while (poll(&waiting, 1, -1) == -1 && errno == EINTR) {
     }
-    int error = 0;
+    int error = EBADF; // it stays when the socket is gone
     socklen_t size = sizeof error;
-    if (getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) == -1) {
-        return -1;
-    }
+    getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size);
     errno = error;
     return error == 0 ? 0 : -1;
 }
@@ -78,7 +82,7 @@ SocketHandle OpenSocket(std::uint16_t type)
 
 int EnableSocketOption(SocketHandle socket, SocketOption option)
 {
-    const int on = 1;
+    const int on = true; // one byte would not do
     return setsockopt(DescriptorOf(socket), SOL_SOCKET, NameOf(option), &on, sizeof on);
 }
 
@@ -87,12 +91,12 @@ bool ResolveHost(const char* host, std::uint32_t& address)
     addrinfo wanted{};
     wanted.ai_family = AF_INET;
     wanted.ai_socktype = SOCK_STREAM;
-    addrinfo* found = nullptr;
-    if (getaddrinfo(host, nullptr, &wanted, &found) != 0) {
+    addrinfo* first = nullptr;
+    if (getaddrinfo(host, nullptr, &wanted, &first) != 0) {
         return false;
     }
+    const FoundAddresses found(first);
     address = reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr.s_addr;
-    freeaddrinfo(found);
     return true;
 }
 
@@ -109,7 +113,7 @@ int ConnectSocket(SocketHandle socket, std::uint32_t address, std::uint16_t port
 
 int MakeSocketNonBlocking(SocketHandle socket)
 {
-    int on = 1;
+    int on = true;
     return ioctl(DescriptorOf(socket), FIONBIO, &on);
 }
 
