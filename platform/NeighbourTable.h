@@ -20,8 +20,9 @@ struct NeighbourRow
     std::uint32_t type;
 };
 
-/// All neighbours, in ascending order of the address. What the system keeps for loopback, multicast
-/// and broadcast is left out. Empty when the system cannot read its table.
+/// All neighbours, in ascending order of the address; those of one address in the system's own
+/// order. What the system keeps for loopback, multicast and broadcast is left out. Empty when the
+/// system cannot read its table.
 std::vector<NeighbourRow> ReadNeighbourTable();
 
 /// Deletes one row of the table, which needs a privilege. 0, or the error number of the system.

@@ -3,10 +3,10 @@
 #include "platform/NeighbourTable.h"
 
 #include "platform/Sleep.h"
+#include "platform/linux/FreeBy.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <cstring>
 #include <memory>
 
@@ -27,22 +27,11 @@ namespace platform {
 namespace {
 
 constexpr std::uint16_t DiscardPort = 9;
-constexpr int NetlinkBufferBytes = 256 * 1024; // a whole table of a few hundred rows in few reads
 // An answer comes within milliseconds or not at all, and dozens of threads may wait at once.
 constexpr unsigned FirstPauseMs = 10;
 constexpr unsigned LongestPauseMs = 160;
-// The kernel gives up by itself, after three seconds as it is delivered.
-constexpr std::chrono::seconds LongestResolution{20};
-
-template<auto Free>
-struct FreeBy
-{
-    template<typename T>
-    void operator()(T* object) const
-    {
-        Free(object);
-    }
-};
+// Twenty seconds. The kernel gives up by itself, after three seconds as it is delivered.
+constexpr int MostPauses = 128;
 
 using NetlinkSocket = std::unique_ptr<nl_sock, FreeBy<nl_socket_free>>;
 using Message = std::unique_ptr<nl_msg, FreeBy<nlmsg_free>>;
@@ -56,26 +45,25 @@ NetlinkSocket ConnectToKernel()
         return nullptr;
     }
     nl_socket_disable_auto_ack(kernel.get());
-    nl_socket_set_msg_buf_size(kernel.get(), NetlinkBufferBytes);
     return kernel;
 }
 
 int KeepRow(nl_msg* message, void* rows)
 {
     nlmsghdr* header = nlmsg_hdr(message);
-    nlattr* attributes[NDA_MAX + 1] = {};
-    if (nlmsg_parse(header, sizeof(ndmsg), attributes, NDA_MAX, nullptr) < 0 ||
-        attributes[NDA_DST] == nullptr) {
+    const nlattr* address = nlmsg_find_attr(header, sizeof(ndmsg), NDA_DST);
+    const nlattr* physicalAddress = nlmsg_find_attr(header, sizeof(ndmsg), NDA_LLADDR);
+    if (address == nullptr) {
         return NL_SKIP;
     }
     const auto* head = static_cast<const ndmsg*>(nlmsg_data(header));
     NeighbourRow row{};
     row.interfaceIndex = static_cast<std::uint32_t>(head->ndm_ifindex);
     row.type = head->ndm_state;
-    row.ipAddress = nla_get_u32(attributes[NDA_DST]);
-    if (attributes[NDA_LLADDR] != nullptr) {
+    row.ipAddress = nla_get_u32(address);
+    if (physicalAddress != nullptr) {
         row.physicalAddressLength = static_cast<std::uint32_t>(
-            nla_memcpy(row.physicalAddress, attributes[NDA_LLADDR], sizeof row.physicalAddress));
+            nla_memcpy(row.physicalAddress, physicalAddress, sizeof row.physicalAddress));
     }
     static_cast<std::vector<NeighbourRow>*>(rows)->push_back(row);
     return NL_OK;
@@ -102,15 +90,24 @@ unsigned Ask(nl_sock* kernel, nl_msg* request, std::vector<NeighbourRow>* rows)
     return result < 0 && result != -NLE_DUMP_INTR && error == 0 ? EIO : error;
 }
 
-unsigned AskForNeighbour(nl_sock* kernel, int type, int flags, std::uint32_t address,
-    int interfaceIndex, std::vector<NeighbourRow>* rows)
+// About the neighbours of a row's interface. Null when there is no memory.
+Message NeighbourRequest(int type, int flags, const NeighbourRow& row)
 {
-    const Message request(nlmsg_alloc_simple(type, flags));
+    Message request(nlmsg_alloc_simple(type, flags));
     ndmsg head{};
     head.ndm_family = AF_INET;
-    head.ndm_ifindex = interfaceIndex;
-    if (request == nullptr || nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0 ||
-        nla_put_u32(request.get(), NDA_DST, address) < 0) {
+    head.ndm_ifindex = static_cast<int>(row.interfaceIndex);
+    if (request == nullptr || nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0) {
+        return nullptr;
+    }
+    return request;
+}
+
+unsigned AskForNeighbour(
+    nl_sock* kernel, int type, int flags, const NeighbourRow& row, std::vector<NeighbourRow>* rows)
+{
+    const Message request = NeighbourRequest(type, flags, row);
+    if (request == nullptr || nla_put_u32(request.get(), NDA_DST, row.ipAddress) < 0) {
         return ENOMEM;
     }
     return Ask(kernel, request.get(), rows);
@@ -180,9 +177,8 @@ Resolution StateOf(const NeighbourRow& row)
 Resolution LookAt(nl_sock* kernel, NeighbourRow& row)
 {
     std::vector<NeighbourRow> rows;
-    const unsigned error = AskForNeighbour(
-        kernel, RTM_GETNEIGH, 0, row.ipAddress, static_cast<int>(row.interfaceIndex), &rows);
-    if (error != 0 || rows.empty()) {
+    AskForNeighbour(kernel, RTM_GETNEIGH, NLM_F_REQUEST, row, &rows);
+    if (rows.empty()) { // behind an error, too
         return Resolution::GivenUp;
     }
     row = rows.front();
@@ -191,11 +187,9 @@ Resolution LookAt(nl_sock* kernel, NeighbourRow& row)
 
 bool AwaitAnswer(nl_sock* kernel, NeighbourRow& row)
 {
-    const auto start = std::chrono::steady_clock::now();
     unsigned pause = FirstPauseMs;
     Resolution resolution = LookAt(kernel, row);
-    while (resolution == Resolution::Waiting &&
-           std::chrono::steady_clock::now() - start < LongestResolution) {
+    for (int pauses = 0; resolution == Resolution::Waiting && pauses < MostPauses; ++pauses) {
         Sleep(pause);
         pause = std::min(2 * pause, LongestPauseMs);
         resolution = LookAt(kernel, row);
@@ -206,11 +200,8 @@ bool AwaitAnswer(nl_sock* kernel, NeighbourRow& row)
 unsigned AskForAllNeighbours(std::vector<NeighbourRow>* rows)
 {
     const NetlinkSocket kernel = ConnectToKernel();
-    const Message request(nlmsg_alloc_simple(RTM_GETNEIGH, NLM_F_DUMP));
-    ndmsg head{};
-    head.ndm_family = AF_INET;
-    if (kernel == nullptr || request == nullptr ||
-        nlmsg_append(request.get(), &head, sizeof head, NLMSG_ALIGNTO) < 0) {
+    const Message request = NeighbourRequest(RTM_GETNEIGH, NLM_F_DUMP, NeighbourRow{});
+    if (kernel == nullptr || request == nullptr) {
         return EIO;
     }
     return Ask(kernel.get(), request.get(), rows);
@@ -244,8 +235,7 @@ unsigned DeleteNeighbour(const NeighbourRow& row)
 {
     const NetlinkSocket kernel = ConnectToKernel();
     return kernel == nullptr ? EIO
-                             : AskForNeighbour(kernel.get(), RTM_DELNEIGH, NLM_F_ACK, row.ipAddress,
-                                   static_cast<int>(row.interfaceIndex), nullptr);
+                             : AskForNeighbour(kernel.get(), RTM_DELNEIGH, NLM_F_ACK, row, nullptr);
 }
 
 unsigned ResolveNeighbour(std::uint32_t destination, std::uint32_t source,

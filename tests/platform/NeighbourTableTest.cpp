@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/NeighbourTable.h"
-#include "tests/platform/linux/NoDescriptors.h"
+#include "tests/platform/Resolve.h"
+#include "tests/platform/linux/ArrivingPackets.h"
+#include "tests/platform/linux/DescriptorLimit.h"
 #include "tests/support/NetworkTest.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/platform/ProcessResources.h"
 
 #include <QElapsedTimer>
 #include <QUdpSocket>
@@ -29,9 +32,9 @@ QString IpText(quint32 address)
     return QString::fromLatin1(text.data());
 }
 
-quint32 Address(const QString& text)
+QByteArray MacIn(const platform::NeighbourRow& row)
 {
-    return platform::ParseIpv4Address(text.toLatin1().constData());
+    return QByteArray(reinterpret_cast<const char*>(row.physicalAddress), 6).toHex(':');
 }
 
 QStringList AddressesInTable()
@@ -47,26 +50,10 @@ QByteArray MacInTable(const QString& ip)
 {
     for (const platform::NeighbourRow& row : platform::ReadNeighbourTable()) {
         if (row.ipAddress == Address(ip)) {
-            return QByteArray(reinterpret_cast<const char*>(row.physicalAddress), 6).toHex(':');
+            return MacIn(row);
         }
     }
     return "no row";
-}
-
-struct Answer
-{
-    unsigned error;
-    quint32 length;
-    QByteArray bytes;
-};
-
-Answer Resolve(const QString& ip, quint32 length = 6, quint32 source = 0)
-{
-    std::array<quint8, 8> address{};
-    address.fill(0xFF);
-    const unsigned error = platform::ResolveNeighbour(Address(ip), source, address.data(), &length);
-    return {error, length,
-        QByteArray(reinterpret_cast<const char*>(address.data()), int(address.size())).toHex(':')};
 }
 
 } // namespace
@@ -106,8 +93,32 @@ private slots:
     {
         AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
         QCOMPARE(AddressesInTable(), QStringList{"192.168.77.9"});
-        const NoDescriptors limit;
+        const DescriptorLimit limit(0);
         QCOMPARE(AddressesInTable(), QStringList());
+    }
+
+    void whereNothingMoreCanBeOpenedTheErrorTellsHowFarItCame()
+    {
+        AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
+        const std::vector<platform::NeighbourRow> rows = platform::ReadNeighbourTable();
+        {
+            const DescriptorLimit limit(0);
+            QCOMPARE(Resolve("192.168.77.9").error, unsigned(EIO));
+            QCOMPARE(platform::DeleteNeighbour(rows[0]), unsigned(EIO));
+        }
+        const DescriptorLimit limit(1); // the table can be asked, and no datagram sent
+        QCOMPARE(Resolve("192.168.77.9").error, unsigned(EMFILE));
+        QCOMPARE(AddressesInTable(), QStringList{"192.168.77.9"});
+    }
+
+    void nothingStaysOpen()
+    {
+        AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
+        const int handles = OpenHandles();
+        QCOMPARE(Resolve("192.168.77.9").error, 0U);
+        QVERIFY(Resolve("172.16.0.1").error != 0);
+        QCOMPARE(platform::DeleteNeighbour(platform::ReadNeighbourTable().front()), 0U);
+        QCOMPARE(OpenHandles(), handles);
     }
 
     void rowsComeInAscendingOrderOfTheirOctets()
@@ -120,6 +131,19 @@ private slots:
         QCOMPARE(AddressesInTable(), (QStringList{"10.3.0.2", "10.20.0.1", "192.168.77.9",
                                          "192.168.77.100", "192.168.77.200"}));
         QCOMPARE(MacInTable("192.168.77.100"), "02:4c:7e:00:01:00");
+    }
+
+    void rowsOfOneAddressStayInTheSystemsOrder()
+    {
+        AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
+        MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:01:09 dev to0");
+        QList<QByteArray> macs;
+        for (const platform::NeighbourRow& row : platform::ReadNeighbourTable()) {
+            macs << MacIn(row);
+        }
+        const QByteArray table = OwnNetwork::IpOutput("neigh show 192.168.77.9").toLatin1();
+        QCOMPARE(macs.size(), 2);
+        QVERIFY2(table.indexOf(macs[0]) < table.indexOf(macs[1]), table.constData());
     }
 
     void aWholeNetworkOfRowsIsRead()
@@ -211,6 +235,19 @@ private slots:
     {
         QCOMPARE(Resolve(FirstHost, 6, Address("192.168.77.1")).error, 0U);
         QCOMPARE(Resolve(FirstHost, 6, Address("192.168.77.2")).error, unsigned(EADDRNOTAVAIL));
+        QCOMPARE(Resolve(FirstHost, 6, Address("127.0.0.1")).error, unsigned(EINVAL)); // never out
+    }
+
+    void whatIsSentIsOneZeroByteToTheDiscardPort()
+    {
+        AddNeighbour("192.168.77.9", "02:4c:7e:00:00:09");
+        ArrivingPackets packets("nobody"); // the other end of the silent interface
+        QCOMPARE(Resolve("192.168.77.9").error, 0U);
+        const QByteArray packet = packets.Next();
+        QCOMPARE(packet.mid(9, 1).toHex(), "11"); // UDP
+        QCOMPARE(packet.mid(16, 4).toHex(), "c0a84d09");
+        QCOMPARE(packet.mid(22, 2).toHex(), "0009"); // the port
+        QCOMPARE(packet.mid(28).toHex(), "00");
     }
 
     void anEntryThatIsKnownIsAnAnswer()
