@@ -5,6 +5,7 @@
 /// What the headers of platform/ promise, in calls of results::Expect, one function for a header.
 namespace contract {
 
+void CheckSocketHandles();
 void CheckSockets();
 void CheckSleep();
 void CheckThreads();

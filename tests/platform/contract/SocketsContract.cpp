@@ -255,6 +255,8 @@ bool FailsEverywhere(SocketHandle handle)
 
 void CheckHandles()
 {
+    Expect("the handle of no socket has every bit set",
+        platform::InvalidSocket == 0xFFFFFFFFFFFFFFFFULL);
     Expect("the handle of no socket fails everywhere", FailsEverywhere(platform::InvalidSocket));
     for (const SocketHandle madeUp :
         {0ULL, 1ULL, 0x0012345600000001ULL, 0x0012345600000004ULL, 0x00000001FFFFFFF0ULL}) {

@@ -50,6 +50,7 @@ void CheckOneThread()
 {
     static Work work; // the thread may still be returning from its last call
     const platform::SystemHandle thread = platform::StartThread(DoWork, &work);
+    Expect("the handle of no thread and no mutex is -1", platform::InvalidHandle == -1);
     Expect("a thread can be started", thread != platform::InvalidHandle);
     AwaitCount(work.begun, 1);
     Expect("a thread gets its parameter and runs beside the caller", work.ended == 0);

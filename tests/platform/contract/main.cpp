@@ -24,6 +24,7 @@ int main(int argc, char* argv[])
         std::fputs(Usage, stderr);
         return UsageError;
     }
+    contract::CheckSocketHandles();
     contract::CheckSockets();
     contract::CheckSleep();
     contract::CheckThreads();
