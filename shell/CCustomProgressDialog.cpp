@@ -11,8 +11,7 @@ namespace {
 
 bool IsMainWindow(const QWidget& window)
 {
-    const bool isOfTheUser = window.windowType() == Qt::Window || window.windowType() == Qt::Dialog;
-    return isOfTheUser && window.parentWidget() == nullptr &&
+    return window.windowType() == Qt::Dialog && window.parentWidget() == nullptr &&
            qobject_cast<const QProgressDialog*>(&window) == nullptr;
 }
 
@@ -53,10 +52,11 @@ bool IsEscape(const QEvent& event)
     }
 }
 
-bool HasCloseButton(const QWidget& window)
+// A window manager may close a window whose close button is hidden.
+bool IsCloseInVain(const QWidget& window, const QEvent& event)
 {
-    const Qt::WindowFlags flags = window.windowFlags();
-    return !flags.testFlag(Qt::CustomizeWindowHint) || flags.testFlag(Qt::WindowCloseButtonHint);
+    return event.type() == QEvent::Close && event.spontaneous() &&
+           !window.windowFlags().testFlag(Qt::WindowCloseButtonHint);
 }
 
 } // namespace
@@ -87,12 +87,9 @@ void CCustomProgressDialog::SetCloseButtonHidden(bool hide)
 
 bool CCustomProgressDialog::event(QEvent* event)
 {
-    if (IsEscape(*event)) {
-        event->accept();
-        return true;
-    }
-    if (event->type() == QEvent::Close && event->spontaneous() && !HasCloseButton(*this)) {
-        event->ignore();
+    const bool isEscape = IsEscape(*event);
+    if (isEscape || IsCloseInVain(*this, *event)) {
+        event->setAccepted(isEscape);
         return true;
     }
     return QWidget::event(event);

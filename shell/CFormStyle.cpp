@@ -75,14 +75,14 @@ CFormStyle::CFormStyle()
 void CFormStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
     const QWidget* widget) const
 {
-    const auto* const bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
-    if (bar != nullptr && element == CE_ProgressBar) {
+    if (element == CE_ProgressBar) {
         for (const ControlElement part :
             {CE_ProgressBarGroove, CE_ProgressBarContents, CE_ProgressBarLabel}) {
             drawControl(part, option, painter, widget);
         }
         return;
     }
+    const auto* const bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
     if (bar != nullptr && DrawBarPart(element, *bar, *painter)) {
         return;
     }
@@ -128,7 +128,7 @@ QSize CFormStyle::sizeFromContents(
     const auto* const tab = qstyleoption_cast<const QStyleOptionTab*>(option);
     if (tab != nullptr && widget != nullptr && IsOfAForm(*widget)) {
         const int measured = tab->fontMetrics.size(Qt::TextShowMnemonic, tab->text).width();
-        result.rwidth() += tab->fontMetrics.size(0, tab->text).width() - measured;
+        result.rwidth() += tab->fontMetrics.size(Qt::TextSingleLine, tab->text).width() - measured;
     }
     return result;
 }

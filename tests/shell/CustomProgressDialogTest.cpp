@@ -4,15 +4,16 @@
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 
-#include <QLabel>
-#include <QMessageBox>
+#include <QKeyEvent>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QToolTip>
 #include <QWindow>
 #include <QtTest>
 
+#include <algorithm>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -27,6 +28,35 @@ int PercentFilled(const CCustomProgressDialog& dialog)
         filled += image.pixelColor(x, image.height() - 3) == done ? 1 : 0;
     }
     return qRound(100.0 * filled / image.width());
+}
+
+QImage PictureOf(QProgressBar& bar, int value)
+{
+    bar.setValue(value);
+    return bar.grab().toImage();
+}
+
+bool HasCorners(const QImage& image, const QRect& rectangle, const QColor& color)
+{
+    const QPoint corners[] = {
+        rectangle.topLeft(), rectangle.topRight(), rectangle.bottomLeft(), rectangle.bottomRight()};
+    return std::all_of(std::begin(corners), std::end(corners),
+        [&](const QPoint& corner) { return image.pixel(corner) == color.rgb(); });
+}
+
+// Windows of all sorts. There are many of each, since Qt gives its windows in no certain order.
+std::vector<std::unique_ptr<QWidget>> ShowOtherWindows()
+{
+    std::vector<std::unique_ptr<QWidget>> windows;
+    for (int i = 0; i < 20; ++i) {
+        windows.push_back(std::make_unique<QWidget>(nullptr, Qt::Tool));
+        windows.push_back(std::make_unique<QDialog>(MainWindow()));
+        windows.push_back(std::make_unique<QProgressDialog>());
+    }
+    for (const auto& window : windows) {
+        window->show();
+    }
+    return windows;
 }
 
 } // namespace
@@ -71,6 +101,39 @@ private slots:
         }
     }
 
+    void theBarHasARimAndIsFilledToItsEnds()
+    {
+        const CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
+        auto& bar = *dialog.findChild<QProgressBar*>();
+        const QPalette colors = bar.palette();
+        for (const auto& [value, color] : {std::pair{0, colors.color(QPalette::Base)},
+                 std::pair{100, colors.color(QPalette::Highlight)}}) {
+            const QImage image = PictureOf(bar, value);
+            QVERIFY(HasCorners(image, image.rect(), colors.color(QPalette::Dark)));
+            QVERIFY(HasCorners(image, image.rect().adjusted(1, 1, -1, -1), color));
+        }
+    }
+
+    void theBarSaysHowFarItIs()
+    {
+        const CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
+        auto& bar = *dialog.findChild<QProgressBar*>();
+        const QImage withText = PictureOf(bar, 50);
+        bar.setFormat(QString());
+        QVERIFY(PictureOf(bar, 50) != withText);
+    }
+
+    void aBarWithoutAnEndIsNeitherEmptyNorFull()
+    {
+        const CCustomProgressDialog dialog("Working ...", 0, 0, MainWindow());
+        auto& bar = *dialog.findChild<QProgressBar*>();
+        const QImage busy = PictureOf(bar, 200);
+        bar.setRange(0, 200);
+        bar.setFormat(QString());
+        QVERIFY(PictureOf(bar, 0) != busy);
+        QVERIFY(PictureOf(bar, 200) != busy);
+    }
+
     void itAndItsBarHaveNames()
     {
         for (QWidget* const parent : {static_cast<QWidget*>(nullptr), MainWindow()}) {
@@ -93,6 +156,17 @@ private slots:
         QVERIFY(dialog.wasCanceled());
     }
 
+    void everyEventOfEscapeEndsInIt()
+    {
+        CCustomProgressDialog dialog("Working ...", 0, 100, MainWindow());
+        for (const auto type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent escape(type, Qt::Key_Escape, Qt::NoModifier);
+            escape.ignore();
+            QVERIFY(QCoreApplication::sendEvent(&dialog, &escape));
+            QVERIFY(escape.isAccepted());
+        }
+    }
+
     void withoutAParentItStillBlocksTheWindow()
     {
         CCustomProgressDialog dialog("Working ...", 0, 0);
@@ -105,22 +179,17 @@ private slots:
 
     void itStaysAboveTheMainWindowWhateverElseIsOnShow()
     {
-        QToolTip::showText(MainWindow()->pos(), "a tip", MainWindow());
-        QLabel tip("a tip", nullptr, Qt::ToolTip);
-        tip.show();
-        QMessageBox question(MainWindow());
-        question.setModal(false);
-        question.show();
+        const auto others = ShowOtherWindows();
         QWidget* const parents[] = {nullptr, nullptr, MainWindow(), MainWindow()};
         for (int i = 0; i < 4; ++i) {
             CCustomProgressDialog dialog("Working ...", 0, 100, parents[i]);
             dialog.SetCloseButtonHidden(i % 2 != 0);
             dialog.setValue(1);
+            QCOMPARE(dialog.windowTitle(), MainWindow()->windowTitle());
             QCOMPARE(dialog.windowHandle()->transientParent(), MainWindow()->windowHandle());
             QCOMPARE(dialog.windowHandle()->type(), Qt::Dialog);
             QCOMPARE(dialog.windowHandle()->modality(), Qt::WindowModal);
         }
-        QToolTip::hideText();
     }
 
     void withItsCloseButtonHiddenNothingOfTheUsersClosesIt()
