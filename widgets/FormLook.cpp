@@ -16,12 +16,9 @@ constexpr int WidePixels = 10;
 
 QFont FontOf(const QStringList& families, int pixels)
 {
-    QFont font;
-    font.setFamily(families.first());
+    QFont font(families.first()); // QFont() would be the application's font
     font.setFamilies(families);
     font.setPixelSize(pixels);
-    font.setWeight(QFont::Normal);
-    font.setStyle(QFont::StyleNormal);
     // Shapes only the scripts that cannot be read without it: kerning costs time and 0.7 MB.
     font.setStyleStrategy(QFont::PreferNoShaping);
     font.resolve(QFont::AllPropertiesResolved);

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
@@ -158,6 +159,14 @@ private slots:
         const int expected = qEnvironmentVariableIntValue("VX440_FORM_FONT_PIXELS");
         QCOMPARE(MainWindow()->font().pixelSize(), expected != 0 ? expected : 11);
         QCOMPARE(Find<QLabel>("label_2")->fontInfo().pixelSize(), MainWindow()->font().pixelSize());
+        const QString family = qEnvironmentVariable("VX440_FORM_FONT_FAMILY");
+        QVERIFY(family.isEmpty() || Find<QLabel>("label_2")->fontInfo().family() == family);
+    }
+
+    void theStyleIsTheOneThatTheFormsWereCheckedWith()
+    {
+        const auto* const style = qobject_cast<const QProxyStyle*>(QApplication::style());
+        QCOMPARE(style->baseStyle()->objectName(), "fusion");
     }
 
     void noLabelIsCut()

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 
+#include "widgets/FormLook.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 
+#include <QGroupBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
+#include <QStyleOptionButton>
 #include <QTabBar>
 #include <QtTest>
 
@@ -48,6 +52,21 @@ QImage TabIn(QWidget* parent, const char* text)
     return LettersOf(bar);
 }
 
+// The text alone, as a style draws it on what it has drawn of a widget before.
+template<class Option>
+QImage LabelIn(QWidget* parent, QStyle::ControlElement element, const char* text)
+{
+    Option option;
+    option.initFrom(parent);
+    option.rect = QRect(0, 0, 200, 30);
+    option.text = QString::fromLatin1(text);
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QApplication::style()->drawControl(element, &option, &painter, parent);
+    return image;
+}
+
 } // namespace
 
 class FormLookTest : public WarningsFail
@@ -68,7 +87,9 @@ private slots:
         for (QWidget* const widget : widgets) {
             before.append({widget, widget->font()});
         }
-        const QFont application = QApplication::font();
+        const QFont ofTheForms = FormFont();
+        const QFont application = QApplication::font(); // of what has no window of the program's
+        QCOMPARE(application, ofTheForms);
         QFont large("DejaVu Serif", 30, QFont::Bold, true);
         large.setStretch(150);
         QApplication::setFont(large);
@@ -77,6 +98,7 @@ private slots:
             QApplication::setFont(large, name);
         }
         QCoreApplication::processEvents();
+        QCOMPARE(FormFont(), ofTheForms);
         for (const Look& look : before) {
             QVERIFY2(look.widget->font() == look.font, qPrintable(look.widget->objectName()));
         }
@@ -90,6 +112,12 @@ private slots:
             QCOMPARE(ButtonIn(form, "Z&K"), ButtonIn(&dialog, "Z&&K"));
             QCOMPARE(ButtonIn(form, "&Open"), ButtonIn(&dialog, "&&Open"));
             QCOMPARE(TabIn(form, "Z&K"), TabIn(&dialog, "Z&&K"));
+            const auto button = LabelIn<QStyleOptionButton>;
+            QCOMPARE(button(form, QStyle::CE_PushButtonLabel, "Z&K"),
+                button(&dialog, QStyle::CE_PushButtonLabel, "Z&&K"));
+            const auto tab = LabelIn<QStyleOptionTab>;
+            QCOMPARE(tab(form, QStyle::CE_TabBarTabLabel, "Z&K"),
+                tab(&dialog, QStyle::CE_TabBarTabLabel, "Z&&K"));
         }
         QVERIFY(ButtonIn(MainWindow(), "&Open") != ButtonIn(&dialog, "&Open"));
         dialog.show(); // as long as no Alt key is down, some styles do not underline
@@ -112,10 +140,30 @@ private slots:
     {
         const QColor window = MainWindow()->palette().color(QPalette::Window);
         QCOMPARE(GroundOf(Find<QLineEdit>("txtPartNumber")), window);
-        QVERIFY(GroundOf(Find<QLineEdit>("txtIpAddress")) != window);
+        QCOMPARE(GroundOf(Find<QLineEdit>("txtIpAddress")),
+            MainWindow()->palette().color(QPalette::Base));
         ShowPage("Azimuth Configuration");
         QCOMPARE(GroundOf(Find<QLineEdit>("txtRotorType")), window);
         ShowPage("Info");
+    }
+
+    void aGroupIsATouchDarkerThanItsWindowWithinADarkerRim()
+    {
+        auto* const box = Find<QGroupBox>("groupBox");
+        const QImage image = box->grab().toImage();
+        const QRect whole = image.rect();
+        const int indicator = box->style()->pixelMetric(QStyle::PM_IndicatorHeight);
+        const QRect rim = whole.adjusted(0, qMax(indicator, box->fontMetrics().height()) + 3, 0, 0);
+        const QRect inside = rim.adjusted(1, 1, -1, -1);
+        const QColor window = box->palette().color(QPalette::Window);
+        for (const auto& [rectangle, color] :
+            {std::pair{rim, window.darker(112)}, std::pair{inside, window.darker(102)}}) {
+            for (const QPoint& corner : {rectangle.topLeft(), rectangle.topRight(),
+                     rectangle.bottomLeft(), rectangle.bottomRight()}) {
+                QCOMPARE(image.pixelColor(corner).name(), color.name());
+            }
+        }
+        QCOMPARE(image.pixelColor(rim.topRight() - QPoint(0, 1)).name(), window.name());
     }
 };
 
