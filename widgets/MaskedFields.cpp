@@ -102,7 +102,8 @@ bool ShowMenu(QLineEdit& field, const QContextMenuEvent& event, QLatin1Char sepa
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const QList<QAction*> actions = menu->actions();
     for (QAction* const action : actions) {
-        if (action->text().startsWith(QLineEdit::tr("&Paste"))) {
+        const QString textWithoutKey = action->text().section(QLatin1Char('\t'), 0, 0);
+        if (textWithoutKey == QLineEdit::tr("&Paste")) {
             action->disconnect(&field);
             QObject::connect(action, &QAction::triggered, &field, [&field, separator] {
                 Paste(field, ClipboardText(QClipboard::Clipboard), separator);

@@ -29,6 +29,12 @@ QLineEdit* FieldOn(const char* page, const char* name)
     return field;
 }
 
+QImage PictureWithCaretAtStart(QLineEdit* field)
+{
+    Press(Qt::Key_Home);
+    return field->grab().toImage();
+}
+
 void VerifyClicks(QLineEdit* field)
 {
     field->clear();
@@ -69,6 +75,26 @@ private slots:
                 QVERIFY2(field->text() == "192.168.0.5", name);
             }
         }
+    }
+
+    // It does not blink while pictures are taken.
+    void theTabKeyShowsTheCaretAsAClickDoes()
+    {
+        const int blinking = QApplication::cursorFlashTime();
+        QApplication::setCursorFlashTime(0);
+        for (const auto& [page, name] : Fields) {
+            QLineEdit* const field = FieldOn(page, name);
+            Click(field);
+            const QImage clicked = PictureWithCaretAtStart(field);
+            for (const auto reason :
+                {Qt::TabFocusReason, Qt::BacktabFocusReason, Qt::ShortcutFocusReason}) {
+                FieldOn(page, name)->setFocus(reason);
+                QVERIFY2(PictureWithCaretAtStart(field) == clicked, name);
+            }
+            Find<QWidget>("btnConnect")->setFocus();
+            QVERIFY2(field->grab().toImage() != clicked, name);
+        }
+        QApplication::setCursorFlashTime(blinking);
     }
 
     void theTabKeyItselfComesToTheFirstField()
@@ -125,22 +151,31 @@ private slots:
             {"", before},
             {"02:4C:7E:00:01:29", before},
         };
-        auto* const field = Find<QLineEdit>("txtIpAddress");
-        const std::function<void(const QString&)> ways[] = {
-            [](const QString&) { Press(Qt::Key_V, Qt::ControlModifier); },
-            [](const QString&) { Press(Qt::Key_Insert, Qt::ShiftModifier); },
-            [field](const QString&) { ChooseFromMenu(field, "&Paste"); },
-            [field](const QString& text) { Drop(field, text); },
-        };
         for (const auto& [copied, result] : rows) {
-            QGuiApplication::clipboard()->setText(copied);
-            for (const auto& paste : ways) {
-                field->setText(before);
-                Click(field);
-                paste(copied);
-                QCOMPARE(field->text(), result);
-            }
+            VerifyPaste(Find<QLineEdit>("txtIpAddress"), before, copied, result);
         }
+    }
+
+    void aPastedMacAddressReplacesItsField()
+    {
+        const QString before = "02:4C:7E:00:01:29";
+        const QPair<QString, QString> rows[] = {
+            {"02:4C:7E:0A:0B:0C", "02:4C:7E:0A:0B:0C"},
+            {" 02:4c:7e:0a:0b:0c\n", "02:4c:7e:0a:0b:0c"},
+            {"02:4C:7E:0A:0B", before},
+            {"02:4C:7E:0A:0B:0C:0D", before},
+            {"02:4C:7E:0A:0B:0", before},
+            {"02:4C:7E:0A:0B:0CC", before},
+            {"02:4C:7E:0A:0B:0G", before},
+            {"02-4C-7E-0A-0B-0C", before},
+            {"10.1.2.3", before},
+        };
+        QLineEdit* const mac = FieldOn("IP Configuration", "txtNewMacAddress");
+        mac->show();
+        for (const auto& [copied, result] : rows) {
+            VerifyPaste(mac, before, copied, result);
+        }
+        mac->hide();
     }
 
     void theMiddleButtonPastesAnAddressOnly()
@@ -153,6 +188,11 @@ private slots:
         QGuiApplication::clipboard()->setText("1.2.3.4/8", QClipboard::Selection);
         QTest::mouseClick(field, Qt::MiddleButton);
         QCOMPARE(field->text(), "192.168.0.20");
+        QGuiApplication::clipboard()->setText("1.2.3.4", QClipboard::Selection);
+        QTest::mouseClick(field, Qt::LeftButton);
+        QCOMPARE(field->text(), "192.168.0.20");
+        QTest::mouseClick(field, Qt::MiddleButton);
+        QCOMPARE(field->text(), "1.2.3.4");
     }
 
     void copyingStaysInTheMenu()
@@ -165,6 +205,25 @@ private slots:
     }
 
 private:
+    // In each of the ways that there are on every display.
+    static void VerifyPaste(
+        QLineEdit* field, const QString& before, const QString& copied, const QString& result)
+    {
+        const std::function<void()> ways[] = {
+            [] { Press(Qt::Key_V, Qt::ControlModifier); },
+            [] { Press(Qt::Key_Insert, Qt::ShiftModifier); },
+            [field] { ChooseFromMenu(field, "&Paste"); },
+            [field, copied] { Drop(field, copied); },
+        };
+        QGuiApplication::clipboard()->setText(copied);
+        for (const auto& paste : ways) {
+            field->setText(before);
+            Click(field);
+            paste();
+            QCOMPARE(field->text(), result);
+        }
+    }
+
     static void Drop(QLineEdit* field, const QString& text)
     {
         QMimeData data;
@@ -190,6 +249,7 @@ private:
         }
         menu->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(field->findChildren<QMenu*>().isEmpty());
     }
 };
 
