@@ -43,16 +43,16 @@ void ShowPlainToolTip(const QHelpEvent& event, const QString& text, QWidget* wid
 
 CPlainToolTip::CPlainToolTip(QWidget* widget)
     : QObject(widget)
+    , widget(*widget)
 {
     widget->installEventFilter(this);
 }
 
 bool CPlainToolTip::eventFilter(QObject* watched, QEvent* event)
 {
-    auto* const widget = qobject_cast<QWidget*>(watched);
-    if (event->type() != QEvent::ToolTip || widget == nullptr || widget->toolTip().isEmpty()) {
+    if (event->type() != QEvent::ToolTip || widget.toolTip().isEmpty()) {
         return QObject::eventFilter(watched, event);
     }
-    ShowPlainToolTip(static_cast<const QHelpEvent&>(*event), widget->toolTip(), widget);
+    ShowPlainToolTip(static_cast<const QHelpEvent&>(*event), widget.toolTip(), &widget);
     return true;
 }

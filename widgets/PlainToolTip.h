@@ -21,4 +21,7 @@ public:
     explicit CPlainToolTip(QWidget* widget);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget& widget;
 };

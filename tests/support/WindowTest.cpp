@@ -4,6 +4,7 @@
 
 #include "shell/CVX440_AccessApplication.h"
 
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTabBar>
@@ -108,6 +109,14 @@ void Overtype(QWidget* field, const QString& text)
     Press(Qt::Key_Delete);
     Press(Qt::Key_Home);
     Type(text);
+}
+
+bool AskForTip(QWidget* widget)
+{
+    const QPoint middle = widget->rect().center();
+    QHelpEvent event(QEvent::ToolTip, middle, widget->mapToGlobal(middle));
+    QCoreApplication::sendEvent(widget, &event);
+    return event.isAccepted();
 }
 
 void CloseByTitleBar(QWidget* window)

@@ -41,6 +41,9 @@ void Type(const QString& text);
 void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 /// Replaces the text of a field by clicking it and typing.
 void Overtype(QWidget* field, const QString& text);
+/// Asks a widget for its tool tip, as a mouse does that rests on it. Whether it takes the question.
+/// If not, what lies behind it was asked, too.
+bool AskForTip(QWidget* widget);
 /// Asks a window to close as its title bar's button does.
 void CloseByTitleBar(QWidget* window);
 

@@ -5,9 +5,10 @@
 #include "tests/support/WindowTest.h"
 #include "widgets/CElidedLabel.h"
 
-#include <QHelpEvent>
 #include <QToolTip>
 #include <QtTest>
+
+#include <utility>
 
 namespace {
 
@@ -31,11 +32,15 @@ void SetStatus(const QString& text)
     QCoreApplication::processEvents();
 }
 
-void AskForTip(QWidget* widget)
+// A label that has room for much more than the window.
+template<class Label>
+QImage WidePicture(const QString& text)
 {
-    const QPoint middle = widget->rect().center();
-    QHelpEvent event(QEvent::ToolTip, middle, widget->mapToGlobal(middle));
-    QCoreApplication::sendEvent(widget, &event);
+    Label label;
+    label.setTextFormat(Qt::PlainText);
+    label.resize(8000, 20);
+    label.setText(text);
+    return label.grab().toImage();
 }
 
 // Columns of the picture that are not of its background.
@@ -108,6 +113,42 @@ private slots:
         QVERIFY(InkedColumns(blanks) > 0);
         label.setText(QString("a\nb\rc") + QChar(QChar::LineSeparator) + 'd');
         QCOMPARE(label.grab().toImage(), blanks);
+        label.setText(QString("a\fb\tc") + QChar(QChar::ParagraphSeparator) + 'd');
+        QCOMPARE(label.grab().toImage(), blanks);
+    }
+
+    void ofMoreThan1000CharactersOnlyTheTwoEndsOf500AreLookedAt()
+    {
+        const QString end = QString(499, 'l');
+        const std::pair<QString, QString> rows[] = {{end + "ab" + end, end + "ab" + end},
+            {end + "abc" + end, end + 'a' + Ellipsis + 'c' + end},
+            {end + 'a' + QString(5000, 'x') + 'c' + end, end + 'a' + Ellipsis + 'c' + end}};
+        for (const auto& [text, shown] : rows) {
+            QCOMPARE(WidePicture<CElidedLabel>(text), WidePicture<QLabel>(shown));
+        }
+    }
+
+    void itAsksForTheRoomOfThreeLettersWhateverItsTextIs()
+    {
+        for (const char* const text : {"", "Updating firmware .."}) {
+            CElidedLabel label;
+            label.setText(text);
+            const QFontMetrics letters = label.fontMetrics();
+            const QSize room(3 * letters.averageCharWidth(), letters.height());
+            QCOMPARE(label.sizeHint(), room);
+            QCOMPARE(label.minimumSizeHint(), room);
+        }
+    }
+
+    void aTextHasATipAsSoonAsItIsAPixelTooLong()
+    {
+        CElidedLabel label;
+        label.setText(QString(1000, 'l'));
+        const int width = label.fontMetrics().horizontalAdvance(label.text());
+        label.resize(width, 20);
+        QVERIFY(!AskForTip(&label));
+        label.resize(width - 1, 20);
+        QVERIFY(AskForTip(&label));
     }
 
     void aTextThatDoesNotFitIsWholeInItsTip()
@@ -115,7 +156,7 @@ private slots:
         const QString path =
             QString("Saved to file /") + QString("folder <b>/").repeated(30) + "a.txt";
         SetStatus(path);
-        AskForTip(StatusLabel());
+        QVERIFY(AskForTip(StatusLabel()));
         const QString tip = QToolTip::text();
         QVERIFY(tip.contains(path.toHtmlEscaped()));
         QCOMPARE(StatusLabel()->toolTip(), QString());
@@ -124,7 +165,7 @@ private slots:
     void aTextThatFitsHasNoTip()
     {
         SetStatus("Options read from device successfully.");
-        AskForTip(StatusLabel());
+        QVERIFY(!AskForTip(StatusLabel()));
         QCOMPARE(QToolTip::text(), QString());
     }
 };

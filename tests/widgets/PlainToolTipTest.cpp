@@ -2,8 +2,8 @@
 
 #include "widgets/PlainToolTip.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
 
-#include <QHelpEvent>
 #include <QLineEdit>
 #include <QTextDocument>
 #include <QToolTip>
@@ -11,19 +11,24 @@
 
 namespace {
 
-// What the user reads of a line's tip: without the markup that the tip itself is made of, and
-// without the places where a long word may be broken.
-QString ReadableTip(const QString& tip)
+// What Qt is given to show as the tip of a line.
+QString ShownTip(const QString& tip)
 {
     QLineEdit line;
     new CPlainToolTip(&line);
     line.setToolTip(tip);
     line.show();
-    QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), line.mapToGlobal(QPoint(1, 1)));
-    const bool isTaken = QCoreApplication::sendEvent(&line, &event);
-    QString text = QToolTip::text();
-    if (!isTaken || line.toolTip() != tip || text.contains("<img")) {
-        return "not taken, changed, or an image";
+    AskForTip(&line);
+    return line.toolTip() == tip ? QToolTip::text() : "changed";
+}
+
+// What the user reads of a line's tip: without the markup that the tip itself is made of, and
+// without the places where a long word may be broken.
+QString ReadableTip(const QString& tip)
+{
+    QString text = ShownTip(tip);
+    if (text.contains("<img")) {
+        return "an image";
     }
     if (Qt::mightBeRichText(text)) {
         QTextDocument document;
@@ -64,6 +69,45 @@ private slots:
     }
 
     void withoutATipNoneShows() { QCOMPARE(ReadableTip(QString()), QString()); }
+
+    void withoutATipThatOfItsParentShows()
+    {
+        QWidget page;
+        page.setToolTip("of the page");
+        QLineEdit line(&page);
+        new CPlainToolTip(&line);
+        AskForTip(&line);
+        QCOMPARE(QToolTip::text(), "of the page");
+    }
+
+    void aWidgetWithATipTakesKeys()
+    {
+        QLineEdit line;
+        new CPlainToolTip(&line);
+        line.setToolTip("a tip");
+        QTest::keyClicks(&line, "abc");
+        QCOMPARE(line.text(), "abc");
+        QCOMPARE(QToolTip::text(), QString());
+    }
+
+    // A tip of 80 characters needs no such place, and no markup around it.
+    void aWordMayBeBrokenBehindEach80Characters()
+    {
+        const QString eighty(80, 'x');
+        const QString pair = QString::fromUcs4(U"\U0001F4E1"); // of two surrogates
+        const QChar place(0x200B);
+        const QPair<QString, QString> rows[] = {
+            {eighty + 'y', eighty + place + 'y'},
+            {eighty + eighty + 'y', eighty + place + eighty + place + 'y'},
+            {eighty + ' ' + eighty, eighty + ' ' + eighty},
+            {eighty + ' ' + eighty + 'y', eighty + ' ' + eighty + place + 'y'},
+            {eighty.mid(1) + pair + "yz", eighty.mid(1) + pair + place + "yz"},
+        };
+        for (const auto& [tip, broken] : rows) {
+            QCOMPARE(ShownTip(tip), "<p style='white-space:pre-wrap'>" + broken + "</p>");
+        }
+        QCOMPARE(ShownTip(eighty), eighty);
+    }
 };
 
 QTEST_MAIN(PlainToolTipTest)
