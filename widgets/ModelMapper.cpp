@@ -11,6 +11,16 @@
 
 namespace {
 
+bool IsTab(int key)
+{
+    return key == Qt::Key_Tab || key == Qt::Key_Backtab;
+}
+
+bool IsTabKey(const QEvent& event)
+{
+    return event.type() == QEvent::KeyPress && IsTab(static_cast<const QKeyEvent&>(event).key());
+}
+
 // Qt's own delegate holds the Tab key back while a text is not acceptable, such as an empty MAC
 // address. It also gives the focus to the field's parent when a dialog opens. This one does
 // neither.
@@ -25,16 +35,6 @@ protected:
         const bool isOfAnEditor = qobject_cast<QLineEdit*>(field) != nullptr &&
                                   event->type() != QEvent::FocusOut && !IsTabKey(*event);
         return isOfAnEditor && QItemDelegate::eventFilter(field, event);
-    }
-
-private:
-    static bool IsTabKey(const QEvent& event)
-    {
-        if (event.type() != QEvent::KeyPress) {
-            return false;
-        }
-        const int key = static_cast<const QKeyEvent&>(event).key();
-        return key == Qt::Key_Tab || key == Qt::Key_Backtab;
     }
 };
 

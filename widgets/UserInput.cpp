@@ -10,28 +10,32 @@ namespace {
 
 bool running = false;
 
+bool IsReturn(const QKeyEvent& key)
+{
+    return !key.isAutoRepeat() && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
+}
+
 // A button leaves Return to the default button of its dialog. Here there is no default button.
 class ReturnPresses : public QObject
 {
 public:
-    using QObject::QObject;
-
-    bool eventFilter(QObject* watched, QEvent* event) override
+    explicit ReturnPresses(QAbstractButton* button)
+        : QObject(button)
+        , button(*button)
     {
-        auto* const button = qobject_cast<QAbstractButton*>(watched);
-        if (button == nullptr || event->type() != QEvent::KeyPress || !IsReturn(*event)) {
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() != QEvent::KeyPress || !IsReturn(static_cast<const QKeyEvent&>(*event))) {
             return false;
         }
-        button->click();
+        button.click();
         return true;
     }
 
 private:
-    static bool IsReturn(const QEvent& event)
-    {
-        const auto& key = static_cast<const QKeyEvent&>(event);
-        return !key.isAutoRepeat() && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
-    }
+    QAbstractButton& button;
 };
 
 } // namespace
