@@ -29,6 +29,8 @@
 
 namespace {
 
+constexpr int WholeLoad = 100;
+
 // Each file is sharp at its own size. Without its format Qt would load all its image plugins to
 // find it out.
 QIcon LoadIcon()
@@ -68,8 +70,7 @@ void CMainDialog::SetupDialog()
     ui->txtIpAddress->setInputMask(QStringLiteral("000.000.000.000"));
     ui->txtIpAddress->installEventFilter(this);
     ui->txtIpAddress->setText(QStringLiteral("192.168.0.129"));
-    ui->txtIpAddress->setFocus();
-    ui->txtIpAddress->selectAll(); // so that typing replaces it
+    ui->txtIpAddress->setFocus(); // with its text selected when the window shows
     AddPages();
     ui->lblAppStatus->setText(QString());
     BindStatusTexts();
@@ -150,7 +151,7 @@ void CMainDialog::DisableBoardDataTab(int) {}
 void CMainDialog::HideBoardDataTab(int index)
 {
     QWidget* const page = ui->tabWidget->widget(index);
-    if (page != nullptr && page == boardDataTab) {
+    if (page == boardDataTab) {
         page->setVisible(page->isEnabled());
     }
 }
@@ -191,10 +192,10 @@ void CMainDialog::CheckForConnectionLoss()
 
 void CMainDialog::LoadDeviceInfo()
 {
-    CCustomProgressDialog dialog(QStringLiteral("Loading Device Info ..."), 0, 100, this);
+    CCustomProgressDialog dialog(QStringLiteral("Loading Device Info ..."), 0, WholeLoad, this);
     dialog.setValue(1);
     ProcessEventsBesidesInput();
-    const int step = 100 / tabs.size();
+    const int step = WholeLoad / tabs.size();
     int progress = 0;
     for (CTabBaseClass* const tab : qAsConst(tabs)) {
         tab->ConnectionStatusChanged();

@@ -11,12 +11,14 @@
 #include "tests/support/WindowTest.h"
 
 #include <QComboBox>
+#include <QFile>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QToolButton>
+#include <QXmlStreamReader>
 #include <QtTest>
 
 #include <memory>
@@ -225,6 +227,31 @@ QString LookOf(QWidget& widget)
     return {};
 }
 
+// The text of a widget as it stands in the file of its form.
+QString TextInForm(const QString& form, const QString& widget)
+{
+    QFile file(SOURCE_FOLDER "/" + form);
+    file.open(QIODevice::ReadOnly);
+    QXmlStreamReader reader(&file);
+    QString inWidget;
+    QString inProperty;
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (!reader.isStartElement()) {
+            continue;
+        }
+        const QString name = reader.attributes().value("name").toString();
+        if (reader.name() == "widget") {
+            inWidget = name;
+        } else if (reader.name() == "property") {
+            inProperty = name;
+        } else if (reader.name() == "string" && inWidget == widget && inProperty == "text") {
+            return reader.readElementText();
+        }
+    }
+    return {};
+}
+
 template<class Widget>
 void VerifyNamed(const QWidget& form)
 {
@@ -284,6 +311,16 @@ private slots:
             }
         }
         QCOMPARE(found, order);
+    }
+
+    // The program replaces them before anybody sees them. Who edits the form does see them.
+    void theFormHasTextsForWhatFollowsTheModel()
+    {
+        const QPair<const char*, const char*> rows[] = {{"btnConnect", "Connect"},
+            {"lblConnectionStatus", "Not connected."}, {"lblAppStatus", "| "}};
+        for (const auto& [widget, text] : rows) {
+            QCOMPARE(TextInForm("shell/MainDialog.ui", widget), text);
+        }
     }
 
     void noButtonIsADefaultAndEveryFieldHasANameForScreenReaders()

@@ -7,19 +7,24 @@
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QIcon>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QWindow>
 #include <QtTest>
 
 #include <functional>
+#include <memory>
 
 namespace {
 
@@ -57,6 +62,11 @@ QStringList LoadCommands(bool newFirmware)
                  << "CF7 004004B0";
     }
     return commands;
+}
+
+bool IsOfTheLoad(const QProgressDialog& dialog)
+{
+    return dialog.labelText() == "Loading Device Info ...";
 }
 
 /// Counts the events of an object that a condition holds for. Keys among them go no further.
@@ -103,6 +113,7 @@ private slots:
     {
         QCOMPARE(MainWindow()->windowTitle(), "Z&K VX440 Access Application");
         QCOMPARE(TextOf("txtIpAddress"), "192.168.0.129");
+        QCOMPARE(Find<QLineEdit>("txtIpAddress")->inputMask(), "000.000.000.000");
         QCOMPARE(Find<QPushButton>("btnConnect")->text(), "Connect");
         QCOMPARE(ConnectionLine(), "Not Connected ");
         QCOMPARE(StatusLine(), QString());
@@ -129,13 +140,26 @@ private slots:
 
     void theWindowGivesItsLinesTheirRoom()
     {
-        QCOMPARE(Find<QGroupBox>("groupBox")->minimumHeight(), 50);
-        QCOMPARE(Find<QTabWidget>("tabWidget")->minimumHeight(), 20);
+        QCOMPARE(Find<QWidget>("layoutWidget")->layout()->contentsMargins(), QMargins());
+        QCOMPARE(Find<QGroupBox>("groupBox")->minimumSize(), QSize(0, 50));
+        QCOMPARE(Find<QTabWidget>("tabWidget")->minimumSize(), QSize(0, 20));
         QCOMPARE(Find<QLabel>("lblConnectionStatus")->minimumSize(), QSize(100, 20));
         QCOMPARE(Find<QLabel>("lblConnectionStatus")->maximumSize(), QSize(200, 20));
         QCOMPARE(Find<QLabel>("lblConnectionStatus")->indent(), 6);
+        QCOMPARE(Find<QLabel>("lblConnectionStatus")->margin(), 0);
         const Qt::WindowFlags buttons = Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint;
         QCOMPARE(MainWindow()->windowFlags() & buttons, buttons);
+    }
+
+    void aScreenReaderIsToldWhatTheWindowIsMadeOf()
+    {
+        for (int page = 0; page < Tabs()->count(); ++page) {
+            QCOMPARE(Tabs()->tabBar()->accessibleTabName(page), Tabs()->tabText(page));
+        }
+        QCOMPARE(Tabs()->accessibleName(), "Pages");
+        QCOMPARE(Find<QLineEdit>("txtIpAddress")->accessibleName(), "Device IP");
+        QCOMPARE(QAccessible::queryAccessibleInterface(Find<QLabel>("lblAppStatus"))->role(),
+            QAccessible::AlertMessage);
     }
 
     void theIconHasItsThreeSizes()
@@ -211,12 +235,15 @@ private slots:
     {
         ShowPage("Azimuth Configuration");
         Overtype(Cell(0), "77");
+        const EventCount keys(
+            MainWindow(), [](QObject*, QEvent::Type type) { return type == QEvent::KeyPress; });
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
             TheDeviceDatabase()->SetMotorParameter(0, 0, 1);
             Find<QPushButton>("btnReset")->setFocus();
             Press(key);
             QCOMPARE(Cell(0)->text(), "30");
         }
+        QCOMPARE(keys.count, 0); // they end in the button
     }
 
     void theTabKeyLeavesAnEmptyCell()
@@ -292,24 +319,32 @@ private slots:
         TheDeviceCommunication()->Disconnect();
     }
 
-    void whileItLoadsTheWindowTakesNoClicksAndNoClose()
+    // The dialog is there before the unit is asked anything.
+    void whileItLoadsItShowsHowFarItIsAndTheWindowTakesNoClicksAndNoClose()
     {
         SimulatorProcess unit;
         QVERIFY(unit.IsReady());
         Overtype(Find<QLineEdit>("txtIpAddress"), unit.Address());
-        bool tried = false;
-        const auto bother = [&tried](QProgressDialog& loading) {
-            tried = true;
+        QStringList asked{"no dialog came"};
+        QVector<int> values;
+        std::unique_ptr<EventCount> closes;
+        const auto bother = [&](QProgressDialog& loading) {
+            asked = unit.Commands();
+            values = {loading.minimum(), loading.maximum(), loading.value()};
+            connect(loading.findChild<QProgressBar*>(), &QProgressBar::valueChanged, this,
+                [&values](int value) { values.append(value); });
+            closes = std::make_unique<EventCount>(
+                &loading, [](QObject*, QEvent::Type type) { return type == QEvent::Close; });
             Click(Find<QPushButton>("btnConnect"));
             ShowPage("Detect Z&K Device");
             CloseByTitleBar(MainWindow());
             QTest::keyClick(loading.windowHandle(), Qt::Key_Escape);
         };
-        WhenShown<QProgressDialog>(bother, [](const QProgressDialog& dialog) {
-            return dialog.labelText() == "Loading Device Info ...";
-        });
+        WhenShown<QProgressDialog>(bother, IsOfTheLoad);
         Click(Find<QPushButton>("btnConnect"));
-        QVERIFY(tried);
+        QCOMPARE(asked, QStringList());
+        QCOMPARE(values, (QVector<int>{0, 100, 1, 12, 24, 36, 48, 60, 72, 84, 96}));
+        QCOMPARE(closes->count, 1);
         QVERIFY(MainWindow()->isVisible());
         QCOMPARE(Tabs()->currentIndex(), 0);
         QCOMPARE(unit.Commands(), LoadCommands(true));
@@ -335,14 +370,25 @@ private slots:
         }
     }
 
+    void connectingBeginsWithAnEmptyStatusLine()
+    {
+        Overtype(Find<QLineEdit>("txtIpAddress"), QString());
+        TheDeviceDatabase()->SetApplicationStatus("as it was");
+        QStringList seen;
+        const auto noting = connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, this,
+            [&seen] { seen.append(StatusLine()); });
+        Press(Qt::Key_Return);
+        disconnect(noting);
+        QVERIFY(!seen.contains("as it was"));
+        QCOMPARE(StatusLine(), "Connection failed! ");
+    }
+
     void closingTheDialogOfTheLoadLeavesTheRestUnread()
     {
         SimulatorProcess unit;
         QVERIFY(unit.IsReady());
-        WhenShown<QProgressDialog>([](QProgressDialog& dialog) { CloseByTitleBar(&dialog); },
-            [](const QProgressDialog& dialog) {
-                return dialog.labelText() == "Loading Device Info ...";
-            });
+        WhenShown<QProgressDialog>(
+            [](QProgressDialog& dialog) { CloseByTitleBar(&dialog); }, IsOfTheLoad);
         ConnectTo(unit.Address());
         QCOMPARE(ConnectionLine(), "Connected to " + unit.Address());
         QCOMPARE(unit.Commands(), QStringList{"*IDN?"});
