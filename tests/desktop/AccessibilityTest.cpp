@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "widgets/Accessibility.h"
+#include "model/CDeviceDatabase.h"
 #include "shell/CCustomProgressDialog.h"
 #include "tests/support/Warnings.h"
+#include "tests/support/WindowTest.h"
 #include "widgets/CElidedLabel.h"
 
 #include <QAccessible>
@@ -13,11 +15,15 @@
 namespace {
 
 int valuesTold = 0;
+QStringList alerts; // the texts
 
 // Stands in for the screen reader.
 void Listen(QAccessibleEvent* event)
 {
     valuesTold += event->type() == QAccessible::ValueChanged ? 1 : 0;
+    if (event->type() == QAccessible::Alert) {
+        alerts.append(event->accessibleInterface()->text(QAccessible::Name));
+    }
 }
 
 QAccessibleInterface& BarOf(const CCustomProgressDialog& dialog)
@@ -73,6 +79,8 @@ private slots:
         QCOMPARE(valuesTold, 100);
         QAccessibleInterface& bar = BarOf(dialog);
         QVERIFY(!bar.state().busy);
+        QVERIFY(bar.state().readOnly);
+        QCOMPARE(bar.valueInterface()->minimumStepSize().toInt(), 1);
         QCOMPARE(bar.valueInterface()->minimumValue().toInt(), 0);
         QCOMPARE(bar.valueInterface()->maximumValue().toInt(), Bytes);
         QCOMPARE(bar.text(QAccessible::Value), "100%");
@@ -86,7 +94,17 @@ private slots:
         QCOMPARE(told->role(), QAccessible::AlertMessage);
         QCOMPARE(told->text(QAccessible::Name), "Updating firmware ..");
     }
+
+    void eachStatusIsAnAlertAndNothingElse()
+    {
+        alerts.clear();
+        TheDeviceDatabase()->SetApplicationStatus("Updating firmware ..");
+        TheDeviceDatabase()->SetConnectionStatus(CDeviceDatabase::ConnectionNotConnected);
+        TheDeviceDatabase()->SetPartNumber("4400.1290.02");
+        TheDeviceDatabase()->SetApplicationStatus("Firmware Update Failed!");
+        QCOMPARE(alerts, (QStringList{"Updating firmware ..", "Firmware Update Failed!"}));
+    }
 };
 
-QTEST_MAIN(AccessibilityTest)
+VX440_WINDOW_TEST_MAIN(AccessibilityTest)
 #include "AccessibilityTest.moc"
