@@ -14,6 +14,8 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <functional>
+
 namespace {
 
 const QString OldAddress = "127.0.0.1";
@@ -39,6 +41,14 @@ QStringList SentAndSought()
     return scripted::Actions().filter(QRegularExpression("^(send|resolve)"));
 }
 
+QString LabelAndRange(const QProgressDialog& dialog)
+{
+    return QString("%1 %2 to %3")
+        .arg(dialog.labelText())
+        .arg(dialog.minimum())
+        .arg(dialog.maximum());
+}
+
 // What attempts wait that end without a link.
 const QList<int> AllPolls = QList<int>{10, 100} + QVector<int>(800, 100).toList();
 
@@ -52,7 +62,7 @@ class AddressChangeTest : public WarningsFail
 
 private:
     Notified notified;
-    QSet<QString> labels;
+    QSet<QString> dialogs;
     QScopedPointer<CTabIpConfiguration> tab;
 
     void ChangeAddress(const QString& address, const QString& mask = OldMask)
@@ -101,7 +111,8 @@ private slots:
         scripted::WhenSlept([this](int) {
             for (const QWidget* const window : QApplication::topLevelWidgets()) {
                 const auto* const dialog = qobject_cast<const QProgressDialog*>(window);
-                labels += dialog != nullptr ? QSet<QString>{dialog->labelText()} : QSet<QString>();
+                dialogs +=
+                    dialog != nullptr ? QSet<QString>{LabelAndRange(*dialog)} : QSet<QString>();
             }
             if (TheDeviceCommunication()->isRunning()) {
                 scripted::SetConnectResult(scripted::ConnectResult::Succeeds);
@@ -109,7 +120,26 @@ private slots:
             }
         });
         notified.statuses.clear();
-        labels.clear();
+        dialogs.clear();
+    }
+
+    void theButtonFollowsTheLinkByEitherOfTheTwoCalls()
+    {
+        auto* const button = tab->findChild<QPushButton*>("btnSendIpAddress");
+        const std::function<void()> calls[] = {
+            [this] { tab->ConnectionStatusChanged(); }, [this] { tab->UpdateControls(); }};
+        for (const auto& call : calls) {
+            button->setEnabled(false);
+            call();
+            QVERIFY(button->isEnabled());
+        }
+        TheDeviceCommunication()->Disconnect();
+        for (const auto& call : calls) {
+            button->setEnabled(true);
+            call();
+            QVERIFY(!button->isEnabled());
+        }
+        QVERIFY(!tab->findChild<QPushButton*>("btnSendMacAddress")->isEnabled());
     }
 
     void anAddressIsChangedInTheseSteps_data()
@@ -293,8 +323,8 @@ private slots:
     void aChangeOfTheMacAddressHasAProgressDialogBesideThatOfTheConnection()
     {
         ChangeMac(NewMac);
-        QCOMPARE(labels, (QSet<QString>{"Changing device MAC address... ",
-                             "Connecting to VX440 (Attempt 1) ..."}));
+        QCOMPARE(dialogs, (QSet<QString>{"Changing device MAC address...  0 to 0",
+                              "Connecting to VX440 (Attempt 1) ... 0 to 0"}));
         QVERIFY(tab->findChild<QProgressDialog*>() == nullptr);
     }
 };
