@@ -113,7 +113,7 @@ bool CDeviceDetector::IsValidIpRange(const QString& startIp, const QString& endI
 {
     const quint16 first = LastOctet(startIp);
     const quint16 last = LastOctet(endIp);
-    return first >= 1 && first <= 255 && last >= 1 && last <= 255 && first <= last;
+    return first >= 1 && first <= last && last <= 255;
 }
 
 bool CDeviceDetector::ResolveMacAddress(const QString& ip, QString& mac)
