@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -53,6 +54,8 @@ private:
         tab->show();
         QVERIFY(QTest::qWaitForWindowActive(tab.get()));
     }
+
+    QImage OnTheScreen() const { return tab->screen()->grabWindow(tab->winId()).toImage(); }
 
     void Search(const char* start, const char* end) const
     {
@@ -123,6 +126,24 @@ private slots:
                              "192.168.1.30 02:4c:7e:00:00:30", "192.168.1.200 02:4c:7e:00:02:00"}));
     }
 
+    void aUnitIsSeenAsSoonAsItIsListed()
+    {
+        Show();
+        const QImage empty = OnTheScreen();
+        List("10.0.0.9", "02:4c:7e:00:00:09");
+        QVERIFY(OnTheScreen() != empty);
+    }
+
+    void theTabKeyLeavesAListWithUnits()
+    {
+        Show();
+        List("10.0.0.9", "02:4c:7e:00:00:09");
+        List("10.0.0.1", "02:4c:7e:00:00:01");
+        Table()->setFocus();
+        QTest::keyClick(tab->windowHandle(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), Find<QLineEdit>("txtStartIpAddress"));
+    }
+
     void theFieldsGiveTheRange()
     {
         Search("10.1.2.5", "99.99.99.6");
@@ -179,15 +200,19 @@ private slots:
     {
         QString label;
         Qt::WindowModality modality = Qt::NonModal;
+        QVector<QPair<int, int>> ranges;
         ScriptedClock::SetDuringWait([&](unsigned) {
             ScriptedThreads::RunAll();
             const auto* dialog = tab->findChild<QProgressDialog*>();
             label = dialog->labelText();
             modality = dialog->windowModality();
+            ranges.append({dialog->minimum(), dialog->maximum()});
         });
-        Search("10.0.0.1", "10.0.0.2");
+        Search("10.0.0.3", "10.0.0.4");
         QCOMPARE(label, "Searching Z&K Devices in progress... ");
         QCOMPARE(modality, Qt::WindowModal);
+        QCOMPARE(ranges.first(), qMakePair(0, 0)); // it has no end until the search has a range
+        QCOMPARE(ranges.last(), qMakePair(3, 8));
         QVERIFY(tab->findChild<QProgressDialog*>() == nullptr);
     }
 

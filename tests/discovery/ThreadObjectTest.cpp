@@ -36,13 +36,28 @@ private:
     int result;
 };
 
+// Its destructor leaves the closing to its base.
+class CarelessWorker : public CThreadObject
+{
+public:
+    CarelessWorker()
+        : CThreadObject(QString())
+    {
+    }
+
+    void OnThreadStart() override { steps << "start"; }
+    int ThreadMain() override { return 1; }
+    void OnThreadEnd() override { steps << "end"; }
+};
+
 // Is destroyed by its own thread, in the middle of its work.
 class ShortLivedWorker : public CThreadObject
 {
 public:
-    explicit ShortLivedWorker(std::unique_ptr<ShortLivedWorker>& owner)
+    ShortLivedWorker(std::unique_ptr<ShortLivedWorker>& owner, bool leavesFirst)
         : CThreadObject(QString())
         , owner(owner)
+        , leavesFirst(leavesFirst)
     {
     }
     ~ShortLivedWorker() override { CloseToThreads(); }
@@ -51,7 +66,9 @@ public:
     int ThreadMain() override
     {
         std::unique_ptr<ShortLivedWorker>& ownerOfThis = owner;
-        LeaveObject();
+        if (leavesFirst) {
+            LeaveObject();
+        }
         ownerOfThis.reset();
         steps << "destroyed";
         return 5;
@@ -60,6 +77,7 @@ public:
 
 private:
     std::unique_ptr<ShortLivedWorker>& owner;
+    bool leavesFirst;
 };
 
 } // namespace
@@ -143,20 +161,26 @@ private slots:
         }
     }
 
-    void aThreadThatBeginsAfterItsObjectWentCallsNothing()
+    void aThreadThatBeginsAfterItsObjectWentCallsNothingAndEndsWithZero()
     {
         Worker().StartThread();
-        ScriptedThreads::RunNext();
+        CarelessWorker().StartThread();
+        while (ScriptedThreads::Waiting() > 0) {
+            QCOMPARE(ScriptedThreads::RunNext(), 0);
+        }
         QVERIFY(steps.isEmpty());
     }
 
-    void aThreadThatLeftItsObjectDoesNotComeBackToIt()
+    void aThreadThatDestroysItsObjectDoesNotComeBackToIt()
     {
-        std::unique_ptr<ShortLivedWorker> owner;
-        owner = std::make_unique<ShortLivedWorker>(owner);
-        owner->StartThread();
-        QCOMPARE(ScriptedThreads::RunNext(), 5);
-        QCOMPARE(steps, (QStringList{"start", "destroyed"}));
+        for (const bool leavesFirst : {true, false}) {
+            steps.clear();
+            std::unique_ptr<ShortLivedWorker> owner;
+            owner = std::make_unique<ShortLivedWorker>(owner, leavesFirst);
+            owner->StartThread();
+            QCOMPARE(ScriptedThreads::RunNext(), 5);
+            QCOMPARE(steps, (QStringList{"start", "destroyed"}));
+        }
     }
 
     void theMutexIsStoredAsItComesAndClosedOnceWithTheObject()
