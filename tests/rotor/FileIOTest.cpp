@@ -44,6 +44,7 @@ private slots:
         CFileIO file(path);
         QCOMPARE(ReadLineOf(file), "0:");
         QVERIFY(!file.IsAtEnd());
+        QVERIFY(!file.IsLineTooLong());
         QVERIFY(!file.WriteBanner());
         QVERIFY(!file.WriteKeyValue("key", "value"));
         QCOMPARE(Content(path), QByteArray("a=1\n"));
