@@ -119,6 +119,12 @@ QVector<int> ColumnsOfAReceive(int motor, int count)
            QVector<int>{MaskColumn, MaskColumn, StatusColumn};
 }
 
+// What a screen reader is told of a cell.
+QString ToldValue(int motor, int row)
+{
+    return Table(motor)->model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
+}
+
 void ClickRowHeader(int motor, int row)
 {
     QHeaderView* const header = Table(motor)->verticalHeader();
@@ -239,6 +245,9 @@ private slots:
         QCOMPARE(ShownRotorType(motor), "Pulse");
         QCOMPARE(Child<QComboBox>(motor, "listRotors")->currentIndex(), 0);
         QVERIFY(ButtonsAreEnabled(motor, false));
+        for (int row = 0; row < Rows; ++row) {
+            QCOMPARE(ToldValue(motor, row), "0");
+        }
     }
 
     void theTableIsSetUp()
@@ -247,6 +256,7 @@ private slots:
         const QTableWidget* const table = Table(motor);
         QCOMPARE(table->rowCount(), Rows);
         QCOMPARE(table->columnCount(), 1);
+        QCOMPARE(table->horizontalHeaderItem(0)->text(), "Value");
         QCOMPARE(table->columnWidth(0), 150);
         QCOMPARE(table->verticalHeader()->width(), 250);
         QCOMPARE(table->verticalHeader()->minimumWidth(), 250);
@@ -443,6 +453,23 @@ private slots:
         }
     }
 
+    void anyKeyInARowCutsItsTextToItsOwnMaximum_data() { AddRows(); }
+    void anyKeyInARowCutsItsTextToItsOwnMaximum()
+    {
+        QFETCH(int, row);
+        const char* const mnemonics[Rows] = {
+            "SMD", "MHD", "SD", "OD", "ORS", "OLS", "MMHL", "MOT", "SMS"};
+        const QString maximum = row == SpeedRow ? "100" : "65535";
+        Begin(motor);
+        Click(Edit(motor, row));
+        QCOMPARE(Table(motor)->currentRow(), row);
+        Edit(motor, row)->setText("99999");
+        Press(Qt::Key_Home);
+        QCOMPARE(Edit(motor, row)->text(), maximum);
+        QCOMPARE(StatusLine(),
+            QString("Warning: %1 must be in in range 0 - %2").arg(mnemonics[row], maximum));
+    }
+
     // Of the rows only the speed has a maximum that the model's values can pass.
     void inAnotherCurrentRowNoKeyLengthensOrSpoilsAValueFromOutside_data() { AddRows(); }
     void inAnotherCurrentRowNoKeyLengthensOrSpoilsAValueFromOutside()
@@ -470,17 +497,25 @@ private slots:
         QCOMPARE(StatusLine(), "before");
     }
 
-    void inAnotherCurrentRowBackspaceShortensAValueFromOutside()
+    // The digits that stay are the first and the last of all.
+    void inAnotherCurrentRowAValueFromOutsideCanBeShortenedAndReplaced()
     {
-        BeginWithSpeed(motor, 2000);
+        BeginWithSpeed(motor, 2090);
         MakeCurrent(motor, 0);
+        QLineEdit* const edit = Edit(motor, SpeedRow);
+        Press(Qt::Key_Home);
+        QCOMPARE(edit->cursorPosition(), 0);
+        Press(Qt::Key_Right, Qt::ShiftModifier);
+        Press(Qt::Key_3);
+        QCOMPARE(edit->text(), "3090");
+        QCOMPARE(edit->cursorPosition(), 1);
         Press(Qt::Key_End);
         Press(Qt::Key_Backspace);
-        QCOMPARE(Edit(motor, SpeedRow)->text(), "200");
+        QCOMPARE(edit->text(), "309");
         Press(Qt::Key_Backspace);
-        QCOMPARE(Edit(motor, SpeedRow)->text(), "20");
+        QCOMPARE(edit->text(), "30");
         Press(Qt::Key_5);
-        QCOMPARE(Edit(motor, SpeedRow)->text(), "20");
+        QCOMPARE(edit->text(), "30");
         QCOMPARE(StatusLine(), "before");
     }
 
@@ -515,6 +550,18 @@ private slots:
         QCOMPARE(TableTexts(motor).mid(6), texts.mid(6));
     }
 
+    // The key passes the table.
+    void controlAndTabInAFieldShowTheNextPage()
+    {
+        Begin(motor);
+        auto* const pages = Find<QTabWidget>("tabWidget");
+        const int page = pages->currentIndex();
+        Click(Edit(motor, 2));
+        Press(Qt::Key_Tab, Qt::ControlModifier);
+        QCOMPARE(pages->currentIndex(), page + 1);
+        QCOMPARE(TableTexts(motor), RowsOf(ModelWords[motor]));
+    }
+
     void theWheelOverTheClosedListDoesNothing()
     {
         Begin(motor);
@@ -534,11 +581,30 @@ private slots:
     {
         QFETCH(int, row);
         Begin(motor);
-        const QModelIndex cell = Table(motor)->model()->index(row, 0);
-        QCOMPARE(cell.data(Qt::AccessibleTextRole).toString(), Edit(motor, row)->text());
+        QCOMPARE(ToldValue(motor, row), Edit(motor, row)->text());
         Overtype(Edit(motor, row), "7");
-        QCOMPARE(cell.data(Qt::AccessibleTextRole).toString(), "7");
-        QCOMPARE(cell.data().toString(), QString());
+        QCOMPARE(ToldValue(motor, row), "7");
+        QCOMPARE(Table(motor)->model()->index(row, 0).data().toString(), QString());
+    }
+
+    void aScreenReaderIsToldTheNamesOfWhatHasNoTextOfItsOwn()
+    {
+        const QPair<const char*, const char*> names[] = {
+            {"tblMotorConfiguration", "Motor parameters"}, {"txtRotorType", "Rotor Type"},
+            {"listRotors", "Rotor"}, {"btnReset", "Reset to Default Settings"}};
+        for (const auto& [widget, name] : names) {
+            QCOMPARE(Child<QWidget>(motor, widget)->accessibleName(), name);
+        }
+        for (int row = 0; row < Rows; ++row) {
+            QCOMPARE(Edit(motor, row)->accessibleName(),
+                NameOf[motor] + (" " + MotorParameterRanges.at(row).label));
+        }
+        const auto* const list = Child<QComboBox>(motor, "listRotors");
+        QCOMPARE(list->view()->accessibleName(), "Rotor");
+        QCOMPARE(list->itemData(0, Qt::AccessibleTextRole).toString(), "No rotor");
+        for (int entry = 1; entry < list->count(); ++entry) {
+            QVERIFY(list->itemData(entry, Qt::AccessibleTextRole).isNull());
+        }
     }
 
     void aReleasedKeyIsGuardedToo()
@@ -698,6 +764,8 @@ private slots:
         for (const bool load : {false, true}) {
             BeginConnected(motor, NewFirmware);
             const int entry = Child<QComboBox>(motor, "listRotors")->currentIndex();
+            Child<QPushButton>(motor, "btnSendToDevice")->setEnabled(!load); // a load enables both
+            Child<QPushButton>(motor, "btnReceiveFromDevice")->setEnabled(!load);
             const Notified notified;
             load ? Page(motor)->ConnectionStatusChanged()
                  : ClickButton(motor, "btnReceiveFromDevice");
