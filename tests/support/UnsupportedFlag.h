@@ -3,17 +3,18 @@
 #pragma once
 
 #include "model/CDeviceDatabase.h"
+#include "tests/support/PrivateMember.h"
+
+struct UnsupportedFlag
+{
+    using Type = bool CDeviceDatabase::*;
+    friend Type MemberOf(UnsupportedFlag);
+};
+template struct PrivateMember<UnsupportedFlag, &CDeviceDatabase::unsupported>;
 
 /// Sets what GetUnsupportedFlag() of the model gives: it is there for units that cannot do what a
-/// page offers, and nothing sets it yet. An explicit instantiation may name a private field. To be
-/// included once in a program.
-template<bool CDeviceDatabase::*Flag>
-struct UnsupportedFlagSetter
+/// page offers, and nothing sets it yet. To be included once in a program.
+inline void SetUnsupportedFlag(CDeviceDatabase& database, bool value)
 {
-    friend void SetUnsupportedFlag(CDeviceDatabase& database, bool value)
-    {
-        database.*Flag = value;
-    }
-};
-void SetUnsupportedFlag(CDeviceDatabase& database, bool value);
-template struct UnsupportedFlagSetter<&CDeviceDatabase::unsupported>;
+    database.*MemberOf(UnsupportedFlag()) = value;
+}
