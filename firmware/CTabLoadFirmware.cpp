@@ -41,57 +41,56 @@ public:
     }
 
     /// Whether all blocks went through. If not, `error` tells why. It stays as it is when there is
-    /// nothing to tell.
+    /// nothing to tell. With no block to send the unit's last acknowledgement decides.
     bool SendBlocks(QString& error)
     {
         for (quint16 block = 0; block < stream.BlockCount(); ++block) {
-            if (!FillBlock(block)) {
+            Block payload{};
+            quint16 sum = 0;
+            if (!FillBlock(block, payload, sum)) {
                 error = QStringLiteral("FW send cancelled!");
                 return false;
             }
             TheDeviceCommunication()->SendFirmwareBlock(payload.data());
-            if (!TakeAnswer(error)) {
+            if (!IsAcknowledged(error)) {
                 return false;
             }
+            totalSum += sum;
+            ++sequence;
         }
-        return true;
+        return TheDeviceCommunication()->GetLastResult() == CDeviceCommunication::AckDone;
     }
 
     bool SendChecksum() const
     {
-        std::array<uchar, 2 * sizeof(quint32)> sumAndSize{};
-        qToBigEndian(totalSum, sumAndSize.data());
-        qToBigEndian(stream.Size(), sumAndSize.data() + sizeof(quint32));
-        return TheDeviceCommunication()->SendFirmwareChecksum(sumAndSize.data());
+        const std::array sumAndSize{qToBigEndian(totalSum), qToBigEndian(stream.Size())};
+        return TheDeviceCommunication()->SendFirmwareChecksum(
+            reinterpret_cast<const uchar*>(sumAndSize.data()));
     }
 
 private:
     // Looks at the dialog for each byte. False when the user has closed it.
-    bool FillBlock(quint16 block)
+    bool FillBlock(quint16 block, Block& payload, quint16& sum)
     {
-        payload.fill(0);
-        blockSum = 0;
         for (quint32 j = 0; j < FirmwareStream::DataSize; ++j) {
             const uchar byte = stream.At(block * FirmwareStream::DataSize + j);
             payload[DataOffset + j] = byte;
-            blockSum = static_cast<quint16>(blockSum + byte);
+            sum = static_cast<quint16>(sum + byte);
             progress.setValue(position++);
             if (progress.wasCanceled()) {
                 return false;
             }
         }
         qToBigEndian(stream.DataLength(block), payload.data() + DataLengthOffset);
-        qToBigEndian(blockSum, payload.data() + SumOffset);
+        qToBigEndian(sum, payload.data() + SumOffset);
         qToBigEndian(sequence, payload.data() + SequenceOffset);
         return true;
     }
 
-    bool TakeAnswer(QString& error)
+    static bool IsAcknowledged(QString& error)
     {
         switch (TheDeviceCommunication()->GetLastResult()) {
         case CDeviceCommunication::AckDone:
-            totalSum += blockSum;
-            ++sequence;
             return true;
         case CDeviceCommunication::AckRefused:
             error = QStringLiteral("An error occoured during transmission");
@@ -107,8 +106,6 @@ private:
     const FirmwareStream& stream;
     CCustomProgressDialog& progress;
     int position = 0;
-    Block payload{};
-    quint16 blockSum = 0;
     quint16 sequence = 0;
     quint32 totalSum = 0;
 };
@@ -188,7 +185,6 @@ void CTabLoadFirmware::FirmwareLoadButtonClicked()
 bool CTabLoadFirmware::SendFirmwareFile(QString& error)
 {
     const bool exists = firmwareFile.exists();
-    error.clear();
     if (!TheDeviceCommunication()->IsConnected()) {
         return false;
     }
@@ -206,9 +202,7 @@ bool CTabLoadFirmware::SendFirmwareFile(QString& error)
     Transfer transfer(stream, progress);
     const bool acknowledged = available && transfer.SendBlocks(error);
     progress.setValue(stream.BlockCount());
-    const bool sent = acknowledged &&
-                      TheDeviceCommunication()->GetLastResult() == CDeviceCommunication::AckDone &&
-                      transfer.SendChecksum();
+    const bool sent = acknowledged && transfer.SendChecksum();
     progress.close();
     ProcessEventsBesidesInput();
     return sent;
