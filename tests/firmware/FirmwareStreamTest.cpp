@@ -63,6 +63,12 @@ private slots:
         QCOMPARE(BytesOf(FirmwareStream(image), 62, 10),
             QByteArray::fromHex("0000") + image + QByteArray::fromHex("000000"));
     }
+
+    void whatStandsBehindTheImageInMemoryIsNotOfTheStream()
+    {
+        const QByteArray image = QByteArray::fromRawData("abcXYZ", 3);
+        QCOMPARE(BytesOf(FirmwareStream(image), 64, 5), QByteArray("abc\0\0", 5));
+    }
 };
 
 QTEST_GUILESS_MAIN(FirmwareStreamTest)

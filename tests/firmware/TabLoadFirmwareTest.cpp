@@ -5,15 +5,18 @@
 #include "model/CDeviceDatabase.h"
 #include "tests/simulator/FirmwareBlocks.h"
 #include "tests/support/Notified.h"
+#include "tests/support/PrivateMember.h"
 #include "tests/support/UnsupportedFlag.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
+#include "tests/support/platform/SystemFiles.h"
 #include "tests/support/scripted/ConnectingThread.h"
 #include "tests/support/scripted/ScriptedLink.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QToolButton>
@@ -21,8 +24,30 @@
 
 using namespace firmwarestream;
 
+struct LastResult
+{
+    using Type = quint16 CDeviceCommunication::*;
+    friend Type MemberOf(LastResult);
+};
+template struct PrivateMember<LastResult, &CDeviceCommunication::lastResult>;
+
+struct FirmwareSent
+{
+    using Type = bool CTabLoadFirmware::*;
+    friend Type MemberOf(FirmwareSent);
+};
+template struct PrivateMember<FirmwareSent, &CTabLoadFirmware::firmwareSent>;
+
+struct UpdatePendingValidation
+{
+    using Type = bool CTabLoadFirmware::*;
+    friend Type MemberOf(UpdatePendingValidation);
+};
+template struct PrivateMember<UpdatePendingValidation, &CTabLoadFirmware::updatePendingValidation>;
+
 namespace {
 
+const QString Sending = "Sending Firmware file to the Device ..";
 const QString Sent = "Firmware sent to device successfully!";
 const QString TransmissionError = "An error occoured during transmission";
 const QString UnknownError = "unknown error";
@@ -154,6 +179,8 @@ private slots:
         QCOMPARE(Find<QToolButton>("btnSelectFirmware")->text(), "...");
         QCOMPARE(LoadButton()->text(), "Send FW to Device");
         QCOMPARE(UpdateButton()->text(), "Initiate FW Update");
+        QCOMPARE(Find<QLineEdit>("txtFirmwareFile")->accessibleName(), "Firmware File");
+        QCOMPARE(Find<QToolButton>("btnSelectFirmware")->accessibleName(), "Select Firmware File");
         ConnectTo("127.0.0.1");
         QVERIFY(!LoadButton()->isEnabled());
         QVERIFY(!UpdateButton()->isEnabled());
@@ -213,6 +240,28 @@ private slots:
         QVERIFY(!Find<QLabel>("lblCompatibility")->isVisible());
     }
 
+    // The pages behind it still read from the unit then, which takes its time.
+    void aServedPageKnowsTheLinkBeforeTheOtherPagesAreLoaded()
+    {
+        Choose(MakeImage("x"));
+        TheDeviceCommunication()->StartConnection("127.0.0.1");
+        AwaitConnectingThread();
+        QVERIFY(!LoadButton()->isEnabled());
+        Tab().ConnectionStatusChanged();
+        QVERIFY(LoadButton()->isEnabled());
+    }
+
+    // The unit is not to install what it does not have.
+    void eitherFlagAloneForbidsTheUpdate()
+    {
+        BeginSent();
+        CTabLoadFirmware fresh(nullptr);
+        VerifyThatEitherFlagForbidsTheUpdate(fresh);
+        Click(UpdateButton());
+        QVERIFY(TheDeviceCommunication()->IsConnected());
+        VerifyThatEitherFlagForbidsTheUpdate(Tab());
+    }
+
     void everyByteAndWaitOfATransfer()
     {
         // The size of an image, and its blocks.
@@ -232,8 +281,7 @@ private slots:
                 sleeps << 10 << 1;
             }
             QCOMPARE(scripted::Sleeps(), sleeps << 10);
-            QCOMPARE(
-                notified.statuses, (QStringList{"Sending Firmware file to the Device ..", Sent}));
+            QCOMPARE(notified.statuses, (QStringList{Sending, Sent}));
             QCOMPARE(StatusLine(), Sent);
             QVERIFY(UpdateButton()->isEnabled());
             QVERIFY(LoadButton()->isEnabled());
@@ -245,16 +293,19 @@ private slots:
     {
         BeginWith(Image(1200));
         QString label;
+        QString name;
         QPair<int, int> range;
         bool blocked = false;
         WhenShown<QProgressDialog>([&](QProgressDialog& dialog) {
             label = dialog.labelText();
+            name = dialog.findChild<QProgressBar*>()->accessibleName();
             range = {dialog.minimum(), dialog.maximum()};
             CloseByTitleBar(MainWindow());
             blocked = MainWindow()->isVisible();
         });
         Click(LoadButton());
         QCOMPARE(label, "Sending 1264 bytes...");
+        QCOMPARE(name, "Do Firmware Update...");
         QCOMPARE(range, qMakePair(0, 1264));
         QVERIFY(blocked);
         QCOMPARE(StatusLine(), Sent);
@@ -272,6 +323,25 @@ private slots:
         Click(LoadButton());
         // The last byte of the first block, and the end of the stream.
         QCOMPARE(values, (QVector<int>{1199, 2064}));
+    }
+
+    void theWindowIsPaintedBeforeTheDialogComesAndWhenItHasGone()
+    {
+        BeginWith(Image(100));
+        QObject context;
+        QStringList turns;
+        const auto look = [&] {
+            turns.append(VisibleProgress() != nullptr ? "a dialog" : StatusLine());
+        };
+        WhenStatusIs(context, Sending, [&] { InTheNextTurn(context, look); });
+        BeUnit({}, [&](const QByteArray& frame) {
+            if (frame.startsWith("CF4\r")) {
+                InTheNextTurn(context, look);
+            }
+        });
+        Click(LoadButton());
+        QCOMPARE(turns, (QStringList{Sending, Sending}));
+        QCOMPARE(StatusLine(), Sent);
     }
 
     void aTransferCanBeRepeated()
@@ -317,6 +387,55 @@ private slots:
             QCOMPARE(ConnectionLine(), "Not Connected ");
             QVERIFY(!UpdateButton()->isEnabled());
             QVERIFY(!LoadButton()->isEnabled());
+        }
+    }
+
+    void aLinkThatIsClosedAsTheTransferBeginsSendsNothing()
+    {
+        BeginSent();
+        QObject context;
+        WhenStatusIs(context, Sending, [] { TheDeviceCommunication()->Disconnect(); });
+        scripted::ForgetEvents();
+        const ShownProgress dialogs;
+        Click(LoadButton());
+        QCOMPARE(Frames(), QStringList());
+        QCOMPARE(StatusLine(), QString());
+        QCOMPARE(dialogs.Count(), 0);
+        QVERIFY(!LoadButton()->isEnabled());
+        QVERIFY(!UpdateButton()->isEnabled());
+    }
+
+    // No answer of a unit gives this result yet.
+    void theResult65535EndsTheTransferWithoutAText()
+    {
+        BeginWith(Image(2000));
+        scripted::FailSendsFrom(1);
+        QObject context;
+        connect(TheDeviceCommunication(), &CDeviceCommunication::ConnectionLost, &context,
+            [] { TheDeviceCommunication()->*MemberOf(LastResult()) = 65535; });
+        Click(LoadButton());
+        QCOMPARE(Frames(), QStringList{"send fails"});
+        QCOMPARE(StatusLine(), QString());
+        QVERIFY(!UpdateButton()->isEnabled());
+    }
+
+    // The blocks are counted in 16 bits. Only the checksum goes out then, if the unit's last answer
+    // was a good one.
+    void anImageOf65536BlocksHasNone()
+    {
+        constexpr int size = 65536 * 1200;
+        const QString checksum =
+            FrameOf("CF4\r" + BigEndian(quint32(0)) + BigEndian(quint32(size)));
+        for (const bool good : {true, false}) {
+            BeginWith(Image(100));
+            BeUnit({0, good ? "1\r" : "0\r"});
+            Click(LoadButton());
+            QVERIFY(QFile::resize(folder.filePath("image.cyacd"), size - 64));
+            scripted::ForgetEvents();
+            Click(LoadButton());
+            QCOMPARE(Frames(), good ? QStringList{checksum} : QStringList());
+            QCOMPARE(StatusLine(), good ? Sent : QString());
+            QCOMPARE(UpdateButton()->isEnabled(), good);
         }
     }
 
@@ -388,6 +507,27 @@ private slots:
         }
     }
 
+    // What came is not sent: it would be half an image.
+    void aFileThatCannotBeReadWholeSendsNothingAndIsNamed()
+    {
+        if (!QFile::exists(FileShorterThanItsSize())) {
+            QSKIP("this system has no file that is shorter than its size");
+        }
+        const QString path = folder.filePath("image.cyacd");
+        BeginWith(Image(100));
+        Click(LoadButton());
+        scripted::ForgetEvents();
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QFile::link(FileShorterThanItsSize(), path));
+        const ShownProgress dialogs;
+        Click(LoadButton());
+        QVERIFY(QFile::remove(path));
+        QCOMPARE(Frames(), QStringList());
+        QCOMPARE(dialogs.Labels(), QStringList{"Sending 64 bytes..."});
+        QCOMPARE(StatusLine(), path + " File could not be found or open");
+        QVERIFY(!UpdateButton()->isEnabled());
+    }
+
     void withoutAConnectionNothingIsSent()
     {
         BeginSent();
@@ -437,6 +577,27 @@ private slots:
         QVERIFY(!UpdateButton()->isEnabled());
     }
 
+    void theWindowIsPaintedAsAnUpdateBeginsAsItIsValidatedAndAsItEnds()
+    {
+        BeginSent();
+        QObject context;
+        QStringList turns;
+        bool begun = false;
+        bool ended = false;
+        BeUnit({}, [&](const QByteArray&) { begun = true; });
+        connect(UpdateButton(), &QPushButton::clicked, &context, [&] { ended = true; });
+        WhenStatusIs(context, "Updating firmware ..",
+            [&] { InTheNextTurn(context, [&] { turns.append(begun ? "late" : "beginning"); }); });
+        WhenStatusIs(context, Updated, [&] {
+            InTheNextTurn(context,
+                [&] { turns.append(VisibleProgress() == nullptr ? "late" : "validated"); });
+        });
+        connect(&Tab(), &CTabLoadFirmware::ReconnectAfterFirmwareUpDate, &context,
+            [&] { InTheNextTurn(context, [&] { turns.append(ended ? "late" : "end"); }); });
+        Click(UpdateButton());
+        QCOMPARE(turns, (QStringList{"beginning", "validated", "end"}));
+    }
+
     // The buttons are as they were when the link went down, until the tab has something to do.
     void afterAnUpdateTheNextTransferBeginsWithAFile()
     {
@@ -453,9 +614,11 @@ private slots:
     void theUpdatesDialogCannotBeClosedAndStaysUntilTheValidation()
     {
         BeginSent();
+        const ShownProgress dialogs;
         QStringList labels;
         QVector<int> values;
         QVector<int> flags;
+        QPair<int, int> range(-1, -1);
         bool openAtValidation = false;
         scripted::WhenSlept([&](int) {
             AwaitConnectingThread();
@@ -463,6 +626,9 @@ private slots:
                 values.append(VisibleProgress()->value());
                 labels.append(VisibleProgress()->labelText());
                 flags.append(int(VisibleProgress()->windowFlags()));
+                if (range.first == -1) {
+                    range = {VisibleProgress()->minimum(), VisibleProgress()->maximum()};
+                }
             }
         });
         BeUnit({}, [&](const QByteArray& frame) {
@@ -475,7 +641,9 @@ private slots:
             QCOMPARE(labels.value(pass - 1), "Firmware Update in progress... ");
             QCOMPARE(flags.value(pass - 1), 0x02001001);
         }
+        QCOMPARE(range, qMakePair(0, 0));
         QVERIFY(openAtValidation);
+        QVERIFY(dialogs.ClosedLabels().contains("Firmware Update in progress... "));
         QVERIFY(VisibleProgress() == nullptr);
         QVERIFY(MainWindow()->findChild<QProgressDialog*>() == nullptr);
     }
@@ -564,6 +732,28 @@ private:
         BeginWith(Image(100));
         Click(LoadButton());
         scripted::ForgetEvents();
+    }
+
+    // While connected, of a page to which no image has been sent since the last update.
+    static void VerifyThatEitherFlagForbidsTheUpdate(CTabLoadFirmware& tab)
+    {
+        const auto* const button = tab.findChild<QPushButton*>("btnUpdateFirmware");
+        bool& sent = tab.*MemberOf(FirmwareSent());
+        bool& pending = tab.*MemberOf(UpdatePendingValidation());
+        const bool sentBefore = sent;
+        sent = true;
+        tab.UpdateControls();
+        QVERIFY(!button->isEnabled());
+        sent = sentBefore;
+        pending = false;
+        tab.UpdateControls();
+        QVERIFY(!button->isEnabled());
+        sent = true;
+        tab.UpdateControls();
+        QVERIFY(button->isEnabled());
+        sent = sentBefore;
+        pending = true;
+        tab.UpdateControls();
     }
 
     static void ExpectFailedUpdate()

@@ -190,6 +190,7 @@ private slots:
         const QPair<const char*, QStringList> rows[] = {
             {"Info", {"txtMacAddress", "txtPartNumber", "txtProductIndex", "txtSerialNumber",
                          "txtVersionNumber"}},
+            {"Update FW", {"txtFirmwareFile", "btnSelectFirmware"}},
             {"IP Configuration", {"txtNewIpAddress", "txtNewSubnetMask"}},
             {"Azimuth Configuration",
                 {"0", "1", "2", "3", "4", "5", "6", "7", "8", "btnReadFromFile", "btnWriteToFile",

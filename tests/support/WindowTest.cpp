@@ -2,6 +2,7 @@
 
 #include "tests/support/WindowTest.h"
 
+#include "model/CDeviceDatabase.h"
 #include "shell/CVX440_AccessApplication.h"
 
 #include <QHelpEvent>
@@ -159,10 +160,30 @@ ShownProgress::ShownProgress()
 
 bool ShownProgress::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Show && qobject_cast<QProgressDialog*>(watched) != nullptr) {
-        ++count;
+    const auto* const dialog = qobject_cast<QProgressDialog*>(watched);
+    if (dialog != nullptr && event->type() == QEvent::Show) {
+        labels.append(dialog->labelText());
+    }
+    if (dialog != nullptr && event->type() == QEvent::Close) {
+        closedLabels.append(dialog->labelText());
     }
     return false;
+}
+
+void WhenStatusIs(QObject& context, const QString& text, const std::function<void()>& action)
+{
+    QObject::connect(TheDeviceDatabase(), &QAbstractItemModel::dataChanged, &context,
+        [text, action](const QModelIndex& cell) {
+            if (cell.column() == CDeviceDatabase::ApplicationStatusColumn &&
+                cell.data().toString() == text) {
+                action();
+            }
+        });
+}
+
+void InTheNextTurn(QObject& context, const std::function<void()>& action)
+{
+    QMetaObject::invokeMethod(&context, action, Qt::QueuedConnection);
 }
 
 QStringList ListedDevices(const QWidget& parent)

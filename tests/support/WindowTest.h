@@ -98,14 +98,26 @@ class ShownProgress : public QObject
 {
 public:
     ShownProgress();
-    int Count() const { return count; }
+    int Count() const { return labels.size(); }
+    /// Their labels, as they were when they came up.
+    QStringList Labels() const { return labels; }
+    /// The labels of those that were closed, in that order. One that is deleted is not closed.
+    QStringList ClosedLabels() const { return closedLabels; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    int count = 0;
+    QStringList labels;
+    QStringList closedLabels;
 };
+
+/// Calls `action` each time that the application's status is set to `text`, at once, as long as
+/// `context` lives.
+void WhenStatusIs(QObject& context, const QString& text, const std::function<void()>& action);
+/// Calls `action` when the event loop has its next turn, unless `context` has gone by then. What
+/// waits to be painted is painted in that turn, too.
+void InTheNextTurn(QObject& context, const std::function<void()>& action);
 
 /// The rows of the list of found devices, "ADDRESS MAC" each. `parent` is the page or its window.
 QStringList ListedDevices(const QWidget& parent);

@@ -6,3 +6,8 @@ bool HasDeviceFiles()
 {
     return false;
 }
+
+const char* FileShorterThanItsSize()
+{
+    return nullptr;
+}
