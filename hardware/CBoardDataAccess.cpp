@@ -9,6 +9,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -28,15 +29,19 @@ public:
               BlockRequestSize, ComponentGroup)
     {
     }
+
+    bool Parse(const QVector<uchar>& image)
+    {
+        bool parsed{};
+        return ParseImage(image, parsed);
+    }
 };
 
 bool ReadBytes(
     CDeviceCommunication* communication, QVector<uchar>& out, quint16 count, quint16 offset)
 {
-    uchar request[2 * sizeof(quint16)];
-    qToBigEndian(count, request);
-    qToBigEndian(offset, request + sizeof(quint16));
-    return communication->ReadEeprom(request, out);
+    std::array request{qToBigEndian(count), qToBigEndian(offset)};
+    return communication->ReadEeprom(reinterpret_cast<uchar*>(request.data()), out);
 }
 
 } // namespace
@@ -47,13 +52,12 @@ bool CBoardDataAccess::ReadBlockTexts(
     texts.clear();
     Component component;
     QVector<uchar> image;
-    bool ok = false;
-    if (!ReadBytes(communication, image, BlockRequestSize, offset) ||
-        !component.ParseImage(image, ok)) {
+    if (!ReadBytes(communication, image, BlockRequestSize, offset) || !component.Parse(image)) {
         return false;
     }
-    component.AppendRowTexts(texts, OtherGroup);
-    component.AppendRowTexts(texts, ComponentGroup);
+    for (const quint8 group : {OtherGroup, ComponentGroup}) {
+        component.AppendRowTexts(texts, group);
+    }
     return true;
 }
 
@@ -61,15 +65,14 @@ bool CBoardDataAccess::ReadBlockTexts(
 bool CBoardDataAccess::ReadEepromImages(
     CDeviceCommunication* communication, QVector<uchar>& image, QProgressDialog* dialog)
 {
-    image.clear();
+    const auto readAndSave = [&](quint16 offset) {
+        return ReadEepromRegion(communication, image, offset, RegionSize, dialog) &&
+               SaveRegionImage(image);
+    };
     dialog->setMaximum(2 * RegionSize);
     dialog->setValue(0);
-    if (ReadEepromRegion(communication, image, DeviceRegion, RegionSize, dialog)) {
-        SaveRegionImage(image);
-    }
-    image.clear();
-    return ReadEepromRegion(communication, image, BoardRegion, RegionSize, dialog) &&
-           SaveRegionImage(image);
+    readAndSave(DeviceRegion);
+    return readAndSave(BoardRegion);
 }
 
 bool CBoardDataAccess::ReadEepromRegion(CDeviceCommunication* communication, QVector<uchar>& image,
@@ -89,7 +92,5 @@ bool CBoardDataAccess::ReadEepromRegion(CDeviceCommunication* communication, QVe
 bool CBoardDataAccess::SaveRegionImage(const QVector<uchar>& image)
 {
     Component component;
-    bool ok = false;
-    return component.ParseImage(image, ok) &&
-           component.SaveImage(component.ReadImageFileName(), image);
+    return component.Parse(image) && component.SaveImage(component.ReadImageFileName(), image);
 }
