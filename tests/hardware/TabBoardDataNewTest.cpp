@@ -6,6 +6,7 @@
 #include "tests/hardware/BoardDataWindow.h"
 #include "tests/hardware/EepromImages.h"
 #include "tests/support/Notified.h"
+#include "tests/support/PrivateMember.h"
 #include "tests/support/Warnings.h"
 #include "tests/support/WindowTest.h"
 #include "tests/support/scripted/ConnectingThread.h"
@@ -16,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -26,6 +28,13 @@
 
 #include <memory>
 #include <tuple>
+
+struct ReadBlockData
+{
+    using Type = bool (CTabBoardDataNew::*)();
+    friend Type MemberOf(ReadBlockData);
+};
+template struct PrivateMember<ReadBlockData, &CTabBoardDataNew::ReadBlockData>;
 
 namespace {
 
@@ -77,19 +86,40 @@ QString ColumnText(int column)
     return Model().index(0, column).data().toString();
 }
 
-// What a progress dialog was like when it came up: its label, range, value and modality; and the
-// status.
+// What a progress dialog was like when it came up: its label, its bar's name, its range, value and
+// modality; and the status.
 QVariantList ProgressOf(const std::function<void()>& work)
 {
     QVariantList progress;
     WhenProgressShows([&progress] {
         const QProgressDialog* const dialog = VisibleProgress();
-        progress = {dialog->labelText(), dialog->minimum(), dialog->maximum(), dialog->value(),
-            int(dialog->windowModality()), StatusLine()};
+        progress = {dialog->labelText(), dialog->findChild<QProgressBar*>()->accessibleName(),
+            dialog->minimum(), dialog->maximum(), dialog->value(), int(dialog->windowModality()),
+            StatusLine()};
     });
     work();
     return progress;
 }
+
+// Whether a progress dialog is up each time that the application's status is set.
+class DialogAtStatus
+{
+public:
+    DialogAtStatus()
+    {
+        QObject::connect(
+            &Model(), &QAbstractItemModel::dataChanged, &context, [this](const QModelIndex& cell) {
+                if (cell.column() == StatusColumn) {
+                    wasUp.append(VisibleProgress() != nullptr);
+                }
+            });
+    }
+
+    QVector<bool> wasUp;
+
+private:
+    QObject context;
+};
 
 } // namespace
 
@@ -151,6 +181,7 @@ class TabBoardDataNewTest : public WarningsFail
             scripted::DeliverAfter(1000, memory.mid(offset, size));
         }
         if (frame.startsWith("CF6\r")) {
+            progressAtWrite = VisibleProgress()->value();
             if (acknowledgement == "1\r") {
                 const int offset = qFromBigEndian<quint16>(payload.constData());
                 memory.replace(offset, payload.size() - 2, payload.mid(2));
@@ -191,6 +222,12 @@ class TabBoardDataNewTest : public WarningsFail
     }
     void ReadAll() const { Click(window->Child<QPushButton>("btnReadAll")); }
 
+    template<class Widget>
+    QString NameOf(const QByteArray& widget) const
+    {
+        return window->Child<Widget>(widget)->accessibleName();
+    }
+
     QStringList FieldTexts(const QByteArray& region) const
     {
         QStringList texts;
@@ -204,6 +241,7 @@ class TabBoardDataNewTest : public WarningsFail
     std::unique_ptr<QTemporaryDir> folder;
     QByteArray memory;
     QByteArray acknowledgement;
+    int progressAtWrite = 0;
 
 private slots:
     void initTestCase()
@@ -318,18 +356,29 @@ private slots:
         const auto edits = window->Tab()->findChildren<QLineEdit*>();
         QCOMPARE(edits.size(), 14);
         for (const QLineEdit* const edit : edits) {
-            QVERIFY2(edit->isReadOnly() && !edit->accessibleName().isEmpty(),
-                qPrintable(edit->objectName()));
-        }
-        const auto selectors = window->Tab()->findChildren<QToolButton*>();
-        for (const QToolButton* const selector : selectors) {
-            QVERIFY2(!selector->accessibleName().isEmpty(), qPrintable(selector->objectName()));
+            QVERIFY2(edit->isReadOnly(), qPrintable(edit->objectName()));
         }
         const auto buttons = window->Tab()->findChildren<QPushButton*>();
         QCOMPARE(buttons.size(), 4);
         for (const QPushButton* const button : buttons) {
             QVERIFY2(
                 !button->autoDefault() && !button->isDefault(), qPrintable(button->objectName()));
+        }
+    }
+
+    void aScreenReaderGetsANameOfEachField()
+    {
+        const char* const names[] = {"part number", "product index", "serial number",
+            "production date", "test instruction index", "name"};
+        for (const QByteArray region : {"Device", "Board"}) {
+            for (int field = 0; field < 6; ++field) {
+                QCOMPARE(NameOf<QLineEdit>("txt" + region + Fields[field]),
+                    QString(region + ' ' + names[field]));
+            }
+            QCOMPARE(
+                NameOf<QLineEdit>("txt" + region + "DataFile"), QString(region + " data file"));
+            QCOMPARE(NameOf<QToolButton>("btn" + region + "DataFileSelector"),
+                QString("Select " + region.toLower() + " data file"));
         }
     }
 
@@ -409,6 +458,7 @@ private slots:
         Disconnect();
         window->Tab()->ConnectionStatusChanged();
         QCOMPARE(StatusLine(), NotConnected);
+        QVERIFY(!(window->Tab()->*MemberOf(ReadBlockData()))());
         QCOMPARE(scripted::Events(), QStringList());
     }
 
@@ -537,6 +587,8 @@ private slots:
                 ChooseFile(region, MakeFile(Filled({}, size)));
                 scripted::ForgetEvents();
                 const Notified notified;
+                const DialogAtStatus dialog;
+                const ShownProgress dialogs;
 
                 const QVariantList progress = ProgressOf([&] { ClickWrite(region); });
 
@@ -544,8 +596,12 @@ private slots:
                 QCOMPARE(scripted::Actions(),
                     QStringList("send 4346360D" + address + Hex(sent)) + BlockRequests);
                 const QString label = QString("Sending %1 bytes...").arg(taken);
-                QCOMPARE(
-                    progress, (QVariantList{label, 0, taken, -1, int(Qt::WindowModal), Writing}));
+                QCOMPARE(progress, (QVariantList{label, "Send data ...", 0, taken, -1,
+                                       int(Qt::WindowModal), Writing}));
+                QCOMPARE(progressAtWrite, taken - 1);
+                // At its end it goes of its own accord. Without a byte it has none.
+                QCOMPARE(dialog.wasUp, (QVector<bool>{true, true, true, taken == 0}));
+                QCOMPARE(dialogs.ClosedLabels(), QStringList(label));
                 QCOMPARE(notified.statuses,
                     (QStringList{Writing, Written, isBlock ? Valid : Invalid, Written}));
                 QVERIFY(VisibleProgress() == nullptr);
@@ -582,6 +638,23 @@ private slots:
         QCOMPARE(scripted::Events(), QStringList());
         QCOMPARE(FileOf("Device"), QString());
         QVERIFY(!CanWrite("Device"));
+    }
+
+    void theResultIsPaintedBeforeTheFileIsForgotten()
+    {
+        for (const bool connected : {true, false}) {
+            ChooseFile("Device", MakeFile("abc"));
+            if (!connected) {
+                Disconnect();
+            }
+            QObject context;
+            QStringList shown;
+            WhenStatusIs(context, connected ? Written : NotConnected,
+                [&] { InTheNextTurn(context, [&] { shown.append(FileOf("Device")); }); });
+            ClickWrite("Device");
+            // It is told again behind the reading.
+            QCOMPARE(shown, connected ? Texts("data.bin|data.bin") : Texts("data.bin"));
+        }
     }
 
     void aFileThatIsGoneIsWrittenAsNothing()
@@ -658,6 +731,7 @@ private slots:
     void readingAllSavesBothRegionsAndTellsWhatItDoes()
     {
         const Notified notified;
+        const DialogAtStatus dialog;
         const QVariantList progress = ProgressOf([this] { ReadAll(); });
         QCOMPARE(scripted::Actions().size(), 12);
         QCOMPARE(scripted::Actions().mid(10), BlockRequests);
@@ -666,10 +740,24 @@ private slots:
             Texts("VX440Read_VX440_001234.bin|VX440Read_VX440_123456.bin"));
         QCOMPARE(FieldTexts("Device"), DeviceTexts);
         QCOMPARE(FieldTexts("Board"), BoardTexts);
-        QCOMPARE(progress, (QVariantList{"Reading EEPROM in progress...", 0, 2400, 1,
-                               int(Qt::WindowModal), Reading}));
+        const QString label = "Reading EEPROM in progress...";
+        QCOMPARE(progress, (QVariantList{label, label, 0, 2400, 1, int(Qt::WindowModal), Reading}));
         QCOMPARE(notified.statuses, (QStringList{Reading, Valid, ReadDone}));
+        QCOMPARE(dialog.wasUp, (QVector<bool>{true, true, false}));
         QVERIFY(VisibleProgress() == nullptr);
+    }
+
+    void theResultIsPaintedBeforeTheReadingIsOver()
+    {
+        QObject context;
+        bool over = false;
+        bool overAtPaint = true;
+        connect(window->Child<QPushButton>("btnReadAll"), &QPushButton::clicked, &context,
+            [&] { over = true; });
+        WhenStatusIs(
+            context, ReadDone, [&] { InTheNextTurn(context, [&] { overAtPaint = over; }); });
+        ReadAll();
+        QVERIFY(!overAtPaint);
     }
 
     void aBadBoardRegionFailsTheReading()

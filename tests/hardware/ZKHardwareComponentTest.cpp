@@ -2,6 +2,7 @@
 
 #include "hardware/CZKHardwareComponent.h"
 #include "tests/hardware/EepromImages.h"
+#include "tests/support/PrivateMember.h"
 #include "tests/support/Warnings.h"
 
 #include <QDir>
@@ -9,6 +10,13 @@
 #include <QtTest>
 
 #include <type_traits>
+
+struct FilePath
+{
+    using Type = QString CZKHardwareComponent::*;
+    friend Type MemberOf(FilePath);
+};
+template struct PrivateMember<FilePath, &CZKHardwareComponent::FilePath>;
 
 namespace {
 
@@ -114,6 +122,7 @@ private slots:
         Component component;
         QCOMPARE(Row(component, 0), NoBlockRow);
         QCOMPARE(Row(component, 1), NoBlockRow);
+        QCOMPARE(component.*MemberOf(FilePath()), QDir::toNativeSeparators("directory/VX440.bin"));
         QVERIFY(!QDir("directory").exists());
     }
 
