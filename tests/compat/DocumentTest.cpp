@@ -3,6 +3,7 @@
 #include "tests/support/Warnings.h"
 #include "tests/support/workbooks/WorkbookParts.h"
 
+#include "Package.h"
 #include "xlsxabstractsheet.h"
 #include "xlsxcell.h"
 #include "xlsxcelllocation.h"
@@ -11,6 +12,7 @@
 #include "xlsxworksheet.h"
 
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <QtTest>
 
 namespace {
@@ -84,16 +86,21 @@ QMap<QString, WorkbookParts> WorkbooksAtBounds(bool isBeyond)
         attributes += " a" + QByteArray::number(i) + "=''";
     }
     withRows("attributes of an element", "<row" + attributes + "/>");
-    withRows("the length of a text",
-        "<row><c><v>" + QByteArray(isBeyond ? 120'000 : 3 * 32767, 'x') + "</v></c></row>");
-    withRows("the length of a tag",
-        "<row a='" + QByteArray(isBeyond ? 120'000 : 3 * 32767, 'x') + "'/>");
-    withRows("elements", QByteArray("<a/>").repeated(isBeyond ? 1'000'000 : 999'900));
+    // They are read in pieces of 8 KiB, of which a token may take 13 beside the one it begins in.
+    const QByteArray longest(isBeyond ? 14 * 8192 : 13 * 8192, 'x');
+    withRows("the length of a text", "<row><c><v>" + longest + "</v></c></row>");
+    withRows("the length of a tag", "<row a='" + longest + "'/>");
+    // All but 30 stand here.
+    withRows("tokens", QByteArray("<!---->").repeated(1'999'999 - 30 + more));
     withRows("the length of all texts",
         "<row>" + ("<c><v>" + QByteArray(80'000, 'x') + "</v></c>").repeated(isBeyond ? 200 : 199) +
             "</row>");
+    int others = 0;
+    for (const QByteArray& part : WorkbookWithSheets({QByteArray()})) {
+        others += part.size();
+    }
     withPart("the length of all parts", "media/picture",
-        QByteArray(64 * 1024 * 1024 - (isBeyond ? 0 : 5'000), '\0'));
+        QByteArray(64 * 1024 * 1024 - others + more, '\0'));
     withPart("the length of a name", QString(255 + more, 'n'), QByteArray());
 
     WorkbookParts many = WorkbookWithSheets({QByteArray()});
@@ -204,10 +211,12 @@ private slots:
             {"<c t='other'><v>x</v></c>", "QString x"},
             {"<c s='99'><v>5.0</v></c>", "QString 5.0"},
             {"<c><extLst><ext><v>no</v></ext></extLst><v>5</v></c>", "QString 5"},
+            {"<c><v>5<x>6</x>7</v></c>", "QString 57"},
         };
         for (const sROW& row : rows) {
             WorkbookParts parts = WorkbookWithSheets({QByteArray("<row>") + row.given + "</row>"});
             SetSharedStrings(parts,
+                "<other><si><t>no</t></si></other>"
                 "<si><t>plain</t></si>"
                 "<si><r><t>one</t></r><r><rPr><b/></rPr><t xml:space='preserve'> two</t></r></si>"
                 "<si><t>kanji</t><rPh sb='0' eb='1'><t>hint</t></rPh></si>"
@@ -229,12 +238,12 @@ private slots:
         for (const int builtIn : {0, 1, 13, 23, 26, 37, 44, 48, 49, 59}) {
             QCOMPARE(Styled(QByteArray::number(builtIn)), none);
         }
-        for (const char* code :
-            {"yyyy-mm-dd", "DD.MM.YYYY", "hh:mm", "[h]:00", "[mm]:00", "[$-407]d. mmmm", "[h"}) {
+        for (const char* code : {"yyyy-mm-dd", "DD.MM.YYYY", "hh:mm", "[h]:00", "[mm]:00", "[SS]",
+                 "[$-407]d. mmmm", "[h", "[]yyyy", "&quot;&quot;yyyy"}) {
             QVERIFY2(Styled("164", code) == date, code);
         }
-        for (const char* code : {"[Red]0.0", "[$EUR] 0.00", "General", "0.00E+00",
-                 "0 &quot;days&quot;", "0 &quot;days", "0\\d", "0_d", "0;yyyy", ""}) {
+        for (const char* code : {"[Red]0.0", "[Magenta]0.0", "[]0.0", "[$EUR] 0.00", "General",
+                 "0.00E+00", "0 &quot;days&quot;", "0 &quot;days", "0\\d", "0_d", "0;yyyy", ""}) {
             QVERIFY2(Styled("164", code) == none, code);
         }
         QCOMPARE(Styled("14", "0.00"), none);
@@ -262,6 +271,7 @@ private slots:
             {"<row><c r='A99999999999'/></row>", "-1,-1 -1,-1"},
             {"<row><c r='A1:B2'/></row>", "-1,-1 -1,-1"},
             {"<row r='2147483647'/><row><c/></row>", "2147483647,1 2147483647,1"},
+            {"<other><row r='9'><c/></row></other><row r='2'><other/><c/></row>", "2,1 2,1"},
         };
         for (const sROW& row : rows) {
             const QString cells = CellsOf(QXlsx::Document(NewWorkbook(QByteArray(row.given))));
@@ -276,6 +286,30 @@ private slots:
             NewWorkbook("<row r='3'><c r='B3'><v>b3</v></c><c r='A3'><v>a3</v></c></row>"
                         "<row r='1'><c r='C1'><v>first</v></c><c r='C1'><v>second</v></c></row>"));
         QCOMPARE(CellsOf(document), "1,3 QString second | 3,1 QString a3 | 3,2 QString b3 | 3,3");
+    }
+
+    void aPlaceNamesNoneUntilItIsSet()
+    {
+        const QXlsx::CellLocation location;
+        QCOMPARE(location.row, -1);
+        QCOMPARE(location.col, -1);
+    }
+
+    void aTextTakesNoMoreMemoryThanItsCharacters()
+    {
+        const QXlsx::Document document(NewWorkbook(
+            "<row><c><v>a text of one run, and no short one</v></c><c t='inlineStr'><is>"
+            "<r><t>a text </t></r><r><t>of two runs, and no short one</t></r></is></c>"
+            "</row>"));
+        int rows = 0;
+        int columns = 0;
+        const auto cells = FirstWorksheet(document)->getFullCells(&rows, &columns);
+        QCOMPARE(cells.size(), 2);
+        for (const QXlsx::CellLocation& location : cells) {
+            const QString text = location.cell->value().toString();
+            QVERIFY(!text.isEmpty());
+            QCOMPARE(text.capacity(), text.size());
+        }
     }
 
     void blanksOfALayoutBetweenElementsDoNotCount()
@@ -433,6 +467,56 @@ private slots:
         for (const char* content : {"", "VX440-DCF\n", "PK\3\4 VX440-DCF\n"}) {
             QVERIFY2(!IsLoaded(Written(content)), content);
         }
+        for (const char* before : {"x", "PK\3!"}) {
+            QVERIFY2(!IsLoaded(Written(before + PackageOf(FullWorkbook()))), before);
+        }
+    }
+
+    void aCommentBehindThePackageMayBeThereAndIsNotCutShort()
+    {
+        const QByteArray comment = "a unit with two feeds";
+        QByteArray content = PackageOf(FullWorkbook());
+        // Its length is the last that the package has.
+        content[content.size() - 2] = static_cast<char>(comment.size());
+        content += comment;
+        QVERIFY(IsLoaded(Written(content)));
+        for (int cut = 1; cut <= comment.size(); ++cut) {
+            QVERIFY(!IsLoaded(Written(content.left(content.size() - cut))));
+        }
+    }
+
+    // A long one may have much in it that unpacks to nothing.
+    void aFileOfMoreThan64MebibytesIsNotLoaded()
+    {
+        QByteArray content = PackageOf(FullWorkbook());
+        // The parts stand at the front, and their directory behind a hole. Where it begins is what
+        // the package ends with, but for 6 bytes.
+        const int directory = content.indexOf("PK\1\2");
+        const int end = content.size();
+        for (const int more : {0, 1}) {
+            const int hole = 64 * 1024 * 1024 + more - end;
+            qToLittleEndian<quint32>(
+                static_cast<quint32>(directory + hole), content.data() + end - 6);
+            QFile file(NewPath());
+            QVERIFY(file.open(QIODevice::WriteOnly) &&
+                    file.write(content.constData(), directory) == directory &&
+                    file.seek(directory + hole) &&
+                    file.write(content.mid(directory)) == end - directory);
+            file.close();
+            QCOMPARE(IsLoaded(file.fileName()), more == 0);
+            QVERIFY(file.remove());
+        }
+    }
+
+    void aPartIsReadFromTheFrontOnly()
+    {
+        const WorkbookParts parts = FullWorkbook();
+        QXlsx::Package package(NewWorkbook(parts));
+        QVERIFY(package.Open());
+        const auto part = package.Part("xl/workbook.xml");
+        QVERIFY(part->isSequential());
+        QCOMPARE(part->readAll(), parts["xl/workbook.xml"]);
+        QVERIFY(package.Part("xl/another.xml") == nullptr);
     }
 
     void aPartThatIsLongerThanItClaimsIsNotLoaded()
