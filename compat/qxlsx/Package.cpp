@@ -5,7 +5,6 @@
 #include "ZipPart.h"
 
 #include <QFileInfo>
-#include <QtEndian>
 
 #include <array>
 
@@ -13,23 +12,19 @@ namespace QXlsx {
 
 namespace {
 
-// A zip begins with the first of these, and ends with a record that begins with the second. That
-// record holds the length of the comment behind it: 16 bits, little end first.
+// A zip begins with it.
 const QByteArray PartRecord = QByteArrayLiteral("PK\3\4");
-const QByteArray LastRecord = QByteArrayLiteral("PK\5\6");
-constexpr int CommentLengthOffset = 20;
-constexpr int LastRecordLength = 22;
-constexpr int MaximumCommentLength = 0xFFFF;
 
-bool HasItsEnd(const QByteArray& tail)
+// Whether there are no more parts than a workbook has, and the comment behind their directory is
+// all there.
+bool IsWholeAndBounded(unzFile zip)
 {
-    const int last = tail.lastIndexOf(LastRecord);
-    if (last < 0 || last + LastRecordLength > tail.size()) {
-        return false;
-    }
-    const int commentLength =
-        qFromLittleEndian<quint16>(tail.constData() + last + CommentLengthOffset);
-    return last + LastRecordLength + commentLength <= tail.size();
+    unz_global_info64 directory{};
+    const bool isBounded = unzGetGlobalInfo64(zip, &directory) == UNZ_OK &&
+                           directory.number_entry <= Package::MaximumParts;
+    const int length = int(directory.size_comment);
+    QByteArray comment(length, '\0');
+    return isBounded && unzGetGlobalComment(zip, comment.data(), directory.size_comment) == length;
 }
 
 } // namespace
@@ -41,57 +36,44 @@ Package::Package(const QString& path)
 
 bool Package::Open()
 {
-    return IsWholeZip() && ReadDirectory() && UnpacksAsItClaims();
+    return BeginsAsZip() && ReadParts();
 }
 
-bool Package::IsWholeZip() const
+bool Package::BeginsAsZip() const
 {
-    // Opening what is no file, such as a pipe, could take forever.
-    if (!QFileInfo(path).isFile()) {
-        return false;
-    }
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > MaximumUnpacked ||
-        file.read(PartRecord.size()) != PartRecord) {
-        return false;
-    }
-    const qint64 tail = file.size() - LastRecordLength - MaximumCommentLength;
-    return file.seek(qMax<qint64>(tail, 0)) && HasItsEnd(file.readAll());
+    // Opening what is no file, such as a pipe, could take forever.
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) &&
+           file.size() <= MaximumUnpacked && file.read(PartRecord.size()) == PartRecord;
 }
 
-bool Package::ReadDirectory()
+bool Package::ReadParts()
 {
     const ZipFile zip = OpenZip(path);
-    unz_global_info64 directory;
-    if (!zip || unzGetGlobalInfo64(zip.get(), &directory) != UNZ_OK ||
-        directory.number_entry > MaximumParts) {
-        return false;
+    quint64 left = MaximumUnpacked;
+    int result = IsWholeAndBounded(zip.get()) ? unzGoToFirstFile(zip.get()) : UNZ_BADZIPFILE;
+    while (result == UNZ_OK && ReadPart(zip.get(), left)) {
+        result = unzGoToNextFile(zip.get());
     }
-    for (ZPOS64_T i = 0; i < directory.number_entry; ++i) {
-        std::array<char, MaximumNameLength + 1> name;
-        unz_file_info64 part;
-        unz64_file_pos place;
-        const bool isThere = (i == 0 || unzGoToNextFile(zip.get()) == UNZ_OK) &&
-                             unzGetCurrentFileInfo64(zip.get(), &part, name.data(), name.size(),
-                                 nullptr, 0, nullptr, 0) == UNZ_OK &&
-                             unzGetFilePos64(zip.get(), &place) == UNZ_OK;
-        if (!isThere || part.size_filename > MaximumNameLength) {
-            return false;
-        }
-        places.insert(QString::fromUtf8(name.data(), int(part.size_filename)), place);
-    }
-    return true;
+    return result == UNZ_END_OF_LIST_OF_FILE;
 }
 
-bool Package::UnpacksAsItClaims() const
+// Takes the part's length off what may be unpacked yet.
+bool Package::ReadPart(unzFile zip, quint64& left)
 {
-    qint64 left = MaximumUnpacked;
-    for (const unz64_file_pos& place : places) {
-        if (!ZipPart(path, place).Unpack(left)) {
-            return false;
-        }
+    std::array<char, MaximumNameLength> name;
+    unz_file_info64 part;
+    const int result =
+        unzGetCurrentFileInfo64(zip, &part, name.data(), name.size(), nullptr, 0, nullptr, 0);
+    if (result != UNZ_OK || part.size_filename > MaximumNameLength ||
+        part.uncompressed_size > left) {
+        return false;
     }
-    return true;
+    left -= part.uncompressed_size;
+    unz64_file_pos place{};
+    unzGetFilePos64(zip, &place);
+    places.insert(QString::fromUtf8(name.data(), int(part.size_filename)), place);
+    return ZipPart(path, place).IsWhole(qint64(part.uncompressed_size));
 }
 
 std::unique_ptr<QIODevice> Package::Part(const QString& name) const

@@ -44,9 +44,9 @@ public:
     bool TakeToken(int textLength);
 
 private:
-    bool IsWholeZip() const;
-    bool ReadDirectory();
-    bool UnpacksAsItClaims() const;
+    bool BeginsAsZip() const;
+    bool ReadParts();
+    bool ReadPart(unzFile zip, quint64& left);
 
     const QString path;
     QHash<QString, unz64_file_pos> places; ///< of the parts, by their names

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <QIODevice>
+#include "ForwardDevice.h"
 
 #include <unzip.h>
 
@@ -20,21 +20,18 @@ using ZipFile = std::unique_ptr<void, ZipCloser>;
 ZipFile OpenZip(const QString& path);
 
 /// A part of a zip, unpacked as it is read. Each has the file open on its own.
-class ZipPart : public QIODevice
+class ZipPart : public ForwardDevice
 {
 public:
     ZipPart(const QString& path, unz64_file_pos place);
     ~ZipPart() override;
 
-    /// Reads the whole part. Takes its length from the bytes that are left. False when too few are
-    /// left, or when the length or the checksum is not what the zip claims.
-    bool Unpack(qint64& left);
-
-    bool isSequential() const override { return true; }
+    /// Reads the part to its end. False when its checksum is not what the zip claims, or it has
+    /// fewer bytes than this length.
+    bool IsWhole(qint64 length);
 
 protected:
     qint64 readData(char* data, qint64 maximum) override;
-    qint64 writeData(const char*, qint64) override { return -1; }
 
 private:
     const ZipFile zip;
