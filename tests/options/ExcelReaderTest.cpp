@@ -174,8 +174,30 @@ private slots:
             {"<row><c><v>a</v></c></row><row><c r='a9'><v>x</v></c></row>", "a"},
             {"<row><c r='9'><v>x</v></c></row>", ""},
             {"<row r='0'><c/></row>", ""},
+            {"<row r='0'><c><v>x</v></c></row><row><c><v>a</v></c></row>", "a"},
         };
         CheckSheets(rows);
+    }
+
+    void theSheetsTogetherHaveTwoMillionTexts()
+    {
+        // By their last cells: a thousand rows of two thousand columns, half of them, and three
+        // columns that have one text too many.
+        const QByteArray all = CellAt("1000", "BXX1000");
+        const QByteArray half = CellAt("500", "BXX500");
+        const QByteArray tooMany = CellAt("666667", "C666667");
+        const std::pair<QVector<QByteArray>, QVector<int>> rows[] = {{{all}, {1000}},
+            {{tooMany}, {0}}, {{half, half}, {500, 500}},
+            {{half, CellAt("501", "BXX501"), half}, {500, 0, 500}},
+            {{half, half, CellAt("1", "A1")}, {500, 500, 0}}};
+        for (const auto& [sheets, rowCounts] : rows) {
+            CExcelReader reader;
+            QVERIFY(reader.ReadFile(NewWorkbook(WorkbookWithSheets(sheets))));
+            QCOMPARE(int(reader.GetSheetCount()), rowCounts.size());
+            for (int sheet = 0; sheet < rowCounts.size(); ++sheet) {
+                QCOMPARE(reader.GetRowCount(quint16(sheet)), rowCounts.at(sheet));
+            }
+        }
     }
 
     void everyValueIsAText()
@@ -344,8 +366,13 @@ private slots:
         refusedRow("many tags of many attributes", sheets({tag.repeated(20)}));
         refusedRow("elements in elements", sheets({QByteArray("<a>").repeated(5'000'000)}));
         refusedRow("sixteen million elements", sheets({QByteArray("<a/>").repeated(16'000'000)}));
-        refusedRow("many prefixes", sheets({"<row" + Numbered(3'000, " xmlns:a%d='u'") + ">" +
-                                            QByteArray("<a0:c/>").repeated(500'000) + "</row>"}));
+        // The prefix stands in front of nine thousand others.
+        const QByteArray prefixes = "<a" + Numbered(99, " xmlns:p%02d='u'") + ">";
+        row("many prefixes",
+            sheets({"<row xmlns:p00='u'>" + prefixes.repeated(90) +
+                    QByteArray("<p00:c/>").repeated(300'000) + QByteArray("</a>").repeated(90) +
+                    "</row>"}),
+            "read, sheets: 1, rows: 0, columns: -1");
 
         WorkbookParts deep = WorkbookWithSheets({TwentyTwoRows()});
         while (deep.size() < 1000) {
