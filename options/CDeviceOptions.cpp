@@ -42,12 +42,18 @@ constexpr char FilterModule[] = "VX440-FIL";
 constexpr const char* AttenuatorLabels[] = {
     "Bypass", "Att. 3dB", "Att. 6dB", "Att. 10dB", "Att. 20dB", "Att. 40dB"};
 
-constexpr int NoDescription = -1;
+// Which of the stage's descriptions a row has. There are never more than two.
+enum StageDescription
+{
+    First,
+    Second,
+    NoDescription
+};
 
 struct AmplifierRow
 {
     const char* label;
-    int description; ///< which of the stage's descriptions
+    StageDescription description;
 };
 
 constexpr int AmplifierRows = 4;
@@ -60,12 +66,12 @@ constexpr struct
 } Amplifiers[] = {
     {"VX440-AMP", {{"Bypass", NoDescription}, {"HF AMP", NoDescription},
                       {"V/UHF AMP", NoDescription}, {"SHF AMP", NoDescription}}},
-    {"VX440-A1", {{"Bypass", NoDescription}, {"Bypass", NoDescription}, {"VX440-A1", 0},
+    {"VX440-A1", {{"Bypass", NoDescription}, {"Bypass", NoDescription}, {"VX440-A1", First},
                      {"", NoDescription}}},
     {"VX440-A2", {{"Bypass", NoDescription}, {"Bypass", NoDescription}, {"", NoDescription},
-                     {"VX440-A2", 0}}},
-    {"VX440-A1+A2",
-        {{"Bypass", NoDescription}, {"Bypass", NoDescription}, {"VX440-A1", 0}, {"VX440-A2", 1}}},
+                     {"VX440-A2", First}}},
+    {"VX440-A1+A2", {{"Bypass", NoDescription}, {"Bypass", NoDescription}, {"VX440-A1", First},
+                        {"VX440-A2", Second}}},
 };
 
 // At the other positions a workbook has no description.
@@ -118,25 +124,22 @@ bool CDeviceOptions::ReadInternalColumn(QString path)
 {
     InternalOptions.clear();
     CExcelReader reader;
-    const bool hasColumn =
-        reader.ReadFile(path) && reader.GetColumnCount(OptionsSheet) > InternalColumn;
-    if (hasColumn) {
-        const auto rows = reader.GetSheet(OptionsSheet);
-        for (const QVector<QString>& row : rows) {
-            const QString name = row.at(InternalColumn).simplified();
-            InternalOptions.append(name.isEmpty() ? QStringLiteral("0") : name);
-        }
+    reader.ReadFile(path); // which has no sheets when it fails
+    const auto rows = reader.GetSheet(OptionsSheet);
+    for (const QVector<QString>& row : rows) {
+        const QString name = row.at(InternalColumn).simplified();
+        InternalOptions.append(name.isEmpty() ? QStringLiteral("0") : name);
     }
     InternalValid = InternalOptions.size() == PositionCount;
-    return InternalValid && hasColumn;
+    return InternalValid;
 }
 
 bool CDeviceOptions::ReadDescriptionColumn(QString path)
 {
     OptionDescriptions.clear();
     CExcelReader reader;
-    const bool hasColumn =
-        reader.ReadFile(path) && reader.GetColumnCount(OptionsSheet) > DescriptionColumn;
+    reader.ReadFile(path); // which has no columns when it fails
+    const bool hasColumn = reader.GetColumnCount(OptionsSheet) > DescriptionColumn;
     if (hasColumn) {
         const auto rows = reader.GetSheet(OptionsSheet).mid(0, PositionCount);
         for (const QVector<QString>& row : rows) {
