@@ -13,6 +13,7 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QStyle>
 #include <QTemporaryDir>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -47,7 +48,8 @@ QByteArray Line(const QByteArray& text)
     return text + '\r';
 }
 
-// What the progress dialog of a flow says and shows, from the moment that it comes up.
+// What the progress dialog of a flow says and shows, from the moment that it comes up, and whether
+// it was closed.
 class ProgressWatch : public QObject
 {
 public:
@@ -66,11 +68,24 @@ public:
             connect(dialog->findChild<QProgressBar*>(), &QProgressBar::valueChanged, this,
                 [this](int value) { values.append(value); });
         }
+        isClosed = isClosed || (dialog != nullptr && event->type() == QEvent::Close);
         return false;
     }
 
     QStringList texts;   // its label, and the status line
     QVector<int> values; // its minimum and maximum, and then as they follow
+    bool isClosed = false;
+};
+
+// A page on which the reading does nothing.
+struct PageThatDoesNotRead : CTabOptions
+{
+    PageThatDoesNotRead()
+        : CTabOptions(nullptr)
+    {
+    }
+
+    void ReadOptionsFromDeviceButtonClicked() override {}
 };
 
 // What a unit does with a command.
@@ -266,6 +281,13 @@ private slots:
             const auto* const layout = qobject_cast<QVBoxLayout*>(Box(page, group)->layout());
             QVERIFY(layout != nullptr);
             QCOMPARE(layout->alignment(), Qt::Alignment(Qt::AlignTop));
+            // Bold names need the room.
+            const QMargins margins = layout->contentsMargins();
+            const int usual =
+                page.style()->pixelMetric(QStyle::PM_LayoutLeftMargin, nullptr, Box(page, group));
+            const int side = group >= FirstRotator ? 6 : usual;
+            QCOMPARE(margins.left(), side);
+            QCOMPARE(margins.right(), side);
         }
     }
 
@@ -350,6 +372,14 @@ private slots:
         }
     }
 
+    void theButtonsFollowTheLinkWhateverTheReadingDoes()
+    {
+        PageThatDoesNotRead page;
+        Connect();
+        page.ConnectionStatusChanged();
+        QVERIFY(Button(page, "btnReadOptionsFromDevice")->isEnabled());
+    }
+
     void theReadingShowsHowFarItIs()
     {
         CTabOptions page(nullptr);
@@ -358,6 +388,7 @@ private slots:
         QCOMPARE(progress.texts,
             Split("Reading options from device ... |Reading options from device ..."));
         QCOMPARE(progress.values, (QVector<int>{0, 100, 10, 20, 40, 100}));
+        QVERIFY(progress.isClosed);
         QVERIFY(VisibleProgress() == nullptr);
     }
 
@@ -438,6 +469,7 @@ private slots:
         QCOMPARE(
             progress.texts, Split("Sending options to device ... |Sending options to device ..."));
         QCOMPARE(progress.values, (QVector<int>{0, 100, 1, 20, 50, 100}));
+        QVERIFY(progress.isClosed);
         QVERIFY(VisibleProgress() == nullptr);
     }
 
