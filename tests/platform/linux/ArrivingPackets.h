@@ -25,7 +25,9 @@ public:
         name.sll_family = AF_PACKET;
         name.sll_protocol = htons(ETH_P_IP);
         name.sll_ifindex = static_cast<int>(if_nametoindex(interface));
-        ::bind(descriptor, reinterpret_cast<const sockaddr*>(&name), sizeof name);
+        if (::bind(descriptor, reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0) {
+            qFatal("No packets can be seen at %s.", interface);
+        }
     }
     ~ArrivingPackets() { ::close(descriptor); }
     ArrivingPackets(const ArrivingPackets&) = delete;
