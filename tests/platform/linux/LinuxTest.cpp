@@ -26,6 +26,8 @@ extern "C" int RealSocket(int domain, int type, int protocol) asm("__real_socket
 extern "C" int ScriptedSocket(int domain, int type, int protocol) asm("__wrap_socket");
 extern "C" int RealClose(int descriptor) asm("__real_close");
 extern "C" int ScriptedClose(int descriptor) asm("__wrap_close");
+extern "C" int RealReceive(void* kernel) asm("__real_nl_recvmsgs_default");
+extern "C" int ScriptedReceive(void* kernel) asm("__wrap_nl_recvmsgs_default");
 
 namespace {
 
@@ -33,6 +35,7 @@ constexpr quint16 Stream = 1;
 
 int nextDescriptor = -1; // -1 for one of the system's
 QVector<int> closedDescriptors;
+int resultOfReceiving = 0; // 0 for that of the library
 
 std::atomic<int> signalsTaken{0};
 
@@ -120,6 +123,12 @@ int ScriptedClose(int descriptor)
     return RealClose(descriptor);
 }
 
+int ScriptedReceive(void* kernel)
+{
+    const int result = RealReceive(kernel);
+    return resultOfReceiving != 0 ? resultOfReceiving : result;
+}
+
 /// What platform/ owes to this system alone.
 class LinuxTest : public NetworkTest
 {
@@ -146,6 +155,7 @@ private slots:
     {
         nextDescriptor = -1;
         closedDescriptors.clear();
+        resultOfReceiving = 0;
         WarningsFail::cleanup();
     }
 
@@ -196,6 +206,16 @@ private slots:
         QCOMPARE(platform::OpenSocket(Stream), platform::InvalidSocket);
         QCOMPARE(platform::LastSocketError(), EMFILE);
         QCOMPARE(closedDescriptors, (QVector<int>{65535, 65536}));
+    }
+
+    void aTableThatChangesWhileItIsReadHasItsRows()
+    {
+        MustRun("neigh flush all nud all");
+        MustRun("neigh add 192.168.77.9 lladdr 02:4c:7e:00:00:09 dev silent");
+        resultOfReceiving = -33; // NLE_DUMP_INTR
+        QCOMPARE(platform::ReadNeighbourTable().size(), size_t(1));
+        resultOfReceiving = -5; // NLE_NOMEM: some rows may be missing
+        QCOMPARE(platform::ReadNeighbourTable().size(), size_t(0));
     }
 
     void aConnectThatSignalsInterruptGoesOnUntilItStands()
