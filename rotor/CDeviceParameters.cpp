@@ -12,25 +12,20 @@
 
 namespace {
 
-constexpr int Motors = 2;
 constexpr ushort NoRotorType = 65535;
 constexpr int MacSize = 6;
 constexpr int AddressSize = 4;
 
-// Where things stand in the block, in bytes from its start. Behind the words of both motors there
-// are 6 bytes of the MAC address, 4 of the IP address, 4 of the mask, and 13 that the unit keeps to
-// itself.
+// The words of each motor, and the bytes of the whole block. Behind the words of both motors there
+// are the MAC address, the IP address, the mask, and 13 bytes that the unit keeps to itself.
 struct BlockLayout
 {
     ushort parameters;
-    int macAddress;
-    int ipAddress;
-    int subnetMask;
     ushort size;
 };
 
-constexpr BlockLayout OldLayout{10, 40, 46, 50, 67};
-constexpr BlockLayout NewLayout{12, 48, 54, 58, 75};
+constexpr BlockLayout OldLayout{10, 67};
+constexpr BlockLayout NewLayout{12, 75};
 
 const BlockLayout& LayoutFor(bool legacy)
 {
@@ -77,23 +72,21 @@ void CDeviceParameters::ParseDeviceBlock(ushort* words)
     if (words == nullptr) {
         return;
     }
-    const BlockLayout& layout = LayoutFor(legacyLayout);
-    auto* const block = reinterpret_cast<uchar*>(words);
-    const uchar* word = block;
+    auto* next = reinterpret_cast<uchar*>(words);
     for (QMap<qint32, ushort>& params : motorParams) {
-        for (int parameter = 0; parameter < layout.parameters; ++parameter) {
-            params.insert(parameter, WordAt(word));
-            word += sizeof(ushort);
+        for (int parameter = 0; parameter < GetParameterCount(); ++parameter) {
+            params.insert(parameter, WordAt(next));
+            next += sizeof(ushort);
         }
     }
-    ipAddress = TakeIpAddress(block + layout.ipAddress);
-    subnetMask = TakeIpAddress(block + layout.subnetMask);
-    macAddress = FormatMacAddress(block + layout.macAddress);
+    macAddress = FormatMacAddress(next);
+    ipAddress = TakeIpAddress(next + MacSize);
+    subnetMask = TakeIpAddress(next + MacSize + AddressSize);
 }
 
 ushort CDeviceParameters::Value(short motor, int parameter, ushort missing) const
 {
-    const bool exists = motor >= 0 && motor < Motors;
+    const bool exists = motor == Motor::Azimuth || motor == Motor::Polar;
     return exists ? motorParams[motor].value(parameter, missing) : missing;
 }
 
