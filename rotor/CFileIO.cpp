@@ -38,13 +38,7 @@ CFileIO::CFileIO(QString fileName)
 {
 }
 
-CFileIO::~CFileIO()
-{
-    if (isOpen) {
-        stream->flush();
-        file->close();
-    }
-}
+CFileIO::~CFileIO() = default;
 
 bool CFileIO::OpenForRead()
 {
@@ -65,15 +59,12 @@ bool CFileIO::Open(QIODevice::OpenMode mode)
     file.reset(new QFile(fileName));
     atEnd = false;
     lineTooLong = false;
-    block.clear();
-    blockPosition = 0;
+    ahead = {};
     isOpen = !IsPipeOrDevice(fileName) && file->open(mode);
-    if (!isOpen) {
-        file->close();
-        return false;
+    if (isOpen) {
+        stream.reset(new QTextStream(file.data()));
     }
-    stream.reset(new QTextStream(file.data()));
-    return true;
+    return isOpen;
 }
 
 bool CFileIO::IsAtEnd() const
@@ -126,13 +117,12 @@ QString CFileIO::ReadToLineFeed()
 // The stream's own way to give single characters is slow: it looks ahead over each run of blanks.
 bool CFileIO::ReadCharacter(QChar& character)
 {
-    if (blockPosition == block.size()) {
-        block = stream->read(BlockLength);
-        blockPosition = 0;
+    if (ahead.position == ahead.text.size()) {
+        ahead = {stream->read(BlockLength)};
     }
-    atEnd = block.isEmpty();
+    atEnd = ahead.text.isEmpty();
     if (!atEnd) {
-        character = block.at(blockPosition++);
+        character = ahead.text.at(ahead.position++);
     }
     return !atEnd;
 }
@@ -153,7 +143,7 @@ bool CFileIO::WriteKeyValue(QString key, QString value)
 
 bool CFileIO::Write(const QString& text)
 {
-    if (!isOpen || stream.isNull()) {
+    if (!isOpen) {
         return false;
     }
     *stream << text;

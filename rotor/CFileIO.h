@@ -55,14 +55,19 @@ private:
     bool ReadCharacter(QChar& character);
     bool Write(const QString& text);
 
+    // What was read, and where the next character stands in it.
+    struct ReadAhead
+    {
+        QString text;
+        int position = 0;
+    };
+
+    // The stream goes before its file, which closes as it goes.
     QScopedPointer<QFile> file;
     QScopedPointer<QTextStream> stream;
     QString fileName;
     bool isOpen = false;
     bool atEnd = false;
     bool lineTooLong = false;
-
-    // What was read ahead, and where the next character stands in it.
-    QString block;
-    int blockPosition = 0;
+    ReadAhead ahead;
 };
