@@ -36,7 +36,7 @@ enum Id
     LoopsInside = 9,
     SlowMotionSpeed = 10,
     RotorType = 11,
-    NoParameter = 12,
+    NoParameter, // behind the last
 };
 } // namespace Parameter
 
