@@ -240,22 +240,20 @@ void CTabMotorConfiguration::ResetToDefaultButtonClicked()
 
 void CTabMotorConfiguration::ReadParamValuesFromUi()
 {
-    for (int row = 0; row < MotorParameterRanges.size(); ++row) {
-        const QLineEdit* const edit = CellEdit(row);
+    int row = 0;
+    for (const sMOTOR_PARAM_RANGE& range : MotorParameterRanges) {
+        const QLineEdit* const edit = CellEdit(row++);
         if (edit == nullptr) {
             continue;
         }
-        const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
-        QString text = edit->text();
-        int position = 0;
-        if (edit->validator()->validate(text, position) != QValidator::Acceptable) {
+        if (!edit->hasAcceptableInput()) {
             TheDeviceDatabase()->SetMotorValidationError(motor,
                 QStringLiteral("Invalid value for ") + MotorNames.value(motor) + QLatin1Char(' ') +
                     MotorParameterNames.value(range.parameterId) + QLatin1Char('!'));
             return;
         }
         TheDeviceDatabase()->SetMotorParameter(
-            motor, range.parameterId, static_cast<ushort>(text.toInt()));
+            motor, range.parameterId, static_cast<ushort>(edit->text().toInt()));
     }
     TheDeviceDatabase()->SetMotorValidationError(motor, QString());
 }
@@ -304,13 +302,11 @@ bool CTabMotorConfiguration::ReadMotorConfigurationFromDevice(int motor)
     CDeviceDatabase* const database = TheDeviceDatabase();
     CDeviceParameters parameters = UnitParameters();
     const ushort size = parameters.GetDeviceBlockSize();
-    // In words, as the decoder takes it, with room for the odd byte at the end.
-    QVector<ushort> block((size + 1) / 2, 0);
-    if (!TheDeviceCommunication()->ReadConfiguration(
-            reinterpret_cast<uchar*>(block.data()), size)) {
+    QVector<uchar> block(size);
+    if (!TheDeviceCommunication()->ReadConfiguration(block.data(), size)) {
         return false;
     }
-    parameters.ParseDeviceBlock(block.data());
+    parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(block.data()));
     for (int parameter = 0; parameter < parameters.GetParameterCount(); ++parameter) {
         const ushort value = (parameters.*ParameterAccessors[parameter])(static_cast<short>(motor));
         database->SetMotorParameter(motor, parameter, value);
@@ -462,7 +458,7 @@ void CTabMotorConfiguration::KeepFromGrowing(QLineEdit& edit, QString before)
 void CTabMotorConfiguration::GuardRange(QLineEdit& edit)
 {
     const int row = ui->tblMotorConfiguration->currentRow();
-    if (row < 0 || row >= MotorParameterRanges.size()) {
+    if (row < 0) {
         return;
     }
     const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
