@@ -240,20 +240,22 @@ void CTabMotorConfiguration::ResetToDefaultButtonClicked()
 
 void CTabMotorConfiguration::ReadParamValuesFromUi()
 {
-    int row = 0;
-    for (const sMOTOR_PARAM_RANGE& range : MotorParameterRanges) {
-        const QLineEdit* const edit = CellEdit(row++);
+    for (int row = 0; row < MotorParameterRanges.size(); ++row) {
+        const QLineEdit* const edit = CellEdit(row);
         if (edit == nullptr) {
             continue;
         }
-        if (!edit->hasAcceptableInput()) {
+        const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
+        QString text = edit->text();
+        int position = 0;
+        if (edit->validator()->validate(text, position) != QValidator::Acceptable) {
             TheDeviceDatabase()->SetMotorValidationError(motor,
                 QStringLiteral("Invalid value for ") + MotorNames.value(motor) + QLatin1Char(' ') +
                     MotorParameterNames.value(range.parameterId) + QLatin1Char('!'));
             return;
         }
         TheDeviceDatabase()->SetMotorParameter(
-            motor, range.parameterId, static_cast<ushort>(edit->text().toInt()));
+            motor, range.parameterId, static_cast<ushort>(text.toInt()));
     }
     TheDeviceDatabase()->SetMotorValidationError(motor, QString());
 }
@@ -302,11 +304,13 @@ bool CTabMotorConfiguration::ReadMotorConfigurationFromDevice(int motor)
     CDeviceDatabase* const database = TheDeviceDatabase();
     CDeviceParameters parameters = UnitParameters();
     const ushort size = parameters.GetDeviceBlockSize();
-    QVector<uchar> block(size);
-    if (!TheDeviceCommunication()->ReadConfiguration(block.data(), size)) {
+    // In words, as the decoder takes it, with room for the odd byte at the end.
+    QVector<ushort> block((size + 1) / 2, 0);
+    if (!TheDeviceCommunication()->ReadConfiguration(
+            reinterpret_cast<uchar*>(block.data()), size)) {
         return false;
     }
-    parameters.ParseDeviceBlock(reinterpret_cast<ushort*>(block.data()));
+    parameters.ParseDeviceBlock(block.data());
     for (int parameter = 0; parameter < parameters.GetParameterCount(); ++parameter) {
         const ushort value = (parameters.*ParameterAccessors[parameter])(static_cast<short>(motor));
         database->SetMotorParameter(motor, parameter, value);
@@ -458,7 +462,7 @@ void CTabMotorConfiguration::KeepFromGrowing(QLineEdit& edit, QString before)
 void CTabMotorConfiguration::GuardRange(QLineEdit& edit)
 {
     const int row = ui->tblMotorConfiguration->currentRow();
-    if (row < 0) {
+    if (row < 0 || row >= MotorParameterRanges.size()) {
         return;
     }
     const sMOTOR_PARAM_RANGE& range = MotorParameterRanges.at(row);
