@@ -20,18 +20,18 @@ constexpr qint64 MaximumTexts = 2'000'000;
 // Takes the size of the matrix off `textsLeft`.
 Sheet TextsOf(QXlsx::Worksheet& worksheet, qint64& textsLeft)
 {
-    int rowCount{};
-    int columnCount{};
+    int rowCount = -1;
+    int columnCount = -1;
     const QVector<QXlsx::CellLocation> cells = worksheet.getFullCells(&rowCount, &columnCount);
     const qint64 texts = qint64(rowCount) * columnCount;
-    if (rowCount < 1 || texts > textsLeft) {
+    if (rowCount <= 0 || columnCount <= 0 || texts > textsLeft) {
         return Sheet();
     }
     textsLeft -= texts;
 
     Sheet sheet(rowCount, Row(columnCount));
     for (const QXlsx::CellLocation& location : cells) {
-        if (location.row > 0) { // a cell that stands nowhere has neither row nor column
+        if (location.row > 0 && location.col > 0) {
             sheet[location.row - 1][location.col - 1] = location.cell->value().toString();
         }
     }
