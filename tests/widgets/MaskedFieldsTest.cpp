@@ -35,6 +35,20 @@ QImage PictureWithCaretAtStart(QLineEdit* field)
     return field->grab().toImage();
 }
 
+// How fast the caret blinks, in milliseconds for on and off together. 0 keeps it on. Lasts as long
+// as the object.
+class FlashTime
+{
+    Q_DISABLE_COPY(FlashTime)
+
+public:
+    explicit FlashTime(int milliseconds) { QApplication::setCursorFlashTime(milliseconds); }
+    ~FlashTime() { QApplication::setCursorFlashTime(before); }
+
+private:
+    const int before = QApplication::cursorFlashTime();
+};
+
 void VerifyClicks(QLineEdit* field)
 {
     field->clear();
@@ -77,11 +91,9 @@ private slots:
         }
     }
 
-    // It does not blink while pictures are taken.
     void theTabKeyShowsTheCaretAsAClickDoes()
     {
-        const int blinking = QApplication::cursorFlashTime();
-        QApplication::setCursorFlashTime(0);
+        const FlashTime steady(0);
         for (const auto& [page, name] : Fields) {
             QLineEdit* const field = FieldOn(page, name);
             Click(field);
@@ -94,7 +106,17 @@ private slots:
             Find<QWidget>("btnConnect")->setFocus();
             QVERIFY2(field->grab().toImage() != clicked, name);
         }
-        QApplication::setCursorFlashTime(blinking);
+    }
+
+    void theTabKeyLetsTheCaretBlink()
+    {
+        const FlashTime fast(2);
+        for (const auto& [page, name] : Fields) {
+            QLineEdit* const field = FieldOn(page, name);
+            field->setFocus(Qt::TabFocusReason);
+            const QImage picture = PictureWithCaretAtStart(field);
+            QTRY_VERIFY2(field->grab().toImage() != picture, name);
+        }
     }
 
     void theTabKeyItselfComesToTheFirstField()
