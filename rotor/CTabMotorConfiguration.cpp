@@ -155,7 +155,6 @@ void CTabMotorConfiguration::OrderTabKey()
         setTabOrder(previous, CellEdit(row));
         previous = CellEdit(row);
     }
-    setTabOrder(previous, ui->btnReadFromFile);
     ui->tblMotorConfiguration->setFocusPolicy(Qt::NoFocus);
 }
 
