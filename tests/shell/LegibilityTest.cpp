@@ -263,6 +263,20 @@ private slots:
         QVERIFY(image.pixelColor(image.width() - 5, titleBottom + 10) != window);
     }
 
+    void aFieldThatCannotBeEditedHasAFrameAndNoLightGround()
+    {
+        ShowPage("Info");
+        for (const auto& [name, role] : {std::pair{"txtPartNumber", QPalette::Window},
+                 std::pair{"txtIpAddress", QPalette::Base}}) {
+            auto* const field = Find<QLineEdit>(name);
+            const QImage image = field->grab().toImage();
+            const QColor ground = field->palette().color(role);
+            QVERIFY2(image.pixelColor(image.width() - 5, image.height() / 2) == ground, name);
+            QVERIFY2(image.pixelColor(image.width() - 1, image.height() / 2) != ground, name);
+            QVERIFY2(image.pixelColor(image.width() / 2, image.height() - 1) != ground, name);
+        }
+    }
+
     void theModulesOfAFullUnitHaveRoomInTheirBoxes()
     {
         const SimulatorProcess unit({"--options", AllOptions});
