@@ -58,7 +58,6 @@ CMainDialog::~CMainDialog()
     QVector<CTabBaseClass*> owned;
     owned.swap(tabs);
     qDeleteAll(owned);
-    ui.reset();
 }
 
 void CMainDialog::SetupDialog()

@@ -65,7 +65,8 @@ private:
     void LoadDeviceInfo();
     void UpdateTabs();
 
-    QScopedPointer<Ui::MainDialog> ui;
+    QScopedPointer<QDataWidgetMapper> mapper;
+    QScopedPointer<Ui::MainDialog> ui; // goes before the mapper
     CTabMotorConfiguration* polarTab = nullptr;
     CTabMotorConfiguration* azimuthTab = nullptr;
     CTabInfo* infoTab = nullptr;
@@ -76,5 +77,4 @@ private:
     CTabOptions* optionsTab = nullptr;
     // All of them, in the order of the passes. They are deleted in this order.
     QVector<CTabBaseClass*> tabs;
-    QScopedPointer<QDataWidgetMapper> mapper;
 };
