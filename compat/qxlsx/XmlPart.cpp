@@ -2,9 +2,8 @@
 
 #include "XmlPart.h"
 
+#include "ForwardDevice.h"
 #include "Package.h"
-
-#include <QIODevice>
 
 namespace QXlsx {
 
@@ -19,7 +18,7 @@ constexpr int MaximumAttributes = 100;
 
 /// Passes the bytes of a part on, and ends where one token takes too many of them. The XML reader
 /// would gather them all.
-class XmlPart::Content : public QIODevice
+class XmlPart::Content : public ForwardDevice
 {
 public:
     explicit Content(std::unique_ptr<QIODevice> content)
@@ -29,7 +28,6 @@ public:
     }
 
     void BeginToken() { tokenLength = 0; }
-    bool isSequential() const override { return true; }
 
 protected:
     qint64 readData(char* data, qint64 maximum) override
@@ -41,7 +39,6 @@ protected:
         tokenLength += count;
         return count;
     }
-    qint64 writeData(const char*, qint64) override { return -1; }
 
 private:
     const std::unique_ptr<QIODevice> content;
